@@ -1,0 +1,109 @@
+/*
+ * libYH: finds the device backups kept by desktop sync software for iPhone and
+ * iPad, reads their index and extracts the owner's data as libplist trees.
+ *
+ * Calling order: CreateDataRecoveryService; table->GetBackupDeviceList; for a
+ * chosen record table->AnalyzeBackup once; table->GetContentList any number of
+ * times; table->FreeBackupDevice on the head of the list;
+ * FreeiDeviceBackupService. Every returned plist belongs to the caller
+ * (plist_free). The library never writes into a backup. Not thread-safe: use
+ * it from one thread at a time.
+ */
+#ifndef LIBYH_H
+#define LIBYH_H
+
+#include <stdint.h>
+#include <plist/plist.h>
+
+#if defined(YH_BUILDING_LIBRARY)
+#define YH_EXPORT __attribute__((visibility("default")))
+#else
+#define YH_EXPORT
+#endif
+
+#ifdef __cplusplus
+class VqBase;
+class CallHistory;
+class Contact;
+class Sms;
+class SmsAttachment;
+class Note;
+class History;
+class Calendar;
+class Recording;
+class Photo;
+#define YH_OBJECT(T) T*
+extern "C" {
+#else
+/* C hosts never look inside these objects; they only carry the pointers. */
+#define YH_OBJECT(T) void*
+#endif
+
+/* One backup folder; the records form a singly linked list. Texts are UTF-8,
+ * each its own malloc block. */
+typedef struct BackupDevice {
+  char* deviceName;
+  char* lastBackupDate;   /* local time, "YYYY-MM-DD hh:mm:ss" */
+  char* serialNumber;
+  char* productName;
+  char* productType;
+  char* productVersion;
+  char* uniqueIdentifier;
+  uint32_t isEncrypted;
+  char* backupPath;       /* always ends in "/" */
+  YH_OBJECT(VqBase) indexReader;
+  YH_OBJECT(CallHistory) callHistory;
+  YH_OBJECT(Contact) contact;
+  YH_OBJECT(Sms) sms;
+  YH_OBJECT(SmsAttachment) smsAttachment;
+  YH_OBJECT(Note) note;
+  YH_OBJECT(History) history;
+  YH_OBJECT(Calendar) calendar;
+  YH_OBJECT(Recording) recording;
+  YH_OBJECT(Photo) photo;
+  struct BackupDevice* next;
+  int32_t backupType;     /* 0: Manifest.mbdb, 1: Manifest.db */
+} BackupDevice;
+
+typedef enum iDeviceContentType {
+  ContentCallHistory = 0,
+  ContentContact = 1,
+  ContentSms = 2,
+  ContentSmsAttachment = 3,
+  ContentNote = 4,
+  ContentSafariHistory = 5,
+  ContentCalendarEvent = 6,
+  ContentCalendarReminder = 7,
+  ContentRecording = 8,
+  ContentCameraPhoto = 9,
+  ContentOtherPhoto = 10
+} iDeviceContentType;
+
+/* The service table: four operations in this slot order. */
+typedef struct iDeviceBackupService {
+  BackupDevice* (*GetBackupDeviceList)(void);
+  void (*FreeBackupDevice)(BackupDevice* head);
+  int32_t (*AnalyzeBackup)(BackupDevice* device);
+  plist_t (*GetContentList)(BackupDevice* device, iDeviceContentType type);
+} iDeviceBackupService;
+
+/* A new service table (malloc); release it with FreeiDeviceBackupService. */
+YH_EXPORT iDeviceBackupService* CreateDataRecoveryService(void);
+
+/* Frees the table only, never a backup list. */
+YH_EXPORT void FreeiDeviceBackupService(void* table);
+
+/* Backups kept anywhere: when `folder` itself holds "Manifest.mbdb" or
+ * "Manifest.db" the list has that one backup, otherwise one record per
+ * sub-folder that holds one, as GetBackupDeviceList lists the default
+ * location. NULL for a NULL or missing folder, or when nothing is found.
+ * Free the list with the table's FreeBackupDevice. */
+YH_EXPORT BackupDevice* GetBackupDeviceListAt(const char* folder);
+
+#ifdef __cplusplus
+}
+#endif
+
+#undef YH_OBJECT
+
+#endif

@@ -1,0 +1,51 @@
+#include "common/Database.h"
+
+#include <sqlite3.h>
+
+std::string Database::ReadOnlyUri(const std::string& path) {
+  std::string uri = "file:";
+  for (char c : path) {
+    switch (c) {
+      case '%': uri += "%25"; break;
+      case '?': uri += "%3f"; break;
+      case '#': uri += "%23"; break;
+      default: uri += c;
+    }
+  }
+  uri += "?immutable=1";
+  return uri;
+}
+
+Database::Database(const std::string& path) {
+  open_ = sqlite3_open_v2(ReadOnlyUri(path).c_str(), &db_, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI,
+                          nullptr) == SQLITE_OK;
+}
+
+Database::~Database() { sqlite3_close(db_); }
+
+bool Database::Exec(const char* sql, RowCallback callback, void* context) {
+  if (!open_) return false;
+  char* error = nullptr;
+  int rc = sqlite3_exec(db_, sql, callback, context, &error);
+  sqlite3_free(error);
+  return rc == SQLITE_OK;
+}
+
+Database::Statement::Statement(Database& db, const char* sql) {
+  if (!db.open_ || sqlite3_prepare_v2(db.db_, sql, -1, &stmt_, nullptr) != SQLITE_OK) {
+    sqlite3_finalize(stmt_);
+    stmt_ = nullptr;
+  }
+}
+
+Database::Statement::~Statement() { sqlite3_finalize(stmt_); }
+
+bool Database::Statement::Step() { return stmt_ && sqlite3_step(stmt_) == SQLITE_ROW; }
+
+const char* Database::Statement::Text(int column) const {
+  return reinterpret_cast<const char*>(sqlite3_column_text(stmt_, column));
+}
+
+const void* Database::Statement::Blob(int column) const { return sqlite3_column_blob(stmt_, column); }
+
+int Database::Statement::Bytes(int column) const { return sqlite3_column_bytes(stmt_, column); }

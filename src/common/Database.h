@@ -1,0 +1,55 @@
+#ifndef YH_COMMON_DATABASE_H
+#define YH_COMMON_DATABASE_H
+
+#include <string>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+// The one place that opens a database. Every device database and the backup
+// index are opened read-only and immutable, so that SQLite never creates a
+// journal, -wal or -shm file, nor an empty database for a missing path: the
+// library never writes a byte into a backup.
+class Database {
+ public:
+  // sqlite3_exec's row-callback shape: columns by position, NULL for SQL NULL.
+  using RowCallback = int (*)(void* context, int columnCount, char** values, char** columnNames);
+
+  explicit Database(const std::string& path);
+  ~Database();  // closes the handle, also after a failed open
+  Database(const Database&) = delete;
+  Database& operator=(const Database&) = delete;
+
+  bool IsOpen() const { return open_; }
+
+  // Runs the query to completion over every row; true when SQLite says
+  // SQLITE_OK. A failed query frees SQLite's message and gives false.
+  bool Exec(const char* sql, RowCallback callback, void* context);
+
+  // A prepared statement stepped row by row, for readers that need BLOB columns.
+  class Statement {
+   public:
+    Statement(Database& db, const char* sql);
+    ~Statement();
+    Statement(const Statement&) = delete;
+    Statement& operator=(const Statement&) = delete;
+    bool IsValid() const { return stmt_ != nullptr; }
+    bool Step();  // true while a row is ready
+    const char* Text(int column) const;
+    const void* Blob(int column) const;
+    int Bytes(int column) const;
+
+   private:
+    sqlite3_stmt* stmt_ = nullptr;
+  };
+
+  // "file:" URI for a filesystem path, with the characters that would end or
+  // alter the path part ("%", "?", "#") escaped.
+  static std::string ReadOnlyUri(const std::string& path);
+
+ private:
+  sqlite3* db_ = nullptr;
+  bool open_ = false;
+};
+
+#endif

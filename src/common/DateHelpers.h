@@ -1,0 +1,18 @@
+#ifndef YH_COMMON_DATEHELPERS_H
+#define YH_COMMON_DATEHELPERS_H
+
+#include <cstdint>
+#include <ctime>
+
+// Each returns a new malloc block that the caller frees. Calendar fields are
+// in the host's local time zone.
+char* ConvertSecondsToTime(uint32_t seconds);
+char* GetCurrentDate();
+char* Convert1900GMTDate(int32_t secondsSince1970);
+char* Convert2001GMTtoDate(int32_t secondsSince2001);
+
+// GetCurrentDate's text for the given local fields, with its blank-padded
+// day; kept apart so that the day padding can be checked on any date.
+char* FormatCurrentDate(const std::tm& local);
+
+#endif

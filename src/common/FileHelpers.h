@@ -1,0 +1,13 @@
+#ifndef YH_COMMON_FILEHELPERS_H
+#define YH_COMMON_FILEHELPERS_H
+
+#include <cstdint>
+
+// Non-zero when stat() finds the path; folders count as existing too.
+int VQIsFileExists(const char* path);
+// Size in bytes of what stat() finds at the path; 0 when nothing is there.
+uint64_t VQGetFileSize(const char* path);
+// Non-zero on a little-endian host.
+int VQIsLittleEndian();
+
+#endif

@@ -1,0 +1,203 @@
+#include "common/DateHelpers.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <ctime>
+#include <iomanip>
+#include <cctype>
+#include <sstream>
+#include <string>
+
+namespace {
+
+// Sets TZ for one test and puts the previous value back afterwards.
+class ScopedTimeZone {
+ public:
+  explicit ScopedTimeZone(const char* zone) {
+    const char* previous = std::getenv("TZ");
+    hadPrevious_ = previous != nullptr;
+    if (hadPrevious_) previous_ = previous;
+    setenv("TZ", zone, 1);
+    tzset();
+  }
+  ~ScopedTimeZone() {
+    if (hadPrevious_) {
+      setenv("TZ", previous_.c_str(), 1);
+    } else {
+      unsetenv("TZ");
+    }
+    tzset();
+  }
+  ScopedTimeZone(const ScopedTimeZone&) = delete;
+  ScopedTimeZone& operator=(const ScopedTimeZone&) = delete;
+
+ private:
+  bool hadPrevious_ = false;
+  std::string previous_;
+};
+
+// The text of a malloc'ed result; frees the block.
+std::string Take(char* text) {
+  std::string copy(text);
+  std::free(text);
+  return copy;
+}
+
+std::string LocalText(time_t when) {
+  char text[32];
+  std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", std::localtime(&when));
+  return text;
+}
+
+int HourDifference(time_t when) {
+  const int local = std::localtime(&when)->tm_hour;
+  return local - std::gmtime(&when)->tm_hour;
+}
+
+// Convert2001GMTtoDate(t) next to the Unix time its text should show: the
+// zone's standard offset on 2001-01-01 (standardOffsetHours, east positive),
+// moved by the hour difference of the moment of the call. Repeated when the
+// hour difference changes during the call.
+void ExpectHostOffsetEpoch(int32_t t, int standardOffsetHours) {
+  for (;;) {
+    const int before = HourDifference(std::time(nullptr));
+    const std::string text = Take(Convert2001GMTtoDate(t));
+    const int after = HourDifference(std::time(nullptr));
+    if (before != after) continue;
+    const time_t expected = 978307200 - standardOffsetHours * 3600 + before * 3600 + (t < 0 ? 0 : t);
+    EXPECT_EQ(text, LocalText(expected)) << "t=" << t << " hour difference " << before;
+    return;
+  }
+}
+
+TEST(DateHelpers, SecondsToTime) {
+  EXPECT_EQ(Take(ConvertSecondsToTime(0)), "00:00:00");
+  EXPECT_EQ(Take(ConvertSecondsToTime(3661)), "01:01:01");
+  EXPECT_EQ(Take(ConvertSecondsToTime(59)), "00:00:59");
+  EXPECT_EQ(Take(ConvertSecondsToTime(360000)), "100:00:00");
+  EXPECT_EQ(Take(ConvertSecondsToTime(UINT32_MAX)), "1193046:28:15");
+}
+
+TEST(DateHelpers, UnixSecondsUnderUtc) {
+  ScopedTimeZone zone("UTC");
+  EXPECT_EQ(Take(Convert1900GMTDate(978307200)), "2001-01-01 00:00:00");
+  EXPECT_EQ(Take(Convert1900GMTDate(0)), "1970-01-01 00:00:00");
+  EXPECT_EQ(Take(Convert1900GMTDate(-1)), "1969-12-31 23:59:59");
+  EXPECT_EQ(Take(Convert1900GMTDate(1625402096)), "2021-07-04 12:34:56");
+  EXPECT_EQ(Take(Convert1900GMTDate(INT32_MAX)), "2038-01-19 03:14:07");
+}
+
+TEST(DateHelpers, UnixSecondsUnderNewYork) {
+  ScopedTimeZone zone("America/New_York");
+  EXPECT_EQ(Take(Convert1900GMTDate(1625402096)), "2021-07-04 08:34:56");
+  EXPECT_EQ(Take(Convert1900GMTDate(1610679845)), "2021-01-14 22:04:05");
+  EXPECT_EQ(Take(Convert1900GMTDate(978307200)), "2000-12-31 19:00:00");
+}
+
+TEST(DateHelpers, From2001UnderUtc) {
+  ScopedTimeZone zone("UTC");
+  EXPECT_EQ(Take(Convert2001GMTtoDate(0)), "2001-01-01 00:00:00");
+  EXPECT_EQ(Take(Convert2001GMTtoDate(3661)), "2001-01-01 01:01:01");
+  EXPECT_EQ(Take(Convert2001GMTtoDate(15681600)), "2001-07-01 12:00:00");
+  EXPECT_EQ(Take(Convert2001GMTtoDate(INT32_MAX)), "2069-01-19 03:14:07");
+}
+
+TEST(DateHelpers, From2001AgreesWithUnixSecondsUnderUtc) {
+  ScopedTimeZone zone("UTC");
+  EXPECT_EQ(Take(Convert2001GMTtoDate(0)), Take(Convert1900GMTDate(978307200)));
+}
+
+TEST(DateHelpers, From2001ClampsNegativeSeconds) {
+  ScopedTimeZone zone("UTC");
+  EXPECT_EQ(Take(Convert2001GMTtoDate(-5)), Take(Convert2001GMTtoDate(0)));
+  EXPECT_EQ(Take(Convert2001GMTtoDate(INT32_MIN)), "2001-01-01 00:00:00");
+}
+
+TEST(DateHelpers, From2001ClampsNegativeSecondsUnderNewYork) {
+  ScopedTimeZone zone("America/New_York");
+  EXPECT_EQ(Take(Convert2001GMTtoDate(-5)), Take(Convert2001GMTtoDate(0)));
+}
+
+TEST(DateHelpers, From2001UsesTheHostOffsetEpochUnderNewYork) {
+  ScopedTimeZone zone("America/New_York");
+  ExpectHostOffsetEpoch(0, -5);
+  ExpectHostOffsetEpoch(-5, -5);
+  ExpectHostOffsetEpoch(15681600, -5);
+  ExpectHostOffsetEpoch(1000000000, -5);
+}
+
+// Summer time on 2001-01-01: the forced-off daylight flag makes the epoch an
+// hour later than the true local midnight.
+TEST(DateHelpers, From2001UsesTheHostOffsetEpochUnderSydney) {
+  ScopedTimeZone zone("Australia/Sydney");
+  ExpectHostOffsetEpoch(0, 10);
+  ExpectHostOffsetEpoch(15681600, 10);
+}
+
+TEST(DateHelpers, CurrentDateBlankPadsTheDay) {
+  std::tm fields{};
+  fields.tm_year = 124;
+  fields.tm_mon = 2;
+  fields.tm_mday = 5;
+  fields.tm_hour = 7;
+  fields.tm_min = 8;
+  fields.tm_sec = 9;
+  EXPECT_EQ(Take(FormatCurrentDate(fields)), "2024-03- 5 07:08:09");
+  fields.tm_mday = 9;
+  EXPECT_EQ(Take(FormatCurrentDate(fields)), "2024-03- 9 07:08:09");
+  fields.tm_mday = 10;
+  fields.tm_year = -901;
+  EXPECT_EQ(Take(FormatCurrentDate(fields)), "0999-03-10 07:08:09");
+}
+
+// "dddd-dd-Dd dd:dd:dd", where D is a blank before the days 1 to 9.
+bool HasCurrentDateShape(const std::string& text) {
+  const std::string shape = "dddd-dd-Dd dd:dd:dd";
+  if (text.size() != shape.size()) return false;
+  for (size_t i = 0; i < shape.size(); ++i) {
+    const unsigned char c = static_cast<unsigned char>(text[i]);
+    if (shape[i] == 'd' && !std::isdigit(c)) return false;
+    if (shape[i] == 'D' && !(c == ' ' ? text[i + 1] != '0' : c >= '1' && c <= '3')) return false;
+    if (shape[i] != 'd' && shape[i] != 'D' && c != shape[i]) return false;
+  }
+  return true;
+}
+
+TEST(DateHelpers, CurrentDateShape) {
+  EXPECT_TRUE(HasCurrentDateShape("2024-03- 5 07:08:09"));
+  EXPECT_TRUE(HasCurrentDateShape("2024-03-25 07:08:09"));
+  EXPECT_FALSE(HasCurrentDateShape("2024-03-05 07:08:09"));
+  EXPECT_FALSE(HasCurrentDateShape("2024-03- 0 07:08:09"));
+  EXPECT_FALSE(HasCurrentDateShape("2024-03-5 07:08:09"));
+}
+
+void ExpectCurrentDateMatchesLocalTime() {
+  for (;;) {
+    const time_t before = std::time(nullptr);
+    const std::string text = Take(GetCurrentDate());
+    if (std::time(nullptr) != before) continue;
+    const std::tm local = *std::localtime(&before);
+    std::ostringstream expected;
+    expected << std::setfill('0') << std::setw(4) << local.tm_year + 1900 << '-' << std::setw(2)
+             << local.tm_mon + 1 << '-' << std::setfill(' ') << std::setw(2) << local.tm_mday << ' '
+             << std::setfill('0') << std::setw(2) << local.tm_hour << ':' << std::setw(2)
+             << local.tm_min << ':' << std::setw(2) << local.tm_sec;
+    EXPECT_EQ(text, expected.str());
+    EXPECT_TRUE(HasCurrentDateShape(text)) << text;
+    return;
+  }
+}
+
+TEST(DateHelpers, CurrentDateUnderUtc) {
+  ScopedTimeZone zone("UTC");
+  ExpectCurrentDateMatchesLocalTime();
+}
+
+TEST(DateHelpers, CurrentDateUnderNewYork) {
+  ScopedTimeZone zone("America/New_York");
+  ExpectCurrentDateMatchesLocalTime();
+}
+
+}  // namespace

@@ -1,0 +1,118 @@
+#include "common/GZip.h"
+
+#include <gtest/gtest.h>
+#include <zlib.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+
+// The bytes deflated with a gzip wrapper (window bits 31) or a zlib one (15).
+std::vector<unsigned char> Deflate(const std::string& text, int windowBits) {
+  z_stream stream{};
+  EXPECT_EQ(deflateInit2(&stream, Z_BEST_COMPRESSION, Z_DEFLATED, windowBits, 8, Z_DEFAULT_STRATEGY),
+            Z_OK);
+  std::vector<unsigned char> out(deflateBound(&stream, text.size()) + 32);
+  stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(text.data()));
+  stream.avail_in = static_cast<uInt>(text.size());
+  stream.next_out = out.data();
+  stream.avail_out = static_cast<uInt>(out.size());
+  EXPECT_EQ(deflate(&stream, Z_FINISH), Z_STREAM_END);
+  out.resize(stream.total_out);
+  deflateEnd(&stream);
+  return out;
+}
+
+std::vector<unsigned char> Gzip(const std::string& text) { return Deflate(text, 31); }
+
+std::string SampleText() {
+  std::string text;
+  for (int i = 0; i < 200; ++i) text += "line " + std::to_string(i) + " of the note body\n";
+  return text;
+}
+
+TEST(GZip, InflatesWholeData) {
+  const std::string text = SampleText();
+  std::vector<unsigned char> src = Gzip(text);
+  std::vector<unsigned char> dst(text.size() + 100, 0xEE);
+  unsigned int dstLen = static_cast<unsigned int>(dst.size());
+  EXPECT_EQ(GZDecompress(src.data(), static_cast<unsigned int>(src.size()), dst.data(), &dstLen), 0);
+  EXPECT_EQ(dstLen, text.size());
+  EXPECT_EQ(std::string(dst.begin(), dst.begin() + dstLen), text);
+  EXPECT_EQ(dst[text.size()], 0xEE);
+}
+
+TEST(GZip, CapacityZeroProducesNothing) {
+  std::vector<unsigned char> src = Gzip("hello");
+  unsigned char dst[4] = {0xEE, 0xEE, 0xEE, 0xEE};
+  unsigned int dstLen = 0;
+  EXPECT_EQ(GZDecompress(src.data(), static_cast<unsigned int>(src.size()), dst, &dstLen), 0);
+  EXPECT_EQ(dstLen, 0u);
+  for (unsigned char byte : dst) EXPECT_EQ(byte, 0xEE);
+}
+
+TEST(GZip, OutputStopsExactlyAtCapacity) {
+  const std::string text = SampleText();
+  std::vector<unsigned char> src = Gzip(text);
+  for (unsigned int capacity : {1u, 10u, 2048u}) {
+    std::vector<unsigned char> dst(capacity + 16, 0xEE);
+    unsigned int dstLen = capacity;
+    EXPECT_EQ(GZDecompress(src.data(), static_cast<unsigned int>(src.size()), dst.data(), &dstLen), 0);
+    EXPECT_EQ(dstLen, capacity);
+    EXPECT_EQ(std::string(dst.begin(), dst.begin() + capacity), text.substr(0, capacity));
+    for (size_t i = capacity; i < dst.size(); ++i) EXPECT_EQ(dst[i], 0xEE) << capacity << " " << i;
+  }
+}
+
+TEST(GZip, GarbageFailsAndKeepsTheLength) {
+  unsigned char src[] = "this is not gzip data at all";
+  unsigned char dst[64] = {};
+  unsigned int dstLen = sizeof dst;
+  EXPECT_EQ(GZDecompress(src, sizeof src - 1, dst, &dstLen), -1);
+  EXPECT_EQ(dstLen, sizeof dst);
+}
+
+TEST(GZip, ZlibWrapperIsNotGzip) {
+  std::vector<unsigned char> src = Deflate("hello hello hello", 15);
+  unsigned char dst[64] = {};
+  unsigned int dstLen = sizeof dst;
+  EXPECT_EQ(GZDecompress(src.data(), static_cast<unsigned int>(src.size()), dst, &dstLen), -1);
+  EXPECT_EQ(dstLen, sizeof dst);
+}
+
+TEST(GZip, CorruptedBodyFailsAndKeepsTheLength) {
+  const std::string text = SampleText();
+  std::vector<unsigned char> src = Gzip(text);
+  // A stored-block header with a length that does not match its complement.
+  src[10] = 0x00;
+  src[11] = 0x05;
+  src[12] = 0x00;
+  src[13] = 0x00;
+  src[14] = 0x00;
+  std::vector<unsigned char> dst(text.size());
+  unsigned int dstLen = static_cast<unsigned int>(dst.size());
+  EXPECT_EQ(GZDecompress(src.data(), static_cast<unsigned int>(src.size()), dst.data(), &dstLen), -1);
+  EXPECT_EQ(dstLen, dst.size());
+}
+
+TEST(GZip, TruncatedInputGivesWhatWasInflated) {
+  const std::string text = SampleText();
+  std::vector<unsigned char> src = Gzip(text);
+  std::vector<unsigned char> dst(text.size());
+  unsigned int dstLen = static_cast<unsigned int>(dst.size());
+  const unsigned int half = static_cast<unsigned int>(src.size() / 2);
+  EXPECT_EQ(GZDecompress(src.data(), half, dst.data(), &dstLen), 0);
+  EXPECT_GT(dstLen, 0u);
+  EXPECT_LT(dstLen, text.size());
+  EXPECT_EQ(std::string(dst.begin(), dst.begin() + dstLen), text.substr(0, dstLen));
+}
+
+TEST(GZip, EmptyInputProducesNothing) {
+  unsigned char dst[8] = {};
+  unsigned int dstLen = sizeof dst;
+  EXPECT_EQ(GZDecompress(nullptr, 0, dst, &dstLen), 0);
+  EXPECT_EQ(dstLen, 0u);
+}
+
+}  // namespace
