@@ -1,0 +1,73 @@
+#include "index/ManifestDb.h"
+
+#include <memory>
+#include <utility>
+
+#include "common/ColumnHelpers.h"
+#include "common/Database.h"
+#include "common/FileHelpers.h"
+#include "common/TextHelpers.h"
+
+namespace {
+
+const char kFilesQuery[] = "select fileID,domain,relativePath,flags from Files";
+
+}  // namespace
+
+// Design decision: the reader owns its records and releases them here.
+// Extractors use the records only while the backup record that owns this
+// reader lives, and copy whatever they keep beyond that.
+ManifestDb::~ManifestDb() {
+  for (DBFileRecord* record : contentList_) delete record;
+}
+
+uint32_t ManifestDb::ReadDb(const char* path) {
+  backupPath_ = path;
+  Database database(std::string(path) + "Manifest.db");
+  return database.Exec(kFilesQuery, ManifestDbCallback, this) ? 1 : 0;
+}
+
+int ManifestDb::ManifestDbCallback(void* context, int, char** values, char**) {
+  auto* reader = static_cast<ManifestDb*>(context);
+  // Design decision: an empty fileID counts as none. It would name the backup
+  // folder itself, which always exists, and every kept record has a fileID.
+  if (values[0] == nullptr || values[0][0] == '\0') return 0;
+  const std::string fileId = values[0];
+  // substr takes what there is of a fileID shorter than two characters.
+  const std::string stored = reader->backupPath_ + fileId.substr(0, 2) + GetPathSeperatorLine() + fileId;
+  if (!VQIsFileExists(stored.c_str())) return 0;
+
+  auto record = std::make_unique<DBFileRecord>();
+  record->fileID = fileId;
+  record->domain = GetEmptyStringIsNull(values[1]);
+  record->relativePath = GetEmptyStringIsNull(values[2]);
+  record->flags = GetZeroIntIsNull(values[3]);
+
+  reader->contentList_.push_back(record.get());
+  DBFileRecord* kept = record.release();
+  reader->pathMap_[kept->relativePath] = kept;
+  if (KeyList* keys = reader->KeyListFor(kept->relativePath)) keys->push_back(kept->fileID);
+  return 0;
+}
+
+ManifestDb::KeyList* ManifestDb::KeyListFor(const std::string& relativePath) {
+  // Compared in this order; the first match wins. The domain is not compared.
+  static const std::pair<const char*, KeyList ManifestDb::*> kKnownPaths[] = {
+      {"Library/SMS/sms.db", &ManifestDb::smsKey_},
+      {"Library/Safari/History.plist", &ManifestDb::safariHistoryPlistKey_},
+      {"Library/Safari/History.db", &ManifestDb::safariHistoryDbKey_},
+      {"Library/Safari/Bookmarks.db", &ManifestDb::safariBookmarkKey_},
+      {"Media/Recordings/Recordings.db", &ManifestDb::recordingKey_},
+      {"Media/PhotoData/Photos.sqlite", &ManifestDb::photoKey_},
+      {"NoteStore.sqlite", &ManifestDb::noteStoreKey_},
+      {"Library/Notes/notes.sqlite", &ManifestDb::noteKey_},
+      {"Library/AddressBook/AddressBook.sqlitedb", &ManifestDb::contactKey_},
+      {"Library/CallHistory/call_history.db", &ManifestDb::callHistoryDbKey_},
+      {"Library/CallHistoryDB/CallHistory.storedata", &ManifestDb::callHistoryStoreDbKey_},
+      {"Library/Calendar/Calendar.sqlitedb", &ManifestDb::calendarKey_},
+  };
+  for (const auto& [known, list] : kKnownPaths) {
+    if (relativePath == known) return &(this->*list);
+  }
+  return nullptr;
+}

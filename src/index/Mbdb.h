@@ -1,0 +1,105 @@
+#ifndef YH_INDEX_MBDB_H
+#define YH_INDEX_MBDB_H
+
+#include <cstdint>
+#include <cstdio>
+#include <ctime>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "common/VqBase.h"
+
+// Reader of the binary index of older backups. Stored files lie flat in the
+// backup folder, named by the SHA-1 of domain + "-" + relative path.
+class Mbdb : public VqBase {
+ public:
+  class MBFileRecord : public VqBase {
+   public:
+    class Property : public VqBase {
+     public:
+      std::string name;
+      std::string value;
+    };
+
+    MBFileRecord() = default;
+    ~MBFileRecord() override;
+
+    std::string storedName;  // 40 lower-case hex digits
+    std::string domain;
+    std::string path;
+    std::string linkTarget;
+    std::string dataHash;
+    std::string encryptionKey;
+    std::string fixedBlockText;
+    uint16_t mode = 0;
+    int32_t inodeHigh = 0;
+    uint32_t inodeLow = 0;
+    uint32_t userId = 0;
+    uint32_t groupId = 0;
+    struct tm modified {};
+    struct tm accessed {};
+    struct tm changed {};
+    int32_t size = 0;  // low 32 bits of the stored 64-bit size, kept narrow on purpose
+    uint8_t protectionClass = 0;
+    uint8_t propertyCount = 0;
+    Property* properties = nullptr;
+  };
+
+  using KeyList = std::vector<std::string>;
+  using PathMap = std::map<std::string, MBFileRecord*>;
+  using ContentList = std::vector<MBFileRecord*>;
+
+  Mbdb() = default;
+  ~Mbdb() override;
+
+  // 1 when the index opened with the right signature (also when its reading
+  // stopped early), 0 otherwise. `path` is the backup folder, ending in "/".
+  int32_t ReadMBDB(const char* path);
+
+  std::string GetBackupPath() const { return backupPath_; }
+  ContentList* GetContentList() { return &contentList_; }
+  PathMap* GetQueryPathKeyMap() { return &pathMap_; }
+
+  KeyList* GetCalendarKey() { return &calendarKey_; }
+  KeyList* GetCallKey() { return &callKey_; }
+  KeyList* GetCallStoreKey() { return &callStoreKey_; }
+  KeyList* GetContactKey() { return &contactKey_; }
+  KeyList* GetNoteKey() { return &noteKey_; }
+  KeyList* GetNoteStoreKey() { return &noteStoreKey_; }
+  KeyList* GetPhotoKey() { return &photoKey_; }
+  KeyList* GetRecordingKey() { return &recordingKey_; }
+  KeyList* GetSafariHistoryKey() { return &safariHistoryKey_; }
+  KeyList* GetSafariBookmarkKey() { return &safariBookmarkKey_; }
+  KeyList* GetSmsKey() { return &smsKey_; }
+
+  static char toHex(int value);
+  static char toHexLow(int value);
+  static int fromHex(char c);
+  static std::string toHex(const unsigned char* data, int length, const int* groups, int groupCount);
+
+  static bool getS(FILE* file, std::string* out);
+  static bool getD(FILE* file, std::string* out);
+
+ private:
+  // The key list a known database path feeds, or NULL.
+  KeyList* KeyListFor(const std::string& path);
+  void Keep(MBFileRecord* record);
+
+  std::string backupPath_;
+  ContentList contentList_;
+  PathMap pathMap_;
+  KeyList calendarKey_;
+  KeyList callKey_;
+  KeyList callStoreKey_;
+  KeyList contactKey_;
+  KeyList noteKey_;
+  KeyList noteStoreKey_;
+  KeyList photoKey_;
+  KeyList recordingKey_;
+  KeyList safariHistoryKey_;
+  KeyList safariBookmarkKey_;
+  KeyList smsKey_;
+};
+
+#endif
