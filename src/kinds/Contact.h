@@ -1,0 +1,45 @@
+#ifndef YH_KINDS_CONTACT_H
+#define YH_KINDS_CONTACT_H
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "kinds/Kind.h"
+#include "kinds/Person.h"
+
+// The address book. It answers content requests with the people of the first
+// address-book database, and serves messages and call history as the
+// directory that turns a phone number into a name, looking in every database.
+// The people are read once, by whichever of the two comes first.
+class Contact : public Kind {
+ public:
+  // People of one database by ascending record id.
+  using PersonMap = std::map<int32_t, std::unique_ptr<Person>>;
+
+  Contact() = default;
+
+  // A new array (never NULL; empty when there is nobody); `flag` is ignored.
+  plist_t FindContent(void* device, int flag) override;
+
+  // The name of the first person, database by database and by ascending
+  // record id, one of whose values answers to `phone`; NULL when nobody does,
+  // or for a NULL or empty `phone`. A value answers to every ";"-separated
+  // piece of it once everything but "0"-"9", "#", "*", "+", "," and ";" is
+  // removed; `phone` itself is compared as it is, whole and exactly. The text
+  // belongs to the person and lives as long as this object.
+  const char* FindNameByPhone(void* device, const char* phone);
+
+ private:
+  // Reads every address-book database of the backup, one map per database in
+  // key-list order (an unreadable database leaves an empty map).
+  void StorePersonMap(void* device);
+  static void AddContactList(PersonMap& people, const std::string& path);
+  static void ConvertToPlist(const PersonMap& people, plist_t array);
+
+  std::vector<PersonMap> personMaps_;
+};
+
+#endif

@@ -1,0 +1,142 @@
+#include "kinds/History.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include "common/ColumnHelpers.h"
+#include "common/Database.h"
+#include "common/PlistHelpers.h"
+#include "kinds/ColumnDate.h"
+#include "kinds/SourceFiles.h"
+
+namespace {
+
+const char kHistoryQuery[] =
+    "select hv.title,hi.url,hv.visit_time,hi.visit_count from history_visits hv,history_items hi "
+    "where hv.history_item = hi.id";
+const char kBookmarkQuery[] = "select title,url,last_modified from bookmarks";
+
+// Older devices keep their history in a property list, newer ones in a
+// database. Bookmarks are read from Manifest.mbdb backups only: on Manifest.db
+// backups they are deliberately left out, so that source has no accessor there.
+const KeySource kHistoryPlistSource{&ManifestDb::GetSafariHistoryPlistKey, &Mbdb::GetSafariHistoryKey};
+const KeySource kHistoryDbSource{&ManifestDb::GetSafariHistoryDbKey, nullptr};
+const KeySource kBookmarkSource{nullptr, &Mbdb::GetSafariBookmarkKey};
+
+struct PlistFree {
+  void operator()(plist_t node) const { plist_free(node); }
+};
+using PlistTree = std::unique_ptr<void, PlistFree>;
+
+void InsertDate(plist_t dict, const std::string& date) {
+  InsertPlistDictString(dict, "lastVisitedDate", date.c_str());
+}
+
+// One visit of a page; the page's total visit count goes into each of its visits.
+int HistoryDbCallback(void* context, int, char** values, char**) {
+  plist_t entry = plist_new_dict();
+  InsertPlistDictString(entry, "url", values[1]);
+  InsertPlistDictString(entry, "type", "history");
+  InsertPlistDictString(entry, "title", values[0]);
+  InsertDate(entry, DateText2001OrNow(values[2]));
+  // A negative count keeps its sign extension in the unsigned node.
+  const int64_t visits = GetZeroIntIsNull(values[3]);
+  plist_dict_set_item(entry, "visitCount", plist_new_uint(static_cast<uint64_t>(visits)));
+  plist_array_append_item(context, entry);
+  return 0;
+}
+
+// Folders have no address and are left out.
+int BookmarkDbCallback(void* context, int, char** values, char**) {
+  const char* url = values[1];
+  if (!url || !*url || std::strcmp(url, "NULL") == 0) return 0;
+  plist_t entry = plist_new_dict();
+  InsertPlistDictString(entry, "url", url);
+  InsertPlistDictString(entry, "type", "bookmark");
+  InsertPlistDictString(entry, "title", values[0]);
+  InsertDate(entry, DateText2001OrNow(values[2]));
+  plist_dict_set_item(entry, "visitCount", plist_new_uint(1));
+  plist_array_append_item(context, entry);
+  return 0;
+}
+
+// Walks a dictionary's entries in their stored order.
+class DictEntries {
+ public:
+  explicit DictEntries(plist_t dict) : dict_(dict) { plist_dict_new_iter(dict_, &iter_); }
+  ~DictEntries() { std::free(iter_); }
+  DictEntries(const DictEntries&) = delete;
+  DictEntries& operator=(const DictEntries&) = delete;
+
+  bool Next(std::string* key, plist_t* value) {
+    char* name = nullptr;
+    *value = nullptr;
+    plist_dict_next_item(dict_, iter_, &name, value);
+    if (name) {
+      *key = name;
+      plist_std_free(name);
+    }
+    return *value != nullptr;
+  }
+
+ private:
+  plist_t dict_;
+  plist_dict_iter iter_ = nullptr;
+};
+
+// One element of "WebHistoryDates": its first entry is the address, whatever
+// its key; of the others only the title, date and visit count are kept.
+void AppendPlistEntry(plist_t element, plist_t array) {
+  if (plist_get_node_type(element) != PLIST_DICT) return;
+  DictEntries entries(element);
+  std::string key;
+  plist_t value = nullptr;
+  if (!entries.Next(&key, &value)) return;
+  plist_t entry = plist_new_dict();
+  plist_array_append_item(array, entry);
+  plist_dict_set_item(entry, "url", plist_copy(value));
+  InsertPlistDictString(entry, "type", "history");
+  while (entries.Next(&key, &value)) {
+    if (key == "title") {
+      plist_dict_set_item(entry, "title", plist_copy(value));
+    } else if (key == "lastVisitedDate") {
+      // A date of another node type counts as 0 seconds.
+      std::string seconds;
+      const bool isText = PlistGetString(value, &seconds);
+      InsertDate(entry, DateText2001(isText ? seconds.c_str() : nullptr));
+    } else if (key == "visitCount") {
+      plist_dict_set_item(entry, "visitCount", plist_copy(value));
+    }
+  }
+}
+
+}  // namespace
+
+plist_t History::FindContent(void* device, int) {
+  auto* backup = static_cast<BackupDevice*>(device);
+  plist_t array = plist_new_array();
+  for (const std::string& path : SourceFiles(backup, kHistoryPlistSource)) AddHistoryList(path, array);
+  for (const std::string& path : SourceFiles(backup, kHistoryDbSource)) AddHistoryDb(path, array);
+  for (const std::string& path : SourceFiles(backup, kBookmarkSource)) AddBookmarkList(path, array);
+  return array;
+}
+
+void History::AddHistoryList(const std::string& path, plist_t array) {
+  PlistTree root(ReadPlist(path.c_str()));
+  if (!root) return;
+  plist_t dates = plist_dict_get_item(root.get(), "WebHistoryDates");
+  if (plist_get_node_type(dates) != PLIST_ARRAY) return;
+  const uint32_t count = plist_array_get_size(dates);
+  for (uint32_t i = 0; i < count; ++i) AppendPlistEntry(plist_array_get_item(dates, i), array);
+}
+
+void History::AddHistoryDb(const std::string& path, plist_t array) {
+  Database db(path);
+  if (db.IsOpen()) db.Exec(kHistoryQuery, HistoryDbCallback, array);
+}
+
+void History::AddBookmarkList(const std::string& path, plist_t array) {
+  Database db(path);
+  if (db.IsOpen()) db.Exec(kBookmarkQuery, BookmarkDbCallback, array);
+}

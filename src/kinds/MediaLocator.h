@@ -1,0 +1,32 @@
+#ifndef YH_KINDS_MEDIALOCATOR_H
+#define YH_KINDS_MEDIALOCATOR_H
+
+#include <optional>
+#include <string>
+
+#include "libYH.h"
+
+// Finds the stored files of device files named by media records (photos,
+// recordings, attachments). On a Manifest.db backup a stored file lies at
+// folder + two characters + "/" + fileID; on a Manifest.mbdb backup at the
+// reader's folder + stored name.
+class MediaLocator {
+ public:
+  explicit MediaLocator(const BackupDevice* device);
+
+  // The stored file whose device path equals `relativePath` exactly (the
+  // index's path map, where a later file of the same path wins).
+  std::optional<std::string> FindExact(const std::string& relativePath) const;
+
+  // Visits, in index order, the stored file of every index record whose
+  // device path contains `needle`; stops when `visit` returns false.
+  template <class Visitor>
+  void ForEachContaining(const std::string& needle, Visitor visit) const;
+
+ private:
+  const BackupDevice* device_;
+};
+
+#include "kinds/MediaLocator-inl.h"
+
+#endif

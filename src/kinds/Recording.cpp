@@ -1,0 +1,91 @@
+#include "kinds/Recording.h"
+
+#include <cstdlib>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "common/ColumnHelpers.h"
+#include "common/Database.h"
+#include "common/DateHelpers.h"
+#include "common/FileHelpers.h"
+#include "common/PlistHelpers.h"
+#include "kinds/ColumnDate.h"
+#include "kinds/MediaLocator.h"
+#include "kinds/SourceFiles.h"
+
+namespace {
+
+const KeySource kRecordingSource{&ManifestDb::GetRecordingKey, &Mbdb::GetRecordingKey};
+
+// Device paths begin with "/var/mobile/"; the index knows them without it.
+const std::string::size_type kHomePrefixLength = 12;
+
+int RecordingDbCallback(void* records, int /*columns*/, char** values, char** /*names*/) {
+  const std::string devicePath = GetEmptyStringIsNull(values[2]);
+  const std::string::size_type slash = devicePath.rfind('/');
+  if (slash == std::string::npos || slash + 1 == devicePath.size()) return 0;
+
+  auto* memo = new VoiceMemos;
+  memo->date = DateText2001(values[0]);
+  char* duration = ConvertSecondsToTime(static_cast<uint32_t>(GetZeroIntIsNull(values[1])));
+  memo->duration = duration;
+  std::free(duration);
+  memo->title = GetEmptyStringIsNull(values[3]);
+  memo->devicePath = devicePath;
+  memo->name = devicePath.substr(slash + 1);
+  static_cast<std::vector<VoiceMemos*>*>(records)->push_back(memo);
+  return 0;
+}
+
+std::optional<std::string> FirstContaining(const MediaLocator& locator, const std::string& needle) {
+  std::optional<std::string> first;
+  locator.ForEachContaining(needle, [&first](const std::string& stored) {
+    first = stored;
+    return false;
+  });
+  return first;
+}
+
+}  // namespace
+
+void Recording::AddRecordingList(const char* path) {
+  Database db(path);
+  if (!db.IsOpen()) return;
+  db.Exec("select ZDATE,ZDURATION,ZPATH,ZCUSTOMLABEL from ZRECORDING", RecordingDbCallback, &records_);
+}
+
+bool Recording::Locate(const MediaLocator& locator, int backupType, VoiceMemos& memo) {
+  std::optional<std::string> stored;
+  if (backupType == 1) {
+    if (memo.devicePath.size() < kHomePrefixLength) return false;
+    stored = locator.FindExact(memo.devicePath.substr(kHomePrefixLength));
+  } else {
+    // Only the first file whose path holds the name is tried, even when a
+    // later one would fit better.
+    stored = FirstContaining(locator, memo.name);
+  }
+  if (!stored) return false;
+  memo.path += *stored;
+  memo.size = VQGetFileSize(stored->c_str());
+  return memo.size != 0;
+}
+
+void Recording::ReadBackup(BackupDevice* device) {
+  for (const std::string& path : SourceFiles(device, kRecordingSource)) AddRecordingList(path.c_str());
+  const MediaLocator locator(device);
+  const int backupType = device->backupType;
+  KeepRecordsIf([&](VoiceMemos& memo) {
+    VqCheckAlive(&memo);
+    return Locate(locator, backupType, memo);
+  });
+}
+
+void Recording::FillDict(const VoiceMemos& memo, plist_t dict) const {
+  InsertPlistDictString(dict, "date", memo.date.c_str());
+  InsertPlistDictString(dict, "title", memo.title.c_str());
+  InsertPlistDictString(dict, "duration", memo.duration.c_str());
+  InsertPlistDictString(dict, "name", memo.name.c_str());
+  InsertPlistDictString(dict, "path", memo.path.c_str());
+  plist_dict_set_item(dict, "size", plist_new_uint(memo.size));
+}

@@ -1,0 +1,132 @@
+#include "kinds/Sms.h"
+
+#include <cctype>
+
+#include "common/ColumnHelpers.h"
+#include "common/Database.h"
+#include "common/PlistHelpers.h"
+#include "kinds/ColumnDate.h"
+#include "kinds/Contact.h"
+#include "kinds/SourceFiles.h"
+
+namespace {
+
+const KeySource kSmsSource{&ManifestDb::GetSmsKey, &Mbdb::GetSmsKey};
+
+// Current schema: chats, their handles and the handles' messages.
+const char kMessageQuery[] =
+    "select distinct c.chat_identifier,m.country,m.service,m.text,m.date,m.is_from_me from chat c, message m "
+    ",handle h where c.chat_identifier = h.id and m.handle_id = h.rowid order by m.date";
+// Older schema, whose iMessage columns begin with "madrid_".
+const char kMadridMessageQuery[] =
+    "select mc.rowid,m.country,m.madrid_service,m.madrid_handle,m.text,m.date,m.madrid_flags from message "
+    "m,madrid_chat mc where m.madrid_handle=mc.chat_identifier order by m.date";
+
+// madrid_flags of a received message; every other value counts as sent.
+const int32_t kMadridReceived = 12289;
+
+// An address without "-" and white space. Brackets, dots and letters stay, so
+// "(555) 123-4567" keeps its brackets and finds no contact: intended.
+std::string CleanPhone(const char* address) {
+  std::string phone;
+  for (const char c : GetEmptyStringIsNull(address)) {
+    if (c != '-' && !std::isspace(static_cast<unsigned char>(c))) phone += c;
+  }
+  return phone;
+}
+
+// The chat kept under `key`, created (with no phone yet) on its first row.
+Chat& ChatFor(void* context, const char* key) {
+  std::unique_ptr<Chat>& chat = (*static_cast<Sms::ChatMap*>(context))[GetEmptyStringIsNull(key)];
+  if (!chat) {
+    chat.reset(new Chat);
+    chat->id = GetEmptyStringIsNull(key);
+  }
+  return *chat;
+}
+
+// Columns: chat identifier, country, service, text, date, is-from-me.
+int MessageCallback(void* chats, int /*columns*/, char** values, char** /*names*/) {
+  Chat& chat = ChatFor(chats, values[0]);
+  // The chat identifier is the other party's address.
+  if (chat.phone.empty()) chat.phone = CleanPhone(values[0]);
+  Chat::Message message;
+  message.country = GetEmptyStringIsNull(values[1]);
+  message.service = GetEmptyStringIsNull(values[2]);
+  message.text = GetEmptyStringIsNull(values[3]);
+  message.date = DateText2001(values[4]);
+  message.type = GetZeroIntIsNull(values[5]);
+  chat.messages.push_back(message);
+  return 0;
+}
+
+// Columns: madrid_chat row id, country, service, handle, text, date, flags.
+int MessageMadridCallback(void* chats, int /*columns*/, char** values, char** /*names*/) {
+  Chat& chat = ChatFor(chats, values[0]);
+  // The first message's handle names the other party.
+  if (chat.phone.empty()) chat.phone = CleanPhone(values[3]);
+  Chat::Message message;
+  message.country = GetEmptyStringIsNull(values[1]);
+  message.service = GetEmptyStringIsNull(values[2]);
+  message.text = GetEmptyStringIsNull(values[4]);
+  message.date = DateText2001(values[5]);
+  message.type = GetZeroIntIsNull(values[6]) == kMadridReceived ? 0 : 1;
+  chat.messages.push_back(message);
+  return 0;
+}
+
+}  // namespace
+
+plist_t Sms::FindContent(void* device, int /*flag*/) {
+  plist_t array = plist_new_array();
+  for (const std::string& path : SourceFiles(static_cast<BackupDevice*>(device), kSmsSource)) {
+    // Design decision: each database's chats live only until they are
+    // converted. Nothing reads them afterwards, and keeping them would only
+    // grow with every request.
+    ChatMap chats;
+    AddSmsList(device, chats, path, array);
+  }
+  return array;
+}
+
+int Sms::AddSmsList(void* device, ChatMap& chats, const std::string& path, plist_t array) {
+  Database db(path);
+  if (!db.IsOpen()) return -1;
+  // The older query runs only when the current one fails (no chat or handle
+  // table), not when it finds nothing; rows a failing query delivered stay.
+  if (!db.Exec(kMessageQuery, MessageCallback, &chats)) db.Exec(kMadridMessageQuery, MessageMadridCallback, &chats);
+  for (auto& entry : chats) {
+    Chat& chat = *entry.second;
+    VqCheckAlive(&chat);
+    if (!contact_) continue;
+    VqCheckAlive(contact_);
+    const char* name = contact_->FindNameByPhone(device, chat.phone.c_str());
+    if (name && chat.another.empty()) chat.another = name;
+  }
+  ConvertToPlist(chats, array);
+  return 0;
+}
+
+void Sms::ConvertToPlist(const ChatMap& chats, plist_t array) {
+  for (const auto& entry : chats) {
+    const Chat& chat = *entry.second;
+    VqCheckAlive(&chat);
+    plist_t dict = plist_new_dict();
+    plist_array_append_item(array, dict);
+    InsertPlistDictString(dict, "id", chat.id.c_str());
+    InsertPlistDictString(dict, "phone", chat.phone.c_str());
+    InsertPlistDictString(dict, "another", chat.another.c_str());
+    if (chat.messages.empty()) continue;
+    plist_t messages = plist_new_array();
+    plist_dict_set_item(dict, "message", messages);
+    for (const Chat::Message& message : chat.messages) {
+      plist_t item = plist_new_dict();
+      plist_array_append_item(messages, item);
+      InsertPlistDictString(item, "country", message.country.c_str());
+      InsertPlistDictString(item, "service", message.service.c_str());
+      InsertPlistDictString(item, "text", message.text.c_str());
+      InsertPlistDictString(item, "date", message.date.c_str());
+      plist_dict_set_item(item, "type", plist_new_uint(static_cast<uint64_t>(static_cast<int64_t>(message.type))));
+    }
+  }
+}
