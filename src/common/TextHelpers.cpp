@@ -112,3 +112,9 @@ const void* MemMem(const void* hay, size_t n, const void* needle, size_t len) {
 }
 
 FILE* YHfopen(const char* path, const char* mode) { return std::fopen(path, mode); }
+
+std::string TakeMallocText(char* text) {
+  std::string copy = text ? text : "";
+  std::free(text);
+  return copy;
+}

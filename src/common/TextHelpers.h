@@ -20,4 +20,8 @@ void SplitWithFlag(const char* text, char flag, std::vector<std::string>& out);
 const void* MemMem(const void* hay, size_t n, const void* needle, size_t len);
 FILE* YHfopen(const char* path, const char* mode);
 
+// The text of a block handed out by these helpers or the date helpers, as a
+// string (empty for NULL); the block is freed.
+std::string TakeMallocText(char* text);
+
 #endif

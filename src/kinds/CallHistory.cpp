@@ -1,11 +1,10 @@
 #include "kinds/CallHistory.h"
 
-#include <cstdlib>
-
 #include "common/ColumnHelpers.h"
 #include "common/Database.h"
 #include "common/DateHelpers.h"
 #include "common/PlistHelpers.h"
+#include "common/TextHelpers.h"
 #include "kinds/Contact.h"
 #include "kinds/SourceFiles.h"
 
@@ -15,7 +14,7 @@ namespace {
 // is read with the query of the device generation that writes each index
 // kind; on a Manifest.mbdb backup it is named from the device record's folder.
 const KeySource kCallDbSource{nullptr, &Mbdb::GetCallKey};
-const KeySource kCallStoreSourceiOS9{&ManifestDb::GetCallHistoryStoreDbKey, &Mbdb::GetCallStoreKey, MbdbFolder::Device};
+const KeySource kCallStoreSourceiOS9{nullptr, &Mbdb::GetCallStoreKey, MbdbFolder::Device};
 const KeySource kCallStoreSourceiOS10{&ManifestDb::GetCallHistoryStoreDbKey, nullptr};
 
 const char kCallQuery[] = "select name,address,date,flags,duration,country_code,network_code from call";
@@ -31,12 +30,6 @@ const char kCallStoreQueryiOS10[] =
 // as outgoing (that table has no unknown direction).
 const int32_t kCallFlagsIncoming = 4;
 
-std::string TakeText(char* text) {
-  std::string copy(text);
-  std::free(text);
-  return copy;
-}
-
 // The call is appended before it is filled.
 Call& NewCall(void* records) {
   auto* call = new Call;
@@ -46,7 +39,7 @@ Call& NewCall(void* records) {
 
 // Whole seconds: a stored 59.9 counts as 59.
 std::string Duration(const char* seconds) {
-  return TakeText(ConvertSecondsToTime(static_cast<uint32_t>(GetZeroIntIsNull(seconds))));
+  return TakeMallocText(ConvertSecondsToTime(static_cast<uint32_t>(GetZeroIntIsNull(seconds))));
 }
 
 // Columns: name, address, date (seconds since 1970), flags, duration, country
@@ -55,7 +48,7 @@ int CallHistoryDbCallback(void* records, int /*columns*/, char** values, char** 
   Call& call = NewCall(records);
   call.name = GetEmptyStringIsNull(values[0]);
   call.address = GetEmptyStringIsNull(values[1]);
-  call.date = TakeText(Convert1900GMTDate(GetZeroLongIsNull(values[2])));
+  call.date = TakeMallocText(Convert1900GMTDate(GetZeroLongIsNull(values[2])));
   call.type = GetZeroIntIsNull(values[3]) == kCallFlagsIncoming ? "Incoming" : "Outgoing";
   call.duration = Duration(values[4]);
   call.countryCode = GetEmptyStringIsNull(values[5]);
@@ -69,7 +62,7 @@ int CallHistoryStoreDbCallback(void* records, int /*columns*/, char** values, ch
   Call& call = NewCall(records);
   call.name = GetEmptyStringIsNull(values[0]);
   call.address = GetEmptyStringIsNull(values[1]);
-  call.date = TakeText(Convert2001GMTtoDate(GetZeroLongIsNull(values[2])));
+  call.date = TakeMallocText(Convert2001GMTtoDate(GetZeroLongIsNull(values[2])));
   switch (GetZeroIntIsNull(values[3])) {
     case 0: call.type = "Incoming"; break;
     case 1: call.type = "Outgoing"; break;

@@ -1,7 +1,5 @@
 #include "kinds/Contact.h"
 
-#include <cstdlib>
-
 #include "common/ColumnHelpers.h"
 #include "common/Database.h"
 #include "common/PhoneHelpers.h"
@@ -31,13 +29,6 @@ const char kPropertyEntryQuery[] =
 const char kLabelOpen[] = "_$!<";
 const char kLabelClose[] = ">!$_";
 
-// A malloc'ed text as a string (empty for NULL), the block freed.
-std::string TakeText(char* text) {
-  std::string copy = text ? text : "";
-  std::free(text);
-  return copy;
-}
-
 std::string CleanLabel(const char* stored) {
   const std::string label = GetEmptyStringIsNull(stored);
   const std::string::size_type open = label.find(kLabelOpen);
@@ -51,7 +42,7 @@ std::string CleanValue(const char* stored) {
   if (!stored || !*stored) return std::string();
   // Only a text of byte values 0 to 9 and "-" passes this test, so ordinary
   // numbers keep their dashes here; the lookup removes them instead.
-  if (IsPhoneFormat(stored, '-')) return TakeText(DeleteDelims(stored, "-", nullptr));
+  if (IsPhoneFormat(stored, '-')) return TakeMallocText(DeleteDelims(stored, "-", nullptr));
   return stored;
 }
 
@@ -71,7 +62,7 @@ std::vector<std::string> NumbersOf(const std::string& value) {
 int PersonCallback(void* context, int /*columns*/, char** values, char** /*names*/) {
   auto* person = new Person;
   person->recordId = GetZeroIntIsNull(values[0]);
-  person->name = TakeText(DeleteDelims(values[1], " ", " "));
+  person->name = TakeMallocText(DeleteDelims(values[1], " ", " "));
   person->organization = GetEmptyStringIsNull(values[2]);
   person->department = GetEmptyStringIsNull(values[3]);
   person->note = GetEmptyStringIsNull(values[4]);

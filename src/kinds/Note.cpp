@@ -14,7 +14,9 @@
 namespace {
 
 const KeySource kNoteSource{&ManifestDb::GetNoteKey, &Mbdb::GetNoteKey};
-const KeySource kNoteStoreSource{&ManifestDb::GetNoteStoreKey, &Mbdb::GetNoteStoreKey};
+// On a Manifest.mbdb backup the note store is looked for from the device
+// record's folder, the old notes database from the reader's.
+const KeySource kNoteStoreSource{&ManifestDb::GetNoteStoreKey, &Mbdb::GetNoteStoreKey, MbdbFolder::Device};
 
 const char kNoteQuery[] =
     "select t.ZCREATIONDATE,t.ZMODIFICATIONDATE,t.ztitle,b.ZCONTENT from ZNOTE t inner join "

@@ -1,6 +1,5 @@
 #include "kinds/Recording.h"
 
-#include <cstdlib>
 #include <optional>
 #include <string>
 #include <vector>
@@ -10,6 +9,7 @@
 #include "common/DateHelpers.h"
 #include "common/FileHelpers.h"
 #include "common/PlistHelpers.h"
+#include "common/TextHelpers.h"
 #include "kinds/ColumnDate.h"
 #include "kinds/MediaLocator.h"
 #include "kinds/SourceFiles.h"
@@ -28,9 +28,7 @@ int RecordingDbCallback(void* records, int /*columns*/, char** values, char** /*
 
   auto* memo = new VoiceMemos;
   memo->date = DateText2001(values[0]);
-  char* duration = ConvertSecondsToTime(static_cast<uint32_t>(GetZeroIntIsNull(values[1])));
-  memo->duration = duration;
-  std::free(duration);
+  memo->duration = TakeMallocText(ConvertSecondsToTime(static_cast<uint32_t>(GetZeroIntIsNull(values[1]))));
   memo->title = GetEmptyStringIsNull(values[3]);
   memo->devicePath = devicePath;
   memo->name = devicePath.substr(slash + 1);

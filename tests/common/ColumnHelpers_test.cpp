@@ -22,6 +22,12 @@ TEST(ColumnHelpers, ZeroLongIsNull) {
   EXPECT_EQ(GetZeroLongIsNull("630000000.75"), 630000000);
 }
 
+TEST(ColumnHelpers, ZeroIntSaturatesAtThe32BitRange) {
+  EXPECT_EQ(GetZeroIntIsNull("2147483648"), 2147483647);
+  EXPECT_EQ(GetZeroIntIsNull("600000000000000000"), 2147483647);  // a nanosecond date
+  EXPECT_EQ(GetZeroIntIsNull("-2147483649"), INT32_MIN);
+}
+
 TEST(ColumnHelpers, ZeroLongSaturatesAtThe32BitRange) {
   EXPECT_EQ(GetZeroLongIsNull("2147483647"), 2147483647);
   EXPECT_EQ(GetZeroLongIsNull("2147483648"), 2147483647);

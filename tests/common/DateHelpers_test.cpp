@@ -10,33 +10,11 @@
 #include <sstream>
 #include <string>
 
+#include "support/ScopedEnv.h"
+
 namespace {
 
-// Sets TZ for one test and puts the previous value back afterwards.
-class ScopedTimeZone {
- public:
-  explicit ScopedTimeZone(const char* zone) {
-    const char* previous = std::getenv("TZ");
-    hadPrevious_ = previous != nullptr;
-    if (hadPrevious_) previous_ = previous;
-    setenv("TZ", zone, 1);
-    tzset();
-  }
-  ~ScopedTimeZone() {
-    if (hadPrevious_) {
-      setenv("TZ", previous_.c_str(), 1);
-    } else {
-      unsetenv("TZ");
-    }
-    tzset();
-  }
-  ScopedTimeZone(const ScopedTimeZone&) = delete;
-  ScopedTimeZone& operator=(const ScopedTimeZone&) = delete;
-
- private:
-  bool hadPrevious_ = false;
-  std::string previous_;
-};
+using yhtest::ScopedTimeZone;
 
 // The text of a malloc'ed result; frees the block.
 std::string Take(char* text) {

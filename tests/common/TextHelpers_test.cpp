@@ -135,4 +135,10 @@ TEST(TextHelpers, YHfopenOpensLikeFopen) {
   EXPECT_EQ(YHfopen((dir.Path() + "missing").c_str(), "rb"), nullptr);
 }
 
+TEST(TakeMallocText, CopiesAndFreesTheBlockAndReadsNullAsEmpty) {
+  EXPECT_EQ(TakeMallocText(ConcatStr("ab", "c")), "abc");
+  EXPECT_EQ(TakeMallocText(DeleteDelims("   ", " ", nullptr)), "");
+  EXPECT_EQ(TakeMallocText(nullptr), "");
+}
+
 }  // namespace

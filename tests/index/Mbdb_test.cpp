@@ -13,6 +13,7 @@
 
 #include "index/Sha1Name.h"
 #include "support/BackupBuilder.h"
+#include "support/ScopedEnv.h"
 #include "support/TreeSnapshot.h"
 
 namespace {
@@ -129,21 +130,7 @@ TEST_F(MbdbTest, RecordIsFoundUnderItsHashedName) {
 
 class MbdbFieldsTest : public MbdbTest, public ::testing::WithParamInterface<const char*> {
  protected:
-  void SetUp() override {
-    const char* old = std::getenv("TZ");
-    savedTz_ = old ? std::make_unique<std::string>(old) : nullptr;
-    setenv("TZ", GetParam(), 1);
-    tzset();
-  }
-  void TearDown() override {
-    if (savedTz_) {
-      setenv("TZ", savedTz_->c_str(), 1);
-    } else {
-      unsetenv("TZ");
-    }
-    tzset();
-  }
-  std::unique_ptr<std::string> savedTz_;
+  yhtest::ScopedTimeZone zone_{GetParam()};
 };
 
 TEST_P(MbdbFieldsTest, DecodesEveryFieldAndKeepsTimesInUtc) {

@@ -51,7 +51,8 @@ std::string CallDb(const std::string& schema, const std::vector<std::string>& ro
 // The call store of one device generation; each row's values are SQL
 // literals for name, address, date, originated, duration, country code,
 // service provider and location.
-std::string CallStore(const std::vector<std::string>& rows, const std::string& schema = "CallHistory.storedata-ios17") {
+std::string CallStore(const std::vector<std::string>& rows,
+                      const std::string& schema = "CallHistory.storedata-ios17") {
   std::string sql = Schema(schema);
   int id = 0;
   for (const std::string& row : rows) {
@@ -295,7 +296,8 @@ TEST_F(CallHistoryTest, LeavesTheBackupUntouched) {
     Renew();
     BackupBuilder builder(kind);
     builder.AddDatabase(kHomeDomain, kCallStorePath, CallStore({"'', '+15550199', 100, 1, 1, NULL, NULL, NULL"}))
-        .AddDatabase(kHomeDomain, kCallDbPath, CallDb("call_history.db-ios7", {"'', '+15550199', 1, 4, 1, NULL, NULL"}));
+        .AddDatabase(kHomeDomain, kCallDbPath,
+                     CallDb("call_history.db-ios7", {"'', '+15550199', 1, 4, 1, NULL, NULL"}));
     BackupDevice* device = Analyse(builder, kind);
     const std::string before = SnapshotTree(backup_);
     EXPECT_NE(DumpAndFree(calls_->FindContent(device, 0)), "null");

@@ -11,6 +11,7 @@
 #include "index/Mbdb.h"
 #include "libYH.h"
 #include "support/BackupBuilder.h"
+#include "support/ScopedEnv.h"
 
 namespace yhtest {
 
@@ -48,33 +49,6 @@ class AnalysedDevice {
  private:
   BackupDevice* device_;
   bool readOk_ = false;
-};
-
-// Runs a test under the given TZ and restores the previous zone afterwards.
-class ScopedTimeZone {
- public:
-  explicit ScopedTimeZone(const std::string& zone) {
-    if (const char* old = std::getenv("TZ")) {
-      hadZone_ = true;
-      oldZone_ = old;
-    }
-    setenv("TZ", zone.c_str(), 1);
-    tzset();
-  }
-  ~ScopedTimeZone() {
-    if (hadZone_) {
-      setenv("TZ", oldZone_.c_str(), 1);
-    } else {
-      unsetenv("TZ");
-    }
-    tzset();
-  }
-  ScopedTimeZone(const ScopedTimeZone&) = delete;
-  ScopedTimeZone& operator=(const ScopedTimeZone&) = delete;
-
- private:
-  bool hadZone_ = false;
-  std::string oldZone_;
 };
 
 // The library's local text of seconds since 2001 under the present zone.

@@ -13,6 +13,7 @@
 #include "service/ServiceOperations.h"
 #include "support/BackupBuilder.h"
 #include "support/DeviceList.h"
+#include "support/ScopedEnv.h"
 #include "support/TreeSnapshot.h"
 
 namespace {
@@ -24,11 +25,6 @@ using yhtest::TempDir;
 // 2019-05-01T10:00:00Z
 constexpr int64_t kMay2019 = 1556704800;
 
-void SetZone(const char* zone) {
-  setenv("TZ", zone, 1);
-  tzset();
-}
-
 std::string Text(const char* value) { return value ? value : "(null)"; }
 
 std::string XmlPlist(const std::string& body) {
@@ -38,7 +34,6 @@ std::string XmlPlist(const std::string& body) {
 
 class Discovery : public ::testing::Test {
  protected:
-  void SetUp() override { SetZone("UTC"); }
   void TearDown() override { yhtest::FreeDeviceList(list_); }
 
   std::string BackupFolder() const { return root_.Path() + "MobileSync/Backup/"; }
@@ -48,6 +43,7 @@ class Discovery : public ::testing::Test {
     return list_;
   }
 
+  yhtest::ScopedTimeZone zone_{"UTC"};
   TempDir root_;
   BackupDevice* list_ = nullptr;
 };
@@ -128,14 +124,14 @@ TEST_F(Discovery, InfoPlistFillsTheDeviceTexts) {
 
 TEST_F(Discovery, LastBackupDateShowsTheTrueInstantInLocalTime) {
   BackupBuilder(IndexKind::Mbdb).InfoDate("Last Backup Date", kMay2019).Write(BackupFolder() + "d");
-  SetZone("America/New_York");
+  yhtest::ScopedTimeZone newYork("America/New_York");
   ASSERT_NE(List(), nullptr);
   EXPECT_EQ(Text(list_->lastBackupDate), "2019-05-01 06:00:00");
 }
 
 TEST_F(Discovery, LastBackupDateInWinterInNewYork) {
   BackupBuilder(IndexKind::Mbdb).InfoDate("Last Backup Date", 1548237600).Write(BackupFolder() + "d");
-  SetZone("America/New_York");
+  yhtest::ScopedTimeZone newYork("America/New_York");
   ASSERT_NE(List(), nullptr);
   EXPECT_EQ(Text(list_->lastBackupDate), "2019-01-23 05:00:00");  // 10:00Z, five hours behind
 }

@@ -20,6 +20,7 @@
 #include "support/BackupBuilder.h"
 #include "support/DeviceList.h"
 #include "support/PlistDump.h"
+#include "support/ScopedEnv.h"
 #include "support/TreeSnapshot.h"
 
 namespace {

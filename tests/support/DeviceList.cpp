@@ -24,19 +24,4 @@ BackupDevice* NewDevice(const std::string& backupPath, int32_t backupType) {
   return device;
 }
 
-ApplicationSupportOverride::ApplicationSupportOverride(const std::string& applicationSupport) {
-  const char* old = getenv("XDG_DATA_HOME");
-  hadValue_ = old != nullptr;
-  if (old) oldValue_ = old;
-  setenv("XDG_DATA_HOME", applicationSupport.c_str(), 1);
-}
-
-ApplicationSupportOverride::~ApplicationSupportOverride() {
-  if (hadValue_) {
-    setenv("XDG_DATA_HOME", oldValue_.c_str(), 1);
-  } else {
-    unsetenv("XDG_DATA_HOME");
-  }
-}
-
 }  // namespace yhtest

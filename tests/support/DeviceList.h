@@ -17,20 +17,6 @@ void FreeDeviceList(BackupDevice* head);
 // AnalyzeBackup.
 BackupDevice* NewDevice(const std::string& backupPath, int32_t backupType);
 
-// Points discovery at `applicationSupport` (sets XDG_DATA_HOME) for the
-// lifetime of the object, then restores the earlier value.
-class ApplicationSupportOverride {
- public:
-  explicit ApplicationSupportOverride(const std::string& applicationSupport);
-  ~ApplicationSupportOverride();
-  ApplicationSupportOverride(const ApplicationSupportOverride&) = delete;
-  ApplicationSupportOverride& operator=(const ApplicationSupportOverride&) = delete;
-
- private:
-  bool hadValue_;
-  std::string oldValue_;
-};
-
 }  // namespace yhtest
 
 #endif
