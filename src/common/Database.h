@@ -9,7 +9,8 @@ struct sqlite3_stmt;
 // The one place that opens a database. Every device database and the backup
 // index are opened read-only and immutable, so that SQLite never creates a
 // journal, -wal or -shm file, nor an empty database for a missing path: the
-// library never writes a byte into a backup.
+// library never writes a byte into a backup. Only a regular file (or a link
+// to one) is opened at all, so that a named pipe cannot block the open.
 class Database {
  public:
   // sqlite3_exec's row-callback shape: columns by position, NULL for SQL NULL.

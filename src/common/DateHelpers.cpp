@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <string>
 
 namespace {
 
@@ -21,8 +22,77 @@ char* FormatDate(const char* format, const std::tm& local) {
   return text;
 }
 
+// localtime and mktime read TZ and look at the zone file again on every
+// call, which costs more than the rest of a database row. The zone is read
+// (tzset) once per second of the clock instead, and at once when TZ changes;
+// conversions in between use the rules read then, so a zone file replaced
+// while a request runs is taken up within a second. The 2001 epoch depends
+// on the same two things and is kept with them.
+struct LocalZone {
+  bool read = false;
+  time_t second = 0;
+  bool hasTz = false;
+  std::string tz;
+  time_t epoch2001 = 0;
+};
+
+// The 2001 epoch as the host sees it: local midnight of 2001-01-01 shifted
+// by the present difference of the local and UTC hour of day, taken as it
+// comes (-23..23), with summer time forced off. Deliberately not the
+// constant 978307200: in summer time, or at the hours when the local and
+// UTC dates differ, the texts move by the corresponding amount.
+time_t HostEpoch2001(time_t now) {
+  std::tm local{};
+  std::tm utc{};
+  localtime_r(&now, &local);
+  gmtime_r(&now, &utc);
+  std::tm epoch{};
+  epoch.tm_year = 101;
+  epoch.tm_mon = 0;
+  epoch.tm_mday = 1;
+  epoch.tm_hour = local.tm_hour - utc.tm_hour;
+  epoch.tm_isdst = 0;
+  return std::mktime(&epoch);
+}
+
+const LocalZone& CurrentZone() {
+  static LocalZone zone;
+  const time_t now = std::time(nullptr);
+  const char* tz = std::getenv("TZ");
+  if (!zone.read || zone.second != now || zone.hasTz != (tz != nullptr) || (tz && zone.tz != tz)) {
+    tzset();
+    zone.read = true;
+    zone.second = now;
+    zone.hasTz = tz != nullptr;
+    zone.tz = tz ? tz : "";
+    zone.epoch2001 = HostEpoch2001(now);
+  }
+  return zone;
+}
+
+// Writes `value` (0 or more) as `width` digits with leading zeros.
+void PutDigits(char* out, int value, int width) {
+  for (int at = width - 1; at >= 0; --at, value /= 10) out[at] = static_cast<char>('0' + value % 10);
+}
+
+// "%.4d-%.2d-%.2d %.2d:%.2d:%.2d" of the local fields, digit by digit where
+// the fields have their usual widths: snprintf costs more than the rest of
+// the conversion, and a large request converts a date per row.
 char* FormatLocalDate(time_t when) {
-  return FormatDate("%.4d-%.2d-%.2d %.2d:%.2d:%.2d", *std::localtime(&when));
+  CurrentZone();
+  std::tm local{};
+  localtime_r(&when, &local);
+  const int year = local.tm_year + 1900;
+  if (year < 0 || year > 9999) return FormatDate("%.4d-%.2d-%.2d %.2d:%.2d:%.2d", local);
+  char* text = static_cast<char*>(std::calloc(kDateSize, 1));
+  std::memcpy(text, "0000-00-00 00:00:00", 19);
+  PutDigits(text, year, 4);
+  PutDigits(text + 5, local.tm_mon + 1, 2);
+  PutDigits(text + 8, local.tm_mday, 2);
+  PutDigits(text + 11, local.tm_hour, 2);
+  PutDigits(text + 14, local.tm_min, 2);
+  PutDigits(text + 17, local.tm_sec, 2);
+  return text;
 }
 
 }  // namespace
@@ -48,19 +118,5 @@ char* Convert1900GMTDate(int32_t secondsSince1970) { return FormatLocalDate(seco
 
 char* Convert2001GMTtoDate(int32_t secondsSince2001) {
   const time_t offset = secondsSince2001 < 0 ? 0 : secondsSince2001;
-  // The 2001 epoch as the host sees it: local midnight of 2001-01-01 shifted
-  // by the present difference of the local and UTC hour of day, taken as it
-  // comes (-23..23), with summer time forced off. Deliberately not the
-  // constant 978307200: in summer time, or at the hours when the local and
-  // UTC dates differ, the texts move by the corresponding amount.
-  const time_t now = std::time(nullptr);
-  const int localHour = std::localtime(&now)->tm_hour;
-  const int utcHour = std::gmtime(&now)->tm_hour;
-  std::tm epoch{};
-  epoch.tm_year = 101;
-  epoch.tm_mon = 0;
-  epoch.tm_mday = 1;
-  epoch.tm_hour = localHour - utcHour;
-  epoch.tm_isdst = 0;
-  return FormatLocalDate(std::mktime(&epoch) + offset);
+  return FormatLocalDate(CurrentZone().epoch2001 + offset);
 }

@@ -9,6 +9,11 @@ int VQIsFileExists(const char* path) {
   return stat(path, &info) == 0 ? 1 : 0;
 }
 
+int VQIsRegularFile(const char* path) {
+  struct stat info;
+  return stat(path, &info) == 0 && S_ISREG(info.st_mode) ? 1 : 0;
+}
+
 uint64_t VQGetFileSize(const char* path) {
   struct stat info;
   if (stat(path, &info) != 0) return 0;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "common/FileHelpers.h"
+#include "common/PlistSafety.h"
 #include "common/TextHelpers.h"
 
 namespace {
@@ -19,6 +20,51 @@ struct FileCloser {
   void operator()(FILE* file) const { std::fclose(file); }
 };
 using File = std::unique_ptr<FILE, FileCloser>;
+
+// A damaged file can hold zero bytes inside a string. libplist keeps the
+// declared length, then aborts when asked for such a text and reads past it
+// when copying or writing the node. Every such string is set again to the
+// text before its first zero byte, which is what a C-string reader sees.
+void EndStringsAtZeroBytes(plist_t root) {
+  std::vector<plist_t> pending{root};
+  while (!pending.empty()) {
+    plist_t node = pending.back();
+    pending.pop_back();
+    switch (plist_get_node_type(node)) {
+      case PLIST_STRING: {
+        uint64_t length = 0;
+        const char* text = plist_get_string_ptr(node, &length);
+        if (text && std::strlen(text) != length) plist_set_string_val(node, std::string(text).c_str());
+        break;
+      }
+      case PLIST_ARRAY: {
+        // plist_array_get_item walks a parsed array from its start each time.
+        plist_array_iter iter = nullptr;
+        plist_array_new_iter(node, &iter);
+        for (plist_t item = nullptr;;) {
+          plist_array_next_item(node, iter, &item);
+          if (!item) break;
+          pending.push_back(item);
+        }
+        std::free(iter);
+        break;
+      }
+      case PLIST_DICT: {
+        plist_dict_iter iter = nullptr;
+        plist_dict_new_iter(node, &iter);
+        for (plist_t value = nullptr;;) {
+          plist_dict_next_item(node, iter, nullptr, &value);
+          if (!value) break;
+          pending.push_back(value);
+        }
+        std::free(iter);
+        break;
+      }
+      default:
+        break;
+    }
+  }
+}
 
 }  // namespace
 
@@ -34,12 +80,14 @@ plist_t ReadPlist(const char* path) {
     if (std::fread(buffer.data(), 1, static_cast<size_t>(size), file.get()) == 0) return nullptr;
   }
   const uint32_t length = static_cast<uint32_t>(size);
+  if (!IsSafeForLibplist(buffer.data(), length)) return nullptr;
   plist_t root = nullptr;
   if (IsBinPlist(path)) {
     plist_from_bin(buffer.data(), length, &root);
   } else {
     plist_from_xml(buffer.data(), length, &root);
   }
+  if (root) EndStringsAtZeroBytes(root);
   return root;
 }
 

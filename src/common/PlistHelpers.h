@@ -7,7 +7,8 @@
 #include <string>
 
 // Reads a binary or XML property list; NULL for an empty, missing or
-// unparsable file. The caller frees the tree with plist_free.
+// unparsable file. A string holding a zero byte ends there. The caller
+// frees the tree with plist_free.
 plist_t ReadPlist(const char* path);
 // 1 when the file opens and begins with "bplist00".
 int IsBinPlist(const char* path);

@@ -1,5 +1,6 @@
 #include "index/ManifestDb.h"
 
+#include <cstdlib>
 #include <memory>
 #include <utility>
 
@@ -11,6 +12,22 @@
 namespace {
 
 const char kFilesQuery[] = "select fileID,domain,relativePath,flags from Files";
+const char kCountQuery[] = "select count(*) from Files";
+
+// Sizes the path map for every row at once: grown row by row, a map of a
+// quarter of a million paths is rehashed over and over.
+int ReserveCallback(void* context, int, char** values, char**) {
+  if (values[0]) static_cast<ManifestDb*>(context)->GetQueryPathKeyMap()->reserve(std::strtoul(values[0], nullptr, 10));
+  return 0;
+}
+
+// Whether the stored file of a fileID lies inside the backup folder. The path
+// is folder + first two characters + "/" + fileID, so it leaves the folder
+// only through a "/" in the fileID or a leading "..". Devices write 40 hex
+// digits; anything else that climbs out comes from a crafted index.
+bool StaysInBackup(const std::string& fileId) {
+  return fileId.find('/') == std::string::npos && fileId.compare(0, 2, "..") != 0;
+}
 
 }  // namespace
 
@@ -24,6 +41,7 @@ ManifestDb::~ManifestDb() {
 uint32_t ManifestDb::ReadDb(const char* path) {
   backupPath_ = path;
   Database database(std::string(path) + "Manifest.db");
+  database.Exec(kCountQuery, ReserveCallback, this);
   return database.Exec(kFilesQuery, ManifestDbCallback, this) ? 1 : 0;
 }
 
@@ -33,6 +51,7 @@ int ManifestDb::ManifestDbCallback(void* context, int, char** values, char**) {
   // folder itself, which always exists, and every kept record has a fileID.
   if (values[0] == nullptr || values[0][0] == '\0') return 0;
   const std::string fileId = values[0];
+  if (!StaysInBackup(fileId)) return 0;
   // substr takes what there is of a fileID shorter than two characters.
   const std::string stored = reader->backupPath_ + fileId.substr(0, 2) + GetPathSeperatorLine() + fileId;
   if (!VQIsFileExists(stored.c_str())) return 0;

@@ -3,8 +3,9 @@
 
 #include <cstdint>
 #include <list>
-#include <map>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "common/VqBase.h"
@@ -27,7 +28,10 @@ class ManifestDb : public VqBase {
   };
 
   using KeyList = std::vector<std::string>;
-  using PathMap = std::map<std::string, DBFileRecord*>;
+  // Looked up by exact path only; hashing spares the comparisons of long
+  // shared prefixes that an ordered map makes on every insertion. Keys view
+  // the records' own paths, which live as long as the reader.
+  using PathMap = std::unordered_map<std::string_view, DBFileRecord*>;
   using ContentList = std::list<DBFileRecord*>;
 
   ManifestDb() = default;

@@ -112,7 +112,10 @@ Mbdb::~Mbdb() {
 
 int32_t Mbdb::ReadMBDB(const char* path) {
   backupPath_ += path;
-  FilePtr file(YHfopen((std::string(path) + "Manifest.mbdb").c_str(), "rb"), std::fclose);
+  const std::string index = std::string(path) + "Manifest.mbdb";
+  // A named pipe would block the open until a writer came.
+  if (!VQIsRegularFile(index.c_str())) return 0;
+  FilePtr file(YHfopen(index.c_str(), "rb"), std::fclose);
   if (!file) return 0;
   unsigned char signature[sizeof kSignature];
   if (std::fread(signature, 1, sizeof signature, file.get()) != sizeof signature ||

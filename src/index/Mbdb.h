@@ -4,8 +4,9 @@
 #include <cstdint>
 #include <cstdio>
 #include <ctime>
-#include <map>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "common/VqBase.h"
@@ -47,7 +48,10 @@ class Mbdb : public VqBase {
   };
 
   using KeyList = std::vector<std::string>;
-  using PathMap = std::map<std::string, MBFileRecord*>;
+  // Looked up by exact path only; hashing spares the comparisons of long
+  // shared prefixes that an ordered map makes on every insertion. Keys view
+  // the records' own paths, which live as long as the reader.
+  using PathMap = std::unordered_map<std::string_view, MBFileRecord*>;
   using ContentList = std::vector<MBFileRecord*>;
 
   Mbdb() = default;

@@ -2,7 +2,6 @@
 
 #include <gcrypt.h>
 
-#include <cstdio>
 #include <vector>
 
 void LoadGcry() {}
@@ -19,11 +18,14 @@ std::string MbdbStoredName(const std::string& domain, const std::string& path) {
   const std::string text = domain + "-" + path;
   std::vector<unsigned char> digest(yh_gcry_md_get_algo_dlen(GCRY_MD_SHA1));
   yh_gcry_md_hash_buffer(GCRY_MD_SHA1, digest.data(), text.data(), text.size());
+  // Two lower-case hex digits a byte, as "%02x" would write them: a printf
+  // per byte costs more than the hash itself.
+  static const char kDigits[] = "0123456789abcdef";
   std::string name;
-  char hex[3];
+  name.reserve(2 * digest.size());
   for (unsigned char byte : digest) {
-    std::snprintf(hex, sizeof hex, "%02x", byte);
-    name += hex;
+    name += kDigits[byte >> 4];
+    name += kDigits[byte & 0xF];
   }
   return name;
 }

@@ -9,8 +9,8 @@
 // One calendar entry: an event, a reminder or a birthday.
 class CalendarItem : public VqBase {
  public:
-  int32_t type = 1;  // 1 ordinary calendar, 0 reminder or birthday calendar
   std::string title;
+  int32_t type = 1;  // 1 ordinary calendar, 0 reminder or birthday calendar
   std::string location;
   std::string description;
   std::string url;

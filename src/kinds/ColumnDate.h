@@ -3,8 +3,8 @@
 
 #include <string>
 
-// Date columns of the calendar and Safari databases hold seconds since
-// 2001-01-01 as decimal text; only the integer part counts.
+// Most device databases keep dates as seconds since 2001-01-01, handed over
+// as decimal text; only the integer part counts.
 
 // The local date text of the seconds; a NULL text counts as 0 seconds.
 std::string DateText2001(const char* seconds);

@@ -97,24 +97,32 @@ const char* Contact::FindNameByPhone(void* device, const char* phone) {
   if (!phone) return nullptr;
   if (personMaps_.empty()) StorePersonMap(device);
   if (*phone == '\0') return nullptr;
-  for (const PersonMap& people : personMaps_) {
-    for (const auto& entry : people) {
-      const Person* person = entry.second.get();
-      VqCheckAlive(person);
-      for (const Person::Property& property : person->properties) {
-        for (const std::string& number : NumbersOf(property.value)) {
-          if (number == phone) return person->name.c_str();
-        }
-      }
-    }
-  }
-  return nullptr;
+  const std::string* name = names_.Find(phone);
+  return name ? name->c_str() : nullptr;
 }
 
 void Contact::StorePersonMap(void* device) {
   for (const std::string& path : SourceFiles(static_cast<BackupDevice*>(device), kContactSource)) {
     personMaps_.emplace_back();
     AddContactList(personMaps_.back(), path);
+  }
+  IndexNumbers();
+}
+
+// Database by database, by ascending record id, property by property: the
+// first person listed for a number is the one a walk would find first.
+void Contact::IndexNumbers() {
+  for (const PersonMap& people : personMaps_) {
+    for (const auto& entry : people) {
+      const Person* person = entry.second.get();
+      VqCheckAlive(person);
+      for (const Person::Property& property : person->properties) {
+        for (const std::string& number : NumbersOf(property.value)) {
+          // An empty piece never equals a number that is looked up.
+          if (!number.empty()) names_.Add(number, person->name);
+        }
+      }
+    }
   }
 }
 

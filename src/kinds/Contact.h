@@ -9,6 +9,7 @@
 
 #include "kinds/Kind.h"
 #include "kinds/Person.h"
+#include "kinds/PhoneIndex.h"
 
 // The address book. It answers content requests with the people of the first
 // address-book database, and serves messages and call history as the
@@ -38,8 +39,11 @@ class Contact : public Kind {
   void StorePersonMap(void* device);
   static void AddContactList(PersonMap& people, const std::string& path);
   static void ConvertToPlist(const PersonMap& people, plist_t array);
+  // Lists every number of every person, in the order a lookup would meet them.
+  void IndexNumbers();
 
   std::vector<PersonMap> personMaps_;
+  PhoneIndex names_;
 };
 
 #endif

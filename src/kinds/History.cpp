@@ -127,8 +127,16 @@ void History::AddHistoryList(const std::string& path, plist_t array) {
   if (!root) return;
   plist_t dates = plist_dict_get_item(root.get(), "WebHistoryDates");
   if (plist_get_node_type(dates) != PLIST_ARRAY) return;
-  const uint32_t count = plist_array_get_size(dates);
-  for (uint32_t i = 0; i < count; ++i) AppendPlistEntry(plist_array_get_item(dates, i), array);
+  // With an iterator: plist_array_get_item walks a parsed array from its
+  // start every time, which makes a long history quadratic.
+  plist_array_iter iter = nullptr;
+  plist_array_new_iter(dates, &iter);
+  for (plist_t element = nullptr;;) {
+    plist_array_next_item(dates, iter, &element);
+    if (!element) break;
+    AppendPlistEntry(element, array);
+  }
+  std::free(iter);
 }
 
 void History::AddHistoryDb(const std::string& path, plist_t array) {

@@ -1,5 +1,11 @@
 #include "kinds/MediaLocator.h"
 
+#include <string_view>
+
+#include "index/ManifestDb.h"
+#include "index/Mbdb.h"
+#include "kinds/SourceFiles.h"
+
 MediaLocator::MediaLocator(const BackupDevice* device) : device_(device) {}
 
 std::optional<std::string> MediaLocator::FindExact(const std::string& relativePath) const {
@@ -17,4 +23,38 @@ std::optional<std::string> MediaLocator::FindExact(const std::string& relativePa
     if (hit != map.end()) return reader->GetBackupPath() + hit->second->storedName;
   }
   return std::nullopt;
+}
+
+const MediaLocator::Catalog& MediaLocator::Records() const {
+  if (records_) return *records_;
+  std::string folder;
+  std::vector<const std::string*> storedNames;
+  std::vector<std::string_view> paths;
+  if (device_->backupType == 1) {
+    auto* reader = static_cast<ManifestDb*>(device_->indexReader);
+    VqCheckAlive(reader);
+    folder = device_->backupPath;
+    for (const ManifestDb::DBFileRecord* file : *reader->GetContentList()) {
+      VqCheckAlive(file);
+      paths.push_back(file->relativePath);
+      storedNames.push_back(&file->fileID);
+    }
+  } else if (device_->backupType == 0) {
+    auto* reader = static_cast<Mbdb*>(device_->indexReader);
+    VqCheckAlive(reader);
+    folder = reader->GetBackupPath();
+    for (const Mbdb::MBFileRecord* file : *reader->GetContentList()) {
+      VqCheckAlive(file);
+      paths.push_back(file->path);
+      storedNames.push_back(&file->storedName);
+    }
+  }
+  records_ = std::make_unique<const Catalog>(
+      Catalog{device_->backupType == 1, std::move(folder), std::move(storedNames), PathIndex(std::move(paths))});
+  return *records_;
+}
+
+std::string MediaLocator::StoredPath(const Catalog& records, size_t position) {
+  const std::string& name = *records.storedNames[position];
+  return records.manifestDb ? ManifestDbStoredPath(records.folder, name) : records.folder + name;
 }

@@ -1,9 +1,12 @@
 #ifndef YH_KINDS_MEDIALOCATOR_H
 #define YH_KINDS_MEDIALOCATOR_H
 
+#include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "kinds/PathIndex.h"
 #include "libYH.h"
 
 // Finds the stored files of device files named by media records (photos,
@@ -24,7 +27,21 @@ class MediaLocator {
   void ForEachContaining(const std::string& needle, Visitor visit) const;
 
  private:
+  // The index records in index order, with their device paths indexed for
+  // substring search. Made on the first search: a media kind asks for
+  // thousands, and testing every record for each would be quadratic.
+  struct Catalog {
+    bool manifestDb;
+    std::string folder;                           // where the stored files lie
+    std::vector<const std::string*> storedNames;  // fileID or hashed name, by position
+    PathIndex paths;
+  };
+
+  const Catalog& Records() const;
+  static std::string StoredPath(const Catalog& records, size_t position);
+
   const BackupDevice* device_;
+  mutable std::unique_ptr<const Catalog> records_;
 };
 
 #include "kinds/MediaLocator-inl.h"

@@ -1,6 +1,7 @@
 #include "kinds/Sms.h"
 
 #include <cctype>
+#include <utility>
 
 #include "common/ColumnHelpers.h"
 #include "common/Database.h"
@@ -56,7 +57,7 @@ int MessageCallback(void* chats, int /*columns*/, char** values, char** /*names*
   message.text = GetEmptyStringIsNull(values[3]);
   message.date = DateText2001(values[4]);
   message.type = GetZeroIntIsNull(values[5]);
-  chat.messages.push_back(message);
+  chat.messages.push_back(std::move(message));
   return 0;
 }
 
@@ -71,7 +72,7 @@ int MessageMadridCallback(void* chats, int /*columns*/, char** values, char** /*
   message.text = GetEmptyStringIsNull(values[4]);
   message.date = DateText2001(values[5]);
   message.type = GetZeroIntIsNull(values[6]) == kMadridReceived ? 0 : 1;
-  chat.messages.push_back(message);
+  chat.messages.push_back(std::move(message));
   return 0;
 }
 
@@ -107,9 +108,10 @@ int Sms::AddSmsList(void* device, ChatMap& chats, const std::string& path, plist
   return 0;
 }
 
-void Sms::ConvertToPlist(const ChatMap& chats, plist_t array) {
-  for (const auto& entry : chats) {
-    const Chat& chat = *entry.second;
+void Sms::ConvertToPlist(ChatMap& chats, plist_t array) {
+  for (auto& entry : chats) {
+    const std::unique_ptr<Chat> converted = std::move(entry.second);
+    const Chat& chat = *converted;
     VqCheckAlive(&chat);
     plist_t dict = plist_new_dict();
     plist_array_append_item(array, dict);

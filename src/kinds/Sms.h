@@ -32,7 +32,9 @@ class Sms : public Kind {
   // Reads one database into `chats`, names them and appends them to `array`:
   // 0 when the database opened, -1 (nothing appended) when it did not.
   int AddSmsList(void* device, ChatMap& chats, const std::string& path, plist_t array);
-  static void ConvertToPlist(const ChatMap& chats, plist_t array);
+  // Releases each chat once it is converted, so that a large database is
+  // never held twice over, as records and as the answer.
+  static void ConvertToPlist(ChatMap& chats, plist_t array);
 
   Contact* contact_ = nullptr;
 };

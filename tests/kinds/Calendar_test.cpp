@@ -124,6 +124,16 @@ TEST_P(CalendarTest, EntryFieldsAndFlagTexts) {
   EXPECT_EQ(DumpAndFree(calendar_.FindContent(device.Get(), kReminders)), "[]");
 }
 
+TEST_P(CalendarTest, EmptyFlagTextsCountAsUnset) {
+  const std::string sql = Schema("Calendar.sqlitedb-ios18") +
+                          "INSERT INTO Calendar (ROWID, title) VALUES (1,'Home');"
+                          "INSERT INTO CalendarItem (ROWID, summary, calendar_id, start_date, end_date,"
+                          " all_day, status) VALUES (1,'Blank',1,410227200,410230800,'','');";
+  const std::string path = Write(BackupBuilder(IndexKind::ManifestDb).AddDatabase(kDomain, kCalendarPath, sql));
+  AnalysedDevice device(path, IndexKind::ManifestDb);
+  EXPECT_EQ(DumpAndFree(calendar_.FindContent(device.Get(), kEvents)), "[" + Dict(Plain("Blank", 1)) + "]");
+}
+
 TEST(CalendarUtcTest, DatesAreSecondsSince2001InLocalTime) {
   ScopedTimeZone zone("UTC");
   TempDir dir;

@@ -305,5 +305,12 @@ TEST_F(CallHistoryTest, LeavesTheBackupUntouched) {
   }
 }
 
+TEST_F(CallHistoryTest, ANegativeDurationIsReadAsAnUnsignedSecondCount) {
+  BackupBuilder builder(IndexKind::ManifestDb);
+  builder.AddDatabase(kHomeDomain, kCallStorePath, CallStore({"'Bob', '1', 100, 1, -1, NULL, NULL, NULL"}));
+  EXPECT_EQ(DumpAndFree(calls_->FindContent(Analyse(builder, IndexKind::ManifestDb), 0)),
+            Calls({{"Bob", "1", Date2001(100), "Outgoing", "1193046:28:15", "", "", ""}}));
+}
+
 }  // namespace
 }  // namespace yhtest

@@ -418,5 +418,26 @@ TEST_F(ContactTest, LeavesTheBackupUntouched) {
   }
 }
 
+TEST_F(ContactTest, ANegativeRecordIdComesFirstAndIsSignExtended) {
+  AddressBook book;
+  book.Person(2, "First", "'Two'").Person(-1, "First", "'Minus'");
+  Contact contact;
+  const std::string result = DumpAndFree(contact.FindContent(AnalyseAddressBook(book, IndexKind::ManifestDb), 0));
+  // Ids are signed and ordered as such; the unsigned node holds -1 widened to 64 bits.
+  std::string minus = Who(-1, "Minus").Dump();
+  minus.replace(minus.find("-1u"), 3, "18446744073709551615u");
+  EXPECT_EQ(result, "[" + minus + "," + Who(2, "Two").Dump() + "]");
+}
+
+TEST_F(ContactTest, ASpacedNumberAnswersOnlyToItsFullCleanedForm) {
+  AddressBook book;
+  book.PersonWithNumber(1, "Ada", "'+1 555 123 4567'");
+  Contact contact;
+  AnalyseAddressBook(book, IndexKind::Mbdb);
+  EXPECT_EQ(NameOf(contact, "5551234567"), "(none)");
+  EXPECT_EQ(NameOf(contact, "15551234567"), "(none)");
+  EXPECT_EQ(NameOf(contact, "+15551234567"), "Ada");
+}
+
 }  // namespace
 }  // namespace yhtest

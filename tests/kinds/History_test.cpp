@@ -139,6 +139,29 @@ TEST_P(HistoryTest, MissingVisitCountCountsZeroAndNegativeKeepsItsSign) {
                 "]");
 }
 
+TEST_P(HistoryTest, VisitWithoutTimeShowsThePresentDate) {
+  // Real databases forbid a NULL time; a damaged one may still hold one.
+  std::string schema = Schema("History.db-safari");
+  const std::string notNull = "visit_time REAL NOT NULL";
+  schema.replace(schema.find(notNull), notNull.size(), "visit_time REAL");
+  const std::string sql = schema +
+                          "INSERT INTO history_items (id, url, visit_count, daily_visit_counts,"
+                          " should_recompute_derived_visit_counts, visit_count_score)"
+                          " VALUES (1,'https://undated.example/',2,x'00',0,0);"
+                          "INSERT INTO history_visits (id, history_item, visit_time, title)"
+                          " VALUES (1,1,NULL,'Undated');";
+  const std::string path = Write(BackupBuilder(IndexKind::ManifestDb).AddDatabase(kDomain, kHistoryDbPath, sql));
+  AnalysedDevice device(path, IndexKind::ManifestDb);
+
+  const std::string before = NowText();
+  const std::string answer = DumpAndFree(history_.FindContent(device.Get(), 0));
+  const std::string after = NowText();
+  auto expected = [](const std::string& now) {
+    return "[" + Entry("https://undated.example/", "history", "Undated", now, "2u") + "]";
+  };
+  EXPECT_TRUE(answer == expected(before) || answer == expected(after)) << answer;
+}
+
 TEST_P(HistoryTest, MbdbBackupGivesPlistHistoryThenBookmarks) {
   const std::string bookmarks =
       Schema("Bookmarks.db-ios7") +

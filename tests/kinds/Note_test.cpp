@@ -251,6 +251,17 @@ TEST_P(NoteTest, NoteStoreBodyEndsAtMarkZeroOrInflatedLength) {
                         note(9, "checked") + "]");
 }
 
+// Only NULL gives an empty date; any other text is read as a number.
+TEST_P(NoteTest, AnEmptyDateTextIsTheStartOf2001) {
+  BackupBuilder builder(IndexKind::ManifestDb);
+  builder
+      .AddDatabase(kHome, kOldPath, yhtest::Schema("notes.sqlite-ios7") + OldNote(1, "''", "NULL", "'a'", "'b'"))
+      .AddDatabase(kNotesGroup, kStorePath,
+                   yhtest::Schema("NoteStore.sqlite-ios17") + StoreNote(1, "NULL", "''", "'c'", 1, StoreData("d")));
+  Open(builder, IndexKind::ManifestDb);
+  EXPECT_EQ(Find(), "[" + Dict(LocalDate2001(0), "", "a", "b") + "," + Dict("", LocalDate2001(0), "c", "d") + "]");
+}
+
 TEST(NoteUtcTest, DatesAreWholeSecondsSince2001) {
   yhtest::ScopedTimeZone zone("UTC");
   yhtest::TempDir dir;

@@ -147,6 +147,30 @@ TEST_P(RecordingTest, ManifestDbDropsShortAndUnknownPaths) {
           "]");
 }
 
+// Twelve characters are cut whole: what is left is the empty path, which the
+// index knows when a file is stored for a domain's root.
+TEST_P(RecordingTest, ManifestDbLooksUpATwelveCharacterPathAsTheEmptyPath) {
+  BackupBuilder builder(IndexKind::ManifestDb);
+  builder.AddDatabase(kMedia, kDatabase, Memos(Memo("0", "0", "'/a/bcdef.m4a'", "'twelve'")))
+      .AddFile(kMedia, "", "root");
+  Open(builder, IndexKind::ManifestDb);
+
+  EXPECT_EQ(Find(), "[" + Dict(LocalDate2001(0), "twelve", "00:00:00", "bcdef.m4a", Stored(kMedia, ""), 4) + "]");
+}
+
+TEST_P(RecordingTest, NoRecordingDatabaseGivesNullEveryTime) {
+  for (IndexKind kind : {IndexKind::ManifestDb, IndexKind::Mbdb}) {
+    BackupBuilder builder(kind);
+    builder.AddFile(kMedia, "Media/Recordings/a.m4a", "a");
+    Open(builder, kind);
+    Recording recording;
+    EXPECT_EQ(DumpAndFree(recording.FindContent(device_->Get(), 0)), "null");
+    EXPECT_EQ(DumpAndFree(recording.FindContent(device_->Get(), 0)), "null");
+    device_.reset();
+    std::filesystem::remove_all(backup_);
+  }
+}
+
 TEST_P(RecordingTest, MbdbTriesOnlyTheFirstFileContainingTheName) {
   BackupBuilder builder(IndexKind::Mbdb);
   builder

@@ -122,6 +122,17 @@ TEST_F(SmsAttachmentTest, MbdbKeepsUnlocatedAttachmentsInTheNumbering) {
             "[" + Dict("IMG_3.JPG", Stored(builder, kJpeg), 9, 0, kJpeg) + "]");
 }
 
+// Unlocated attachments stay in the list, so nothing is shown but the list
+// counts as read: the next request does not look again.
+TEST_F(SmsAttachmentTest, MbdbWithNoAttachmentLocatedGivesAnEmptyArrayAndKeepsIt) {
+  BackupBuilder builder(IndexKind::Mbdb);
+  builder.AddDatabase(kHomeDomain, kSmsPath, SmsDb("sms.db-ios7", {{Quoted(std::string("~/") + kJpeg), "'image/jpeg'"}}));
+  AnalysedDevice& device = Analyse(builder, IndexKind::Mbdb);
+  EXPECT_EQ(DumpAndFree(attachments_.FindContent(device.Get(), 0)), "[]");
+  std::filesystem::remove(backup_ + builder.StoredPath(kHomeDomain, kSmsPath));
+  EXPECT_EQ(DumpAndFree(attachments_.FindContent(device.Get(), 0)), "[]");
+}
+
 TEST_F(SmsAttachmentTest, EmptyFileIsKeptWithSizeZero) {
   for (IndexKind kind : {IndexKind::ManifestDb, IndexKind::Mbdb}) {
     TempDir dir;

@@ -406,5 +406,25 @@ TEST_F(SmsTest, LeavesTheBackupUntouched) {
   }
 }
 
+TEST_F(SmsTest, IsFromMeIsPassedOnAsItIsAndSignExtended) {
+  MessageDb db;
+  db.Chat(1, "+15550100")
+      .Handle(1, "+15550100")
+      .Message(1, 1, "'two'", "10", 2)
+      .Message(2, 1, "'minus'", "20", -1);
+  const std::string result = DumpAndFree(sms_->FindContent(AnalyseSms(db.Sql(), IndexKind::ManifestDb), 0));
+  std::string minus = Said("minus", Date2001(20), 0);
+  minus.replace(minus.find("0u"), 2, "18446744073709551615u");
+  EXPECT_EQ(result, "[" + Conversation("+15550100", "+15550100", "", {Said("two", Date2001(10), 2), minus}) + "]");
+}
+
+TEST_F(SmsTest, EveryWhiteSpaceCharacterLeavesThePhone) {
+  const std::string identifier = "+1\t555\n123\v45\f6\r7 -";
+  MessageDb db;
+  db.Chat(1, identifier).Handle(1, identifier).Message(1, 1, "'hi'", "10", 0);
+  const std::string result = DumpAndFree(sms_->FindContent(AnalyseSms(db.Sql(), IndexKind::ManifestDb), 0));
+  EXPECT_EQ(result, "[" + Conversation(identifier, "+15551234567", "Ada", {Said("hi", Date2001(10), 0)}) + "]");
+}
+
 }  // namespace
 }  // namespace yhtest

@@ -95,6 +95,12 @@ BackupBuilder& BackupBuilder::AddFile(const std::string& domain, const std::stri
   return *this;
 }
 
+BackupBuilder& BackupBuilder::AddSparseFile(const std::string& domain, const std::string& relativePath,
+                                            uint64_t size) {
+  entries_.push_back({domain, relativePath, "", false, true, false, true, size});
+  return *this;
+}
+
 BackupBuilder& BackupBuilder::AddDatabase(const std::string& domain, const std::string& relativePath,
                                           const std::string& sql) {
   entries_.push_back({domain, relativePath, sql, true});
@@ -135,6 +141,8 @@ std::string BackupBuilder::Write(const std::string& folder) const {
     const std::string stored = root + StoredPath(entry.domain, entry.relativePath);
     if (entry.isDatabase) {
       WriteDatabase(stored, entry.contents);
+    } else if (entry.isSparse) {
+      WriteSparseFile(stored, entry.sparseSize);
     } else {
       WriteFile(stored, entry.contents);
     }
@@ -195,7 +203,8 @@ std::string BackupBuilder::MbdbIndex(const std::string& root) const {
 }
 
 std::string BackupBuilder::ManifestDbIndex() const {
-  std::string sql = Schema("Manifest.db-ios14");
+  // One transaction: a large index is written in seconds, not minutes.
+  std::string sql = Schema("Manifest.db-ios14") + "BEGIN;\n";
   for (const Entry& entry : entries_) {
     char* row = sqlite3_mprintf("INSERT INTO Files (fileID, domain, relativePath, flags) VALUES (%Q, %Q, %Q, %d);\n",
                                 FileId(entry.domain, entry.relativePath).c_str(), entry.domain.c_str(),
@@ -203,7 +212,7 @@ std::string BackupBuilder::ManifestDbIndex() const {
     sql += row;
     sqlite3_free(row);
   }
-  return sql;
+  return sql + "COMMIT;\n";
 }
 
 }  // namespace yhtest

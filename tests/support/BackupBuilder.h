@@ -34,6 +34,9 @@ class BackupBuilder {
   // A stored file with the given contents.
   BackupBuilder& AddFile(const std::string& domain, const std::string& relativePath,
                          const std::string& contents);
+  // A stored file of `size` zero bytes, written sparse (no data blocks): the
+  // bulk of a large backup whose files are only measured, written fast.
+  BackupBuilder& AddSparseFile(const std::string& domain, const std::string& relativePath, uint64_t size);
   // A device database made from SQL text (schema, then rows), stored like AddFile.
   BackupBuilder& AddDatabase(const std::string& domain, const std::string& relativePath,
                              const std::string& sql);
@@ -57,6 +60,8 @@ class BackupBuilder {
     bool isDatabase = false;
     bool present = true;
     bool isDirectory = false;
+    bool isSparse = false;
+    uint64_t sparseSize = 0;
   };
   struct PlistValue {
     std::string key;
@@ -110,6 +115,8 @@ std::string MbdbSignature();
 
 // Creates the folders above path, then writes the bytes.
 void WriteFile(const std::string& path, const std::string& bytes);
+// Creates the folders above path and a file of `size` zero bytes there without writing them.
+void WriteSparseFile(const std::string& path, uint64_t size);
 // Creates the folders above path and an SQLite database there, then runs the SQL text.
 void WriteDatabase(const std::string& path, const std::string& sql);
 // Lower-case hexadecimal SHA-1 of the bytes.

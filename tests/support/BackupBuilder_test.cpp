@@ -176,6 +176,27 @@ TEST(BackupBuilder, MbdbIndexHoldsOneRecordPerEntryWithRealSizes) {
   EXPECT_FALSE(fs::exists(path + "Manifest.db"));
 }
 
+TEST(BackupBuilder, SparseFilesHaveTheirSizeInZeroBytesAndInTheIndex) {
+  TempDir dir;
+  const std::string path = BackupBuilder(IndexKind::Mbdb)
+                               .AddSparseFile("HomeDomain", "Library/SMS/sms.db", 5)
+                               .AddSparseFile("HomeDomain", "Library/empty", 0)
+                               .Write(dir.Path() + "b");
+  yhtest::MbdbRecord file;
+  file.domain = "HomeDomain";
+  file.path = "Library/SMS/sms.db";
+  file.inode = 1000;
+  file.modified = file.accessed = file.changed = 1356998400;
+  file.size = 5;
+  yhtest::MbdbRecord empty = file;
+  empty.path = "Library/empty";
+  empty.inode = 1001;
+  empty.size = 0;
+  EXPECT_EQ(ReadBytes(path + "Manifest.mbdb"), yhtest::MbdbSignature() + file.Bytes() + empty.Bytes());
+  EXPECT_EQ(ReadBytes(path + kSmsId), std::string(5, '\0'));
+  EXPECT_EQ(fs::file_size(path + BackupBuilder(IndexKind::Mbdb).StoredPath("HomeDomain", "Library/empty")), 0u);
+}
+
 TEST(MbdbRecord, BytesFollowTheIndexLayout) {
   yhtest::MbdbRecord record;
   record.domain = "D";

@@ -92,6 +92,14 @@ void WriteFile(const std::string& path, const std::string& bytes) {
   if (!out) ADD_FAILURE() << "cannot write " << path;
 }
 
+void WriteSparseFile(const std::string& path, uint64_t size) {
+  CreateParentFolders(path);
+  std::ofstream(path, std::ios::binary | std::ios::trunc).close();
+  std::error_code error;
+  std::filesystem::resize_file(path, size, error);
+  if (error) ADD_FAILURE() << "cannot write " << path << ": " << error.message();
+}
+
 void WriteDatabase(const std::string& path, const std::string& sql) {
   CreateParentFolders(path);
   sqlite3* handle = nullptr;

@@ -1,0 +1,33 @@
+#ifndef YH_BENCH_MAKE_SQL_H
+#define YH_BENCH_MAKE_SQL_H
+
+#include <cstdint>
+#include <string>
+
+namespace bench {
+
+// An SQL text literal.
+std::string Quote(const std::string& text);
+// An SQL blob literal, X'..'.
+std::string Blob(const std::string& bytes);
+// The bytes gzip-compressed.
+std::string Gzip(const std::string& bytes);
+
+// The SQL text of one device database: its real schema, then every row in
+// one transaction (one statement a line), so that large tables are written
+// in seconds.
+class SqlScript {
+ public:
+  explicit SqlScript(const std::string& schemaName);
+
+  // `values` is the comma-separated list of SQL literals for `columns`.
+  void Insert(const char* table, const char* columns, const std::string& values);
+  std::string Text() const { return text_ + "COMMIT;\n"; }
+
+ private:
+  std::string text_;
+};
+
+}  // namespace bench
+
+#endif

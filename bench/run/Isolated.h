@@ -1,0 +1,41 @@
+#ifndef YH_BENCH_RUN_ISOLATED_H
+#define YH_BENCH_RUN_ISOLATED_H
+
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <type_traits>
+
+namespace bench {
+
+// Runs `work(&result)` in a child process, so that each round starts from a
+// fresh heap and its peak resident memory is its own. Returns false when the
+// child fails; `peakMb` gets the child's peak resident memory.
+template <class Result, class Work>
+bool RunIsolated(Work work, Result* result, double* peakMb) {
+  static_assert(std::is_trivially_copyable_v<Result>, "the result crosses a pipe as bytes");
+  int ends[2];
+  if (pipe(ends) != 0) return false;
+  const pid_t child = fork();
+  if (child < 0) return false;
+  if (child == 0) {
+    close(ends[0]);
+    Result mine{};
+    const bool ok = work(&mine);
+    const bool sent = write(ends[1], &mine, sizeof mine) == static_cast<ssize_t>(sizeof mine);
+    _exit(ok && sent ? 0 : 1);
+  }
+  close(ends[1]);
+  const bool received = read(ends[0], result, sizeof *result) == static_cast<ssize_t>(sizeof *result);
+  close(ends[0]);
+  int status = 0;
+  struct rusage usage {};
+  wait4(child, &status, 0, &usage);
+  *peakMb = static_cast<double>(usage.ru_maxrss) / 1024.0;  // kilobytes on Linux
+  return received && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+}  // namespace bench
+
+#endif

@@ -1,0 +1,168 @@
+// Writes the seed corpus of every harness, made with the tests' backup
+// builder and sample backup: fuzz_seeds <folder> creates <folder>/<harness>/.
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "RowTargets.h"
+#include "RowsInput.h"
+#include "fault/SampleBackup.h"
+#include "support/BackupBuilder.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using yhtest::IndexKind;
+
+std::string ReadBytes(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::ostringstream bytes;
+  bytes << in.rdbuf();
+  return bytes.str();
+}
+
+class Corpus {
+ public:
+  Corpus(const std::string& folder, const std::string& harness) : folder_(folder + "/" + harness + "/") {
+    fs::create_directories(folder_);
+  }
+  void Add(const std::string& bytes) { yhtest::WriteFile(folder_ + "seed-" + std::to_string(++count_), bytes); }
+
+ private:
+  std::string folder_;
+  int count_ = 0;
+};
+
+std::string Length2(size_t length) {
+  return std::string{static_cast<char>(length >> 8 & 0xFF), static_cast<char>(length & 0xFF)};
+}
+
+void MbdbSeeds(Corpus& corpus, const std::string& sampleFolder) {
+  corpus.Add(ReadBytes(sampleFolder + "Manifest.mbdb"));
+  corpus.Add(yhtest::MbdbSignature());
+  yhtest::MbdbRecord record;
+  record.domain = "HomeDomain";
+  record.path = "Library/SMS/sms.db";
+  record.linkTarget = "/private/var/mobile/Library/SMS/sms.db";
+  record.dataHash = std::string("\x01\x02\xFF", 3);
+  record.size = -1;
+  record.properties = {{"com.apple.assetsd.UUID", "ABC"}, {"binary", std::string("\0\x80", 2)}};
+  corpus.Add(yhtest::MbdbSignature() + record.Bytes() + record.Bytes().substr(0, 20));
+}
+
+void DeviceInfoSeeds(Corpus& corpus, const std::string& sampleFolder) {
+  const std::string info = ReadBytes(sampleFolder + "Info.plist");
+  const std::string manifest = ReadBytes(sampleFolder + "Manifest.plist");
+  corpus.Add(std::string(1, '\0') + Length2(info.size()) + info + manifest);
+  corpus.Add(std::string(1, '\0') + Length2(0) + manifest);
+  corpus.Add("\x01 structured");
+}
+
+void NoteStoreSeeds(Corpus& corpus) {
+  const std::string capacity = "\x08\x00";
+  corpus.Add(yhtest::sample::NoteStoreBody("milk, eggs") + capacity);
+  corpus.Add(yhtest::sample::NoteStoreBody(std::string(3000, 'n')) + capacity);
+  corpus.Add(std::string("\x78\x9c\x4b\x04\x00\x00\x62\x00\x62", 9) + capacity);  // zlib, not gzip
+  corpus.Add(yhtest::sample::NoteStoreBody("cut short").substr(0, 20) + capacity);
+}
+
+void SafariHistorySeeds(Corpus& corpus) {
+  const std::string xml = yhtest::sample::SafariHistoryPlist();
+  corpus.Add(std::string(1, '\0') + xml);
+  plist_t root = nullptr;
+  plist_from_xml(xml.data(), static_cast<uint32_t>(xml.size()), &root);
+  char* binary = nullptr;
+  uint32_t length = 0;
+  plist_to_bin(root, &binary, &length);
+  corpus.Add(std::string(1, '\0') + std::string(binary, length));
+  plist_to_bin_free(binary);
+  plist_free(root);
+  corpus.Add("\x01 grown");
+}
+
+yhfuzz::Value ValueOf(const std::string& literal) {
+  yhfuzz::Value value;
+  if (literal == "NULL") return value;
+  if (literal.size() >= 2 && literal.front() == '\'') {
+    value.type = yhfuzz::Value::Text;
+    value.bytes = literal.substr(1, literal.size() - 2);
+  } else if (literal.rfind("X'", 0) == 0) {
+    value.type = yhfuzz::Value::Blob;
+    for (size_t i = 2; i + 1 < literal.size() - 1; i += 2) {
+      value.bytes += static_cast<char>(std::stoi(literal.substr(i, 2), nullptr, 16));
+    }
+  } else if (literal.find('.') != std::string::npos) {
+    value.type = yhfuzz::Value::Real;
+    value.real = std::stod(literal);
+  } else {
+    value.type = yhfuzz::Value::Integer;
+    value.integer = std::stoll(literal);
+  }
+  return value;
+}
+
+std::vector<yhfuzz::TableInput> Tables(const yhtest::sample::Database& database) {
+  std::vector<yhfuzz::TableInput> tables;
+  for (const yhtest::sample::Table& table : database.tables) {
+    yhfuzz::TableInput input{table.name, table.columns, {}};
+    for (const auto& row : table.rows) {
+      std::vector<yhfuzz::Value> values;
+      for (const std::string& literal : row) values.push_back(ValueOf(literal));
+      input.rows.push_back(values);
+    }
+    tables.push_back(input);
+  }
+  return tables;
+}
+
+// The sample's Manifest.db rows, as the index target's input.
+std::vector<yhfuzz::TableInput> IndexTables() {
+  yhfuzz::TableInput files{"Files", {"fileID", "domain", "relativePath", "flags"}, {}};
+  const auto add = [&files](const std::string& domain, const std::string& path) {
+    files.rows.push_back({ValueOf("'" + yhtest::BackupBuilder::FileId(domain, path) + "'"), ValueOf("'" + domain + "'"),
+                          ValueOf("'" + path + "'"), ValueOf("1")});
+  };
+  for (const auto& database : yhtest::sample::Databases(IndexKind::ManifestDb)) add(database.domain, database.path);
+  for (const auto& file : yhtest::sample::Files(IndexKind::ManifestDb)) add(file.domain, file.path);
+  return {files};
+}
+
+void RowsSeeds(Corpus& corpus) {
+  const std::vector<yhfuzz::RowTarget>& targets = yhfuzz::RowTargets();
+  for (size_t target = 0; target < targets.size(); ++target) {
+    if (targets[target].path.empty()) {
+      corpus.Add(yhfuzz::EncodeRows(target, IndexTables()));
+      continue;
+    }
+    for (const auto& database : yhtest::sample::Databases(targets[target].kind)) {
+      if (database.path == targets[target].path) corpus.Add(yhfuzz::EncodeRows(target, Tables(database)));
+    }
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::fprintf(stderr, "usage: %s <corpus folder>\n", argv[0]);
+    return 2;
+  }
+  const std::string out = argv[1];
+  yhtest::TempDir scratch;
+  const std::string mbdb = yhtest::sample::Builder(IndexKind::Mbdb).Write(scratch.Path() + "mbdb");
+
+  Corpus mbdbCorpus(out, "MbdbIndex");
+  MbdbSeeds(mbdbCorpus, mbdb);
+  Corpus deviceInfo(out, "DeviceInfo");
+  DeviceInfoSeeds(deviceInfo, mbdb);
+  Corpus noteStore(out, "NoteStore");
+  NoteStoreSeeds(noteStore);
+  Corpus safariHistory(out, "SafariHistory");
+  SafariHistorySeeds(safariHistory);
+  Corpus rows(out, "Rows");
+  RowsSeeds(rows);
+  return 0;
+}

@@ -1,0 +1,215 @@
+#include "kinds/MediaLocator.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <optional>
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "common/FileHelpers.h"
+#include "kinds/KindFixture.h"
+#include "kinds/SourceFiles.h"
+#include "support/BackupBuilder.h"
+
+namespace yhtest {
+namespace {
+
+// The straightforward scan the locator stands in for: every index record in
+// index order, tested for the needle, until the visitor says stop.
+template <class Visitor>
+void ScanContaining(const BackupDevice* device, const std::string& needle, Visitor visit) {
+  if (device->backupType == 1) {
+    for (const ManifestDb::DBFileRecord* file : *static_cast<ManifestDb*>(device->indexReader)->GetContentList()) {
+      if (file->relativePath.find(needle) != std::string::npos &&
+          !visit(ManifestDbStoredPath(device->backupPath, file->fileID))) {
+        return;
+      }
+    }
+  } else {
+    auto* reader = static_cast<Mbdb*>(device->indexReader);
+    for (const Mbdb::MBFileRecord* file : *reader->GetContentList()) {
+      if (file->path.find(needle) != std::string::npos && !visit(reader->GetBackupPath() + file->storedName)) return;
+    }
+  }
+}
+
+// Stored files visited until the `stopAfter`-th (0: all of them).
+std::vector<std::string> Located(const MediaLocator& locator, const std::string& needle, size_t stopAfter) {
+  std::vector<std::string> visited;
+  locator.ForEachContaining(needle, [&](const std::string& stored) {
+    visited.push_back(stored);
+    return visited.size() != stopAfter;
+  });
+  return visited;
+}
+
+std::vector<std::string> Scanned(const BackupDevice* device, const std::string& needle, size_t stopAfter) {
+  std::vector<std::string> visited;
+  ScanContaining(device, needle, [&](const std::string& stored) {
+    visited.push_back(stored);
+    return visited.size() != stopAfter;
+  });
+  return visited;
+}
+
+// The photo rule: every match is appended until one has bytes.
+template <class Search>
+std::pair<std::string, uint64_t> FirstNonEmpty(Search search) {
+  std::string path;
+  uint64_t size = 0;
+  search([&](const std::string& stored) {
+    path += stored;
+    size = VQGetFileSize(stored.c_str());
+    return size == 0;
+  });
+  return {path, size};
+}
+
+const char* const kPieces[] = {"1.m4a",        "11.m4a",        "Media",     "Recordings", "DCIM", "100APPLE",
+                               "IMG_0001.JPG", "IMG_00011.JPG", "PhotoData", "Sync",       "a",    "0001"};
+const size_t kPieceCount = sizeof kPieces / sizeof *kPieces;
+const char* const kDomains[] = {"MediaDomain", "CameraRollDomain", "HomeDomain"};
+
+class RandomBackup {
+ public:
+  explicit RandomBackup(unsigned seed) : engine_(seed) {}
+
+  size_t Below(size_t n) { return std::uniform_int_distribution<size_t>(0, n - 1)(engine_); }
+
+  std::string Path() {
+    std::string path;
+    for (size_t level = 0, depth = Below(4); level <= depth; ++level)
+      path += (level ? "/" : "") + std::string(kPieces[Below(kPieceCount)]);
+    return path;
+  }
+
+  // Files (many of them empty), the same path under several domains,
+  // folders and files missing from the backup.
+  BackupBuilder Builder(IndexKind kind, std::vector<std::string>* paths) {
+    BackupBuilder builder(kind);
+    for (size_t row = 0, rows = Below(40); row < rows; ++row) {
+      const std::string path = !paths->empty() && Below(4) == 0 ? (*paths)[Below(paths->size())] : Path();
+      // Rows are unique by domain and path; the domain is drawn until it is.
+      const std::string domain = kDomains[used_[path]++ % 3];
+      if (used_[path] > 3) continue;
+      paths->push_back(path);
+      switch (Below(6)) {
+        case 0:
+          builder.AddDirectory(domain, path);
+          break;
+        case 1:
+          builder.AddMissingFile(domain, path);
+          break;
+        case 2:
+        case 3:
+          builder.AddFile(domain, path, "");
+          break;
+        default:
+          builder.AddFile(domain, path, std::string(1 + Below(9), 'x'));
+      }
+    }
+    used_.clear();
+    return builder;
+  }
+
+  std::string Needle(const std::vector<std::string>& paths) {
+    switch (Below(4)) {
+      case 0:
+        return kPieces[Below(kPieceCount)];
+      case 1:
+        return paths.empty() ? std::string() : paths[Below(paths.size())];
+      case 2: {
+        if (paths.empty()) return std::string();
+        const std::string& path = paths[Below(paths.size())];
+        const size_t from = Below(path.size() + 1);
+        return path.substr(from, Below(path.size() - from + 1));
+      }
+      default:
+        return std::string();
+    }
+  }
+
+ private:
+  std::mt19937 engine_;
+  std::map<std::string, size_t> used_;
+};
+
+class MediaLocatorTest : public ::testing::TestWithParam<IndexKind> {};
+
+TEST_P(MediaLocatorTest, VisitsWhatTheScanVisitsOnRandomBackups) {
+  RandomBackup random(GetParam() == IndexKind::Mbdb ? 11 : 12);
+  for (int backup = 0; backup < 100; ++backup) {
+    TempDir dir;
+    std::vector<std::string> paths;
+    const std::string folder = random.Builder(GetParam(), &paths).Write(dir.Path() + "backup");
+    AnalysedDevice device(folder, GetParam());
+    ASSERT_TRUE(device.IndexRead());
+    const MediaLocator locator(device.Get());
+    for (int query = 0; query < 30; ++query) {
+      const std::string needle = random.Needle(paths);
+      const size_t stopAfter = random.Below(3);
+      ASSERT_EQ(Located(locator, needle, stopAfter), Scanned(device.Get(), needle, stopAfter))
+          << "backup " << backup << ", needle \"" << needle << "\"";
+      ASSERT_EQ(FirstNonEmpty([&](auto visit) { locator.ForEachContaining(needle, visit); }),
+                FirstNonEmpty([&](auto visit) { ScanContaining(device.Get(), needle, visit); }))
+          << "backup " << backup << ", needle \"" << needle << "\"";
+    }
+  }
+}
+
+TEST_P(MediaLocatorTest, EmptyCopiesAheadOfTheRealFileAreAllVisited) {
+  TempDir dir;
+  BackupBuilder builder(GetParam());
+  builder.AddFile("MediaDomain", "Media/Recordings/11.m4a", "")
+      .AddFile("MediaDomain", "Media/Other/x", "abc")
+      .AddFile("CameraRollDomain", "Media/Recordings/11.m4a", "")
+      .AddFile("HomeDomain", "Media/Recordings/1.m4a", "abcd");
+  const std::string folder = builder.Write(dir.Path() + "backup");
+  AnalysedDevice device(folder, GetParam());
+  ASSERT_TRUE(device.IndexRead());
+  const MediaLocator locator(device.Get());
+
+  const std::string empty1 = folder + builder.StoredPath("MediaDomain", "Media/Recordings/11.m4a");
+  const std::string empty2 = folder + builder.StoredPath("CameraRollDomain", "Media/Recordings/11.m4a");
+  const std::string full = folder + builder.StoredPath("HomeDomain", "Media/Recordings/1.m4a");
+  EXPECT_EQ(Located(locator, "1.m4a", 0), (std::vector<std::string>{empty1, empty2, full}));
+  EXPECT_EQ(Located(locator, "1.m4a", 1), (std::vector<std::string>{empty1}));
+  EXPECT_EQ(FirstNonEmpty([&](auto visit) { locator.ForEachContaining("1.m4a", visit); }),
+            std::make_pair(empty1 + empty2 + full, uint64_t{4}));
+}
+
+TEST_P(MediaLocatorTest, FindExactTakesTheLaterFileOfTheSamePath) {
+  TempDir dir;
+  BackupBuilder builder(GetParam());
+  builder.AddFile("MediaDomain", "Media/Recordings/1.m4a", "a").AddFile("HomeDomain", "Media/Recordings/1.m4a", "b");
+  const std::string folder = builder.Write(dir.Path() + "backup");
+  AnalysedDevice device(folder, GetParam());
+  ASSERT_TRUE(device.IndexRead());
+  const MediaLocator locator(device.Get());
+
+  EXPECT_EQ(locator.FindExact("Media/Recordings/1.m4a"),
+            folder + builder.StoredPath("HomeDomain", "Media/Recordings/1.m4a"));
+  EXPECT_EQ(locator.FindExact("Recordings/1.m4a"), std::nullopt);
+}
+
+TEST(MediaLocator, AnUnknownBackupTypeFindsNothing) {
+  TempDir dir;
+  BackupBuilder builder(IndexKind::ManifestDb);
+  builder.AddFile("MediaDomain", "Media/Recordings/1.m4a", "a");
+  AnalysedDevice device(builder.Write(dir.Path() + "backup"), IndexKind::ManifestDb);
+  device.Get()->backupType = 2;
+  const MediaLocator locator(device.Get());
+  EXPECT_EQ(Located(locator, "", 0), std::vector<std::string>{});
+  EXPECT_EQ(locator.FindExact("Media/Recordings/1.m4a"), std::nullopt);
+}
+
+INSTANTIATE_TEST_SUITE_P(BothIndexKinds, MediaLocatorTest, ::testing::Values(IndexKind::Mbdb, IndexKind::ManifestDb),
+                         [](const ::testing::TestParamInfo<IndexKind>& info) {
+                           return info.param == IndexKind::Mbdb ? "Mbdb" : "ManifestDb";
+                         });
+
+}  // namespace
+}  // namespace yhtest

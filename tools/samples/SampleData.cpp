@@ -1,0 +1,105 @@
+#include "SampleData.h"
+
+#include <zlib.h>
+
+#include <ctime>
+
+namespace samples {
+namespace {
+
+constexpr int64_t kSeconds1970To2001 = 978307200;
+
+std::string Gzip(const std::string& bytes) {
+  z_stream stream{};
+  // 16 + 15 window bits: a gzip wrapper, as the note store writes.
+  deflateInit2(&stream, Z_BEST_COMPRESSION, Z_DEFLATED, 16 + 15, 8, Z_DEFAULT_STRATEGY);
+  std::string out(deflateBound(&stream, bytes.size()), '\0');
+  stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(bytes.data()));
+  stream.avail_in = static_cast<uInt>(bytes.size());
+  stream.next_out = reinterpret_cast<Bytef*>(&out[0]);
+  stream.avail_out = static_cast<uInt>(out.size());
+  deflate(&stream, Z_FINISH);
+  out.resize(stream.total_out);
+  deflateEnd(&stream);
+  return out;
+}
+
+std::string BlobLiteral(const std::string& bytes) {
+  static const char kHex[] = "0123456789ABCDEF";
+  std::string literal = "X'";
+  for (unsigned char byte : bytes) {
+    literal += kHex[byte >> 4];
+    literal += kHex[byte & 0x0F];
+  }
+  return literal + "'";
+}
+
+}  // namespace
+
+const std::string kJpeg("\xFF\xD8\xFF\xE0\x00\x10JFIF", 10);
+const std::string kPng("\x89PNG\r\n\x1A\n", 8);
+const std::string kHeic(
+    "\x00\x00\x00\x18"
+    "ftypheic",
+    12);
+const std::string kM4a(
+    "\x00\x00\x00\x20"
+    "ftypM4A ",
+    12);
+const std::string kCaf("caff\x00\x01", 6);
+
+int64_t UnixTime(int year, int month, int day, int hour, int minute, int second) {
+  std::tm utc{};
+  utc.tm_year = year - 1900;
+  utc.tm_mon = month - 1;
+  utc.tm_mday = day;
+  utc.tm_hour = hour;
+  utc.tm_min = minute;
+  utc.tm_sec = second;
+  return static_cast<int64_t>(timegm(&utc));
+}
+
+int64_t Since2001(int64_t unixTime) { return unixTime - kSeconds1970To2001; }
+
+std::string Since2001Text(int year, int month, int day, int hour, int minute, int second) {
+  return std::to_string(Since2001(UnixTime(year, month, day, hour, minute, second)));
+}
+
+std::string Since1970Text(int year, int month, int day, int hour, int minute, int second) {
+  return std::to_string(UnixTime(year, month, day, hour, minute, second));
+}
+
+std::string Sql(const std::string& text) {
+  std::string literal = "'";
+  for (char c : text) literal += c == '\'' ? std::string("''") : std::string(1, c);
+  return literal + "'";
+}
+
+std::string Insert(const std::string& table, const std::string& columns,
+                   const std::vector<std::vector<std::string>>& rows) {
+  std::string sql = "INSERT INTO " + table + " (" + columns + ") VALUES ";
+  for (size_t i = 0; i < rows.size(); ++i) {
+    sql += i ? ", (" : "(";
+    for (size_t j = 0; j < rows[i].size(); ++j) sql += (j ? ", " : "") + rows[i][j];
+    sql += ")";
+  }
+  return sql + ";\n";
+}
+
+std::string MediaFile(const std::string& signature, size_t size, unsigned seed) {
+  std::string bytes = signature;
+  uint32_t state = seed * 2654435761u + 1;
+  for (size_t i = 0; i < size; ++i) {
+    state = state * 1664525u + 1013904223u;
+    bytes += static_cast<char>(state >> 24);
+  }
+  return bytes;
+}
+
+std::string NoteStoreData(const std::string& text) {
+  const std::string header("\x08\x00\x12\x8A\x01\x08\x00\x10\x00\x1A\x83\x01\x12\x7F", 14);
+  const std::string trailer("\x1A\x10\x0A\x04\x08\x00\x10\x00\x10\x00\x1A\x04\x08\x00\x10\x00", 16);
+  return BlobLiteral(Gzip(header + text + trailer));
+}
+
+}  // namespace samples

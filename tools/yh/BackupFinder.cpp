@@ -1,0 +1,125 @@
+#include "BackupFinder.h"
+
+#include <filesystem>
+#include <functional>
+#include <initializer_list>
+#include <vector>
+
+#include "Failure.h"
+#include "TerminalText.h"
+
+namespace yh {
+namespace {
+
+namespace fs = std::filesystem;
+
+bool IsFolder(const fs::path& path) {
+  std::error_code error;
+  return fs::is_directory(path, error);
+}
+
+bool HasAny(const fs::path& folder, std::initializer_list<const char*> names) {
+  std::error_code error;
+  for (const char* name : names) {
+    if (fs::exists(folder / name, error)) return true;
+  }
+  return false;
+}
+
+bool HasIndex(const fs::path& folder) { return HasAny(folder, {"Manifest.mbdb", "Manifest.db"}); }
+
+// Why the library takes a folder for no backup.
+std::string WhyNotABackup(const Library& library, const std::string& folder) {
+  if (HasAny(folder, {"Info.plist", "Manifest.plist", "Status.plist"}))
+    return "no index (neither Manifest.db nor Manifest.mbdb)";
+  const size_t inside = library.List(folder).Devices().size();
+  if (inside) return "not a backup but a folder of " + std::to_string(inside) + " backups (give it as --root)";
+  return "not a backup (no Info.plist, Manifest.plist or index)";
+}
+
+void ReadIndex(const Library& library, BackupDevice& device) {
+  if (library.Analyze(device)) return;
+  const std::string why = device.isEncrypted
+                              ? "encrypted index: the backup is encrypted and " + IndexName(device) + " cannot be read"
+                              : "unreadable index: " + IndexName(device) + " is damaged or not an index";
+  throw Failure("backup " + Describe(device) + ": " + why);
+}
+
+FoundBackup FromPath(const Library& library, const std::string& path) {
+  if (!IsFolder(path)) throw Failure(Printable(path) + ": no such folder");
+  if (!HasIndex(path)) throw Failure(Printable(path) + ": " + WhyNotABackup(library, path));
+  // A folder that holds an index is listed as that one backup.
+  DeviceList list = library.List(path);
+  if (list.Devices().empty()) throw Failure(Printable(path) + ": " + WhyNotABackup(library, path));
+  BackupDevice* device = list.Devices().front();
+  return {std::move(list), device};
+}
+
+// Device names come with a typographic apostrophe ("Ada’s iPhone") that is
+// hard to type; a plain one matches it.
+std::string PlainApostrophes(std::string name) {
+  const std::string typographic = "’";
+  for (size_t at = name.find(typographic); at != std::string::npos; at = name.find(typographic, at + 1)) {
+    name.replace(at, typographic.size(), "'");
+  }
+  return name;
+}
+
+std::vector<BackupDevice*> Matching(const DeviceList& list, const std::string& name) {
+  using Test = std::function<bool(const BackupDevice&)>;
+  const Test tests[] = {
+      [&](const BackupDevice& device) { return FolderName(device) == name; },
+      [&](const BackupDevice& device) { return PlainApostrophes(Text(device.deviceName)) == PlainApostrophes(name); },
+      [&](const BackupDevice& device) { return FolderName(device).compare(0, name.size(), name) == 0; },
+  };
+  for (const Test& test : tests) {
+    std::vector<BackupDevice*> found;
+    for (BackupDevice* device : list.Devices()) {
+      if (test(*device)) found.push_back(device);
+    }
+    if (!found.empty()) return found;
+  }
+  return {};
+}
+
+std::string Where(const std::string& root) { return root.empty() ? "the default location" : Printable(root); }
+
+FoundBackup FromRoot(const Library& library, const std::string& name, const std::string& root) {
+  DeviceList list = ListBackups(library, root);
+  const std::string where = Where(root);
+  const std::vector<BackupDevice*> found = Matching(list, name);
+  if (found.empty()) throw Failure("no backup \"" + Printable(name) + "\" in " + where + " (see yh list)");
+  if (found.size() > 1) {
+    std::string names;
+    for (const BackupDevice* device : found) names += (names.empty() ? "" : ", ") + Describe(*device);
+    throw Failure("\"" + Printable(name) + "\" names " + std::to_string(found.size()) + " backups: " + names +
+                  "; give more of the folder name");
+  }
+  return {std::move(list), found.front()};
+}
+
+FoundBackup Find(const Library& library, const std::string& name, const std::string& root) {
+  if (name.find('/') != std::string::npos || IsFolder(name)) return FromPath(library, name);
+  // A folder of the root that the library did not list still gets its reason.
+  if (!root.empty() && !name.empty() && IsFolder(fs::path(root) / name)) {
+    return FromPath(library, (fs::path(root) / name).string());
+  }
+  return FromRoot(library, name, root);
+}
+
+}  // namespace
+
+DeviceList ListBackups(const Library& library, const std::string& root) {
+  if (!root.empty() && !IsFolder(root)) throw Failure(Printable(root) + ": no such folder");
+  DeviceList list = library.List(root);
+  if (list.Devices().empty()) throw Failure("no backups found in " + Where(root));
+  return list;
+}
+
+FoundBackup FindBackup(const Library& library, const std::string& name, const std::string& root) {
+  FoundBackup found = Find(library, name, root);
+  ReadIndex(library, *found.device);
+  return found;
+}
+
+}  // namespace yh

@@ -1,0 +1,39 @@
+#ifndef YH_TOOL_COMMANDS_H
+#define YH_TOOL_COMMANDS_H
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "Render.h"
+
+namespace yh {
+
+struct ListOptions {
+  std::string root;
+  Format format = Format::Table;
+};
+
+struct ShowOptions {
+  std::string backup;
+  std::string kind;
+  std::string root;
+  Format format = Format::Json;
+};
+
+struct ExportOptions {
+  std::string backup;
+  std::string out;
+  std::vector<std::string> kinds{kAllKinds};
+  std::string root;
+};
+
+// Each writes its result to `out` and returns the exit code; a command that
+// cannot be done throws Failure.
+int RunList(const ListOptions& options, std::ostream& out);
+int RunShow(const ShowOptions& options, std::ostream& out);
+int RunExport(const ExportOptions& options, std::ostream& out);
+
+}  // namespace yh
+
+#endif

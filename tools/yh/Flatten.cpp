@@ -1,0 +1,137 @@
+#include "Flatten.h"
+
+#include <cstdlib>
+#include <map>
+#include <utility>
+
+#include "PlistJson.h"
+
+namespace yh {
+namespace {
+
+using Cells = std::vector<std::pair<std::string, std::string>>;
+
+bool IsContainer(plist_t node) {
+  const plist_type type = plist_get_node_type(node);
+  return type == PLIST_ARRAY || type == PLIST_DICT;
+}
+
+// Calls visit(key, value) for each entry in order.
+template <typename Visit>
+void ForEachEntry(plist_t dict, Visit visit) {
+  plist_dict_iter iter = nullptr;
+  plist_dict_new_iter(dict, &iter);
+  for (;;) {
+    char* rawKey = nullptr;
+    plist_t value = nullptr;
+    plist_dict_next_item(dict, iter, &rawKey, &value);
+    if (!value) break;
+    const std::string key = rawKey ? rawKey : "";
+    std::free(rawKey);
+    visit(key, value);
+  }
+  std::free(iter);
+}
+
+std::vector<plist_t> Elements(plist_t array) {
+  std::vector<plist_t> elements;
+  const uint32_t size = plist_array_get_size(array);
+  for (uint32_t i = 0; i < size; ++i) elements.push_back(plist_array_get_item(array, i));
+  return elements;
+}
+
+std::vector<Cells> Leaves(const std::string& parent, plist_t node) {
+  std::vector<Cells> leaves;
+  if (plist_get_node_type(node) == PLIST_DICT) {
+    ForEachEntry(node, [&](const std::string& label, plist_t value) {
+      leaves.push_back({{parent + ".label", label}, {parent + ".value", CellText(value)}});
+    });
+    return leaves;
+  }
+  for (plist_t element : Elements(node)) {
+    Cells leaf;
+    if (plist_get_node_type(element) == PLIST_DICT) {
+      ForEachEntry(element, [&](const std::string& key, plist_t value) {
+        leaf.emplace_back(parent + "." + key, CellText(value));
+      });
+    } else {
+      leaf.emplace_back(parent, CellText(element));
+    }
+    leaves.push_back(std::move(leaf));
+  }
+  return leaves;
+}
+
+class RowsBuilder {
+ public:
+  explicit RowsBuilder(const std::vector<std::string>& known) {
+    for (const std::string& column : known) Column(column);
+  }
+
+  void Add(const Cells& cells) {
+    std::vector<std::string> row(rows_.columns.size());
+    for (const auto& [column, text] : cells) {
+      const size_t at = Column(column);
+      if (at >= row.size()) row.resize(at + 1);
+      row[at] = text;
+    }
+    rows_.cells.push_back(std::move(row));
+  }
+
+  Rows Take() {
+    for (auto& row : rows_.cells) row.resize(rows_.columns.size());
+    return std::move(rows_);
+  }
+
+ private:
+  size_t Column(const std::string& name) {
+    const auto found = index_.find(name);
+    if (found != index_.end()) return found->second;
+    rows_.columns.push_back(name);
+    return index_[name] = rows_.columns.size() - 1;
+  }
+
+  Rows rows_;
+  std::map<std::string, size_t> index_;
+};
+
+void AddRecord(RowsBuilder& rows, plist_t record) {
+  if (plist_get_node_type(record) != PLIST_DICT) {
+    rows.Add({{"value", CellText(record)}});
+    return;
+  }
+  Cells fields;
+  std::vector<Cells> leaves;
+  ForEachEntry(record, [&](const std::string& key, plist_t value) {
+    if (!IsContainer(value)) {
+      fields.emplace_back(key, CellText(value));
+      return;
+    }
+    for (Cells& leaf : Leaves(key, value)) leaves.push_back(std::move(leaf));
+  });
+  if (leaves.empty()) {
+    rows.Add(fields);
+    return;
+  }
+  for (const Cells& leaf : leaves) {
+    Cells row = fields;
+    row.insert(row.end(), leaf.begin(), leaf.end());
+    rows.Add(row);
+  }
+}
+
+}  // namespace
+
+Rows Flatten(plist_t answer, const std::vector<std::string>& known) {
+  RowsBuilder rows(known);
+  if (answer) {
+    if (plist_get_node_type(answer) == PLIST_ARRAY) {
+      for (plist_t record : Elements(answer)) AddRecord(rows, record);
+    } else {
+      AddRecord(rows, answer);
+    }
+  }
+  return rows.Take();
+}
+
+}  // namespace yh

@@ -1,0 +1,44 @@
+#ifndef YH_TOOL_KINDS_H
+#define YH_TOOL_KINDS_H
+
+#include <string>
+#include <vector>
+
+namespace yh {
+
+// One content kind of the library.
+struct Kind {
+  int contentType;
+  std::string name;
+  // Media kinds name each stored file under this key ("" for other kinds);
+  // its path in the backup is under "path" and its size under "size".
+  std::string fileNameKey;
+  // The keys of one record in the library's order, nested ones as
+  // "parent.child": the columns of the flattened records.
+  std::vector<std::string> columns;
+
+  bool IsMedia() const { return !fileNameKey.empty(); }
+};
+
+// The name that selects every kind.
+extern const char kAllKinds[];
+
+// The eleven kinds, in content-type order.
+const std::vector<Kind>& Kinds();
+
+// The kind named by its name or its content-type number; nullptr otherwise.
+const Kind* FindKind(const std::string& text);
+
+// Kinds named by `items` (names, numbers or "all"), each once, in the order
+// given. Every item must have been checked with IsKindOrAll.
+std::vector<const Kind*> SelectKinds(const std::vector<std::string>& items);
+
+// True for "all" and anything FindKind knows.
+bool IsKindOrAll(const std::string& text);
+
+// "calls, contacts, ..." for help and error texts.
+std::string KindNames();
+
+}  // namespace yh
+
+#endif

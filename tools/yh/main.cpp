@@ -1,0 +1,118 @@
+// yh: a command-line host over libYH's public interface.
+#include <CLI/CLI.hpp>
+#include <exception>
+#include <iostream>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "Commands.h"
+#include "Failure.h"
+#include "Kinds.h"
+
+namespace {
+
+using yh::Format;
+
+constexpr int kCannotDo = 1;
+constexpr int kUsage = 2;
+
+const char kRootHelp[] =
+    "Folder that holds the backups (default: MobileSync/Backup in the user's Application Support folder)";
+const char kBackupHelp[] =
+    "A backup folder's path, or a folder name, a unique prefix of one or a device name found under the root";
+
+CLI::Validator KindCheck() {
+  return CLI::Validator(
+      [](std::string& text) {
+        return yh::IsKindOrAll(text) ? std::string()
+                                     : "unknown kind \"" + text + "\" (kinds: " + yh::KindNames() + ", 0 to 10, all)";
+      },
+      "", "kind");
+}
+
+// Turns a format's name into its value; `names` is what the help shows.
+CLI::Validator FormatCheck(const std::map<std::string, Format>& formats, const std::string& names) {
+  return CLI::Validator(
+      [formats, names](std::string& text) {
+        const auto found = formats.find(text);
+        if (found == formats.end()) return "unknown format \"" + text + "\" (formats: " + names + ")";
+        text = std::to_string(static_cast<int>(found->second));
+        return std::string();
+      },
+      "", "format");
+}
+
+// Errors print the message and the usage of the command at fault; --help
+// and --version are no errors.
+int ParseFailed(const CLI::App& app, const CLI::ParseError& error) {
+  if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) return app.exit(error);
+  const std::vector<std::string> left = app.remaining();
+  if (app.get_subcommands().empty() && !left.empty()) {
+    std::cerr << "yh: unknown command \"" << left.front() << "\"\n\n" << app.help();
+  } else {
+    std::cerr << "yh: " << error.what() << "\n\n" << app.help();
+  }
+  return kUsage;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CLI::App app{"Lists the iPhone and iPad backups kept on this computer, shows what they hold and exports it.", "yh"};
+  app.set_version_flag("--version", std::string("yh ") + YH_VERSION);
+  app.require_subcommand(1);
+  app.footer("Kinds: " + yh::KindNames() +
+             " (or 0 to 10, in that order), all.\n"
+             "Exit codes: 0 done; 1 nothing found or a backup that cannot be read; 2 usage error.");
+
+  const std::map<std::string, Format> listFormats{{"table", Format::Table}, {"json", Format::Json}};
+  const std::map<std::string, Format> showFormats{
+      {"json", Format::Json}, {"xml", Format::Xml}, {"csv", Format::Csv}, {"table", Format::Table}};
+
+  yh::ListOptions list;
+  CLI::App* listCommand = app.add_subcommand(
+      "list", "List the backups: folder, device, product, version, serial, last backup, encryption, index kind");
+  listCommand->add_option("--root", list.root, kRootHelp)->type_name("DIR");
+  listCommand->add_option("--format", list.format, "table (default) or json")
+      ->transform(FormatCheck(listFormats, "table, json"))
+      ->type_name("FORMAT");
+
+  yh::ShowOptions show;
+  CLI::App* showCommand = app.add_subcommand("show", "Show one kind of content of a backup, or all of them");
+  showCommand->add_option("BACKUP", show.backup, kBackupHelp)->required();
+  showCommand->add_option("KIND", show.kind, "A kind's name or number, or all")->required()->check(KindCheck());
+  showCommand->add_option("--root", show.root, kRootHelp)->type_name("DIR");
+  showCommand->add_option("--format", show.format, "json (default), xml, csv or table")
+      ->transform(FormatCheck(showFormats, "json, xml, csv, table"))
+      ->type_name("FORMAT");
+
+  yh::ExportOptions exported;
+  CLI::App* exportCommand =
+      app.add_subcommand("export", "Write each kind as JSON and CSV, and copies of the media files, into a folder");
+  exportCommand->add_option("BACKUP", exported.backup, kBackupHelp)->required();
+  exportCommand->add_option("--out", exported.out, "Folder to write into (made when missing)")
+      ->required()
+      ->type_name("DIR");
+  exportCommand->add_option("--kinds", exported.kinds, "Comma-separated kinds (default: all)")
+      ->type_name("LIST")
+      ->delimiter(',')
+      ->check(KindCheck());
+  exportCommand->add_option("--root", exported.root, kRootHelp)->type_name("DIR");
+
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return ParseFailed(app, error);
+  }
+
+  try {
+    if (*listCommand) return yh::RunList(list, std::cout);
+    if (*showCommand) return yh::RunShow(show, std::cout);
+    return yh::RunExport(exported, std::cout);
+  } catch (const std::exception& error) {
+    std::cout.flush();
+    std::cerr << "yh: " << error.what() << '\n';
+    return kCannotDo;
+  }
+}

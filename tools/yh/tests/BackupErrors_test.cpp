@@ -1,0 +1,113 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+#include "YhRun.h"
+#include "support/BackupBuilder.h"
+
+namespace yhtool {
+namespace {
+
+using yhtest::BackupBuilder;
+using yhtest::IndexKind;
+
+class YhBackupErrors : public ::testing::Test {
+ protected:
+  // A backup of the given kind under the temporary root.
+  std::string Backup(const std::string& folder, IndexKind kind = IndexKind::ManifestDb, bool encrypted = false) {
+    return BackupBuilder(kind)
+        .InfoString("Device Name", "Test Phone")
+        .ManifestBool("IsEncrypted", encrypted)
+        .AddFile("HomeDomain", "Library/Preferences/a.plist", "x")
+        .Write(root_.Path() + folder);
+  }
+  void Overwrite(const std::string& path, const std::string& bytes) { yhtest::WriteFile(path, bytes); }
+  // yh show on `name` under the root; every failure is exit code 1 with one line.
+  void ExpectFailure(const std::string& name, const std::string& message) {
+    const YhResult run = Yh({"show", name, "calls", "--root", root_.Path()});
+    EXPECT_EQ(run.code, 1);
+    EXPECT_EQ(run.err, "yh: " + message + "\n");
+    EXPECT_EQ(run.out, "");
+  }
+
+  yhtest::TempDir root_;
+};
+
+TEST_F(YhBackupErrors, AnEncryptedIndexIsNamedAsSuch) {
+  const std::string path = Backup("secret", IndexKind::ManifestDb, true);
+  Overwrite(path + "Manifest.db", std::string(4096, '\x5A'));
+  ExpectFailure("secret",
+                "backup secret (Test Phone): encrypted index: the backup is encrypted and Manifest.db cannot "
+                "be read");
+  const YhResult exported = Yh({"export", path, "--out", root_.Path() + "out"});
+  EXPECT_EQ(exported.code, 1);
+  EXPECT_TRUE(Contains(exported.err, "encrypted index"));
+  EXPECT_FALSE(std::filesystem::exists(root_.Path() + "out")) << "nothing is written for a backup that fails";
+}
+
+TEST_F(YhBackupErrors, ADamagedIndexIsUnreadable) {
+  const std::string path = Backup("broken", IndexKind::Mbdb);
+  Overwrite(path + "Manifest.mbdb", "not an index");
+  ExpectFailure("broken", "backup broken (Test Phone): unreadable index: Manifest.mbdb is damaged or not an index");
+}
+
+TEST_F(YhBackupErrors, AFolderWithoutIndexIsNamed) {
+  const std::string path = Backup("partial");
+  std::filesystem::remove(path + "Manifest.db");
+  ExpectFailure("partial", root_.Path() + "partial: no index (neither Manifest.db nor Manifest.mbdb)");
+  ExpectFailure(path, path + ": no index (neither Manifest.db nor Manifest.mbdb)");
+}
+
+TEST_F(YhBackupErrors, AFolderThatIsNoBackupIsNamed) {
+  std::filesystem::create_directories(root_.Path() + "photos");
+  ExpectFailure(root_.Path() + "photos",
+                root_.Path() + "photos: not a backup (no Info.plist, Manifest.plist or index)");
+  Backup("one");
+  Backup("two");
+  const std::string folder = root_.Path().substr(0, root_.Path().size() - 1);
+  ExpectFailure(folder, folder + ": not a backup but a folder of 2 backups (give it as --root)");
+}
+
+TEST_F(YhBackupErrors, UnknownAndAmbiguousNamesAreRefused) {
+  Backup("aa11");
+  Backup("aa22");
+  ExpectFailure("bb", "no backup \"bb\" in " + root_.Path() + " (see yh list)");
+  ExpectFailure("aa", "\"aa\" names 2 backups: aa11 (Test Phone), aa22 (Test Phone); give more of the folder name");
+  ExpectFailure("Test Phone",
+                "\"Test Phone\" names 2 backups: aa11 (Test Phone), aa22 (Test Phone); give more of "
+                "the folder name");
+  EXPECT_EQ(Yh({"show", "aa2", "calls", "--root", root_.Path()}).code, 0);
+  ExpectFailure(root_.Path() + "gone", root_.Path() + "gone: no such folder");
+}
+
+TEST_F(YhBackupErrors, AnEmptyOrMissingRootFindsNothing) {
+  ExpectFailure("x", "no backups found in " + root_.Path());
+  const YhResult missing = Yh({"show", "x", "calls", "--root", root_.Path() + "nope"});
+  EXPECT_EQ(missing.code, 1);
+  EXPECT_EQ(missing.err, "yh: " + root_.Path() + "nope: no such folder\n");
+  const YhResult noDefault = Yh({"show", "x", "calls"}, {"XDG_DATA_HOME=" + root_.Path()});
+  EXPECT_EQ(noDefault.err, "yh: no backups found in the default location\n");
+}
+
+TEST_F(YhBackupErrors, ControlCharactersInNamesAreShownEscaped) {
+  ExpectFailure("bad\x1b[2Jname", "no backups found in " + root_.Path());
+  Backup("x");
+  ExpectFailure("bad\x1b[2Jname", "no backup \"bad\\x1B[2Jname\" in " + root_.Path() + " (see yh list)");
+}
+
+TEST_F(YhBackupErrors, AKindWithNothingIsNoError) {
+  const std::string path = Backup("empty");
+  const YhResult json = Yh({"show", path, "calls"});
+  EXPECT_EQ(json.code, 0);
+  EXPECT_EQ(json.out, "null\n");
+  EXPECT_EQ(Yh({"show", path, "calls", "--format", "xml"}).out,
+            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+            "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n<plist version=\"1.0\">\n<array/>\n</plist>\n");
+  EXPECT_EQ(Yh({"show", path, "calls", "--format", "csv"}).out,
+            "name,address,date,type,duration,country_code,network_code,location\n");
+  EXPECT_EQ(Yh({"show", path, "contacts"}).out, "[]\n");
+}
+
+}  // namespace
+}  // namespace yhtool

@@ -1,0 +1,285 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "Kinds.h"
+#include "YhRun.h"
+
+namespace yhtool {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+const char* const kSamples[] = {kOldSample, kNewSample};
+
+std::string SamplePath(const char* folder) { return Samples() + "/" + folder; }
+
+YhResult Show(const std::string& backup, const std::string& kind, const std::string& format) {
+  return Yh({"show", backup, kind, "--root", Samples(), "--format", format});
+}
+
+// The JSON mirrors the plist: same key order, strings as strings, unsigned
+// integers as unsigned numbers.
+void ExpectSameTree(const Json& json, plist_t node, const std::string& where) {
+  SCOPED_TRACE(where);
+  switch (plist_get_node_type(node)) {
+    case PLIST_ARRAY: {
+      ASSERT_TRUE(json.is_array());
+      ASSERT_EQ(json.size(), plist_array_get_size(node));
+      for (uint32_t i = 0; i < json.size(); ++i) {
+        ExpectSameTree(json[i], plist_array_get_item(node, i), where + "[" + std::to_string(i) + "]");
+      }
+      break;
+    }
+    case PLIST_DICT: {
+      ASSERT_TRUE(json.is_object());
+      ASSERT_EQ(json.size(), plist_dict_get_size(node));
+      plist_dict_iter iter = nullptr;
+      plist_dict_new_iter(node, &iter);
+      for (const auto& [key, value] : json.items()) {
+        char* plistKey = nullptr;
+        plist_t item = nullptr;
+        plist_dict_next_item(node, iter, &plistKey, &item);
+        EXPECT_EQ(key, plistKey);
+        std::free(plistKey);
+        ExpectSameTree(value, item, where + "." + key);
+      }
+      std::free(iter);
+      break;
+    }
+    case PLIST_STRING: {
+      char* text = nullptr;
+      plist_get_string_val(node, &text);
+      EXPECT_TRUE(json.is_string());
+      EXPECT_EQ(json, text);
+      std::free(text);
+      break;
+    }
+    case PLIST_UINT: {
+      uint64_t value = 0;
+      plist_get_uint_val(node, &value);
+      EXPECT_TRUE(json.is_number_unsigned());
+      EXPECT_EQ(json.get<uint64_t>(), value);
+      break;
+    }
+    default:
+      ADD_FAILURE() << "a node type the answers do not hold";
+  }
+}
+
+std::string LibplistXml(plist_t node) {
+  char* xml = nullptr;
+  uint32_t length = 0;
+  plist_to_xml(node, &xml, &length);
+  std::string text(xml, length);
+  plist_to_xml_free(xml);
+  return text;
+}
+
+// Rows of RFC 4180 text: quoted fields may hold commas, quotes and line ends.
+std::vector<std::vector<std::string>> ParseCsv(const std::string& text) {
+  std::vector<std::vector<std::string>> rows(1, std::vector<std::string>(1));
+  bool quoted = false;
+  for (size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
+    if (quoted) {
+      if (c == '"' && i + 1 < text.size() && text[i + 1] == '"') {
+        rows.back().back() += '"';
+        ++i;
+      } else if (c == '"') {
+        quoted = false;
+      } else {
+        rows.back().back() += c;
+      }
+    } else if (c == '"') {
+      quoted = true;
+    } else if (c == ',') {
+      rows.back().emplace_back();
+    } else if (c == '\n') {
+      rows.emplace_back(1);
+    } else {
+      rows.back().back() += c;
+    }
+  }
+  rows.pop_back();  // after the last line end
+  return rows;
+}
+
+// Rows a flattened answer has: one per record, or one per entry of a list
+// the record holds.
+size_t LeafRows(plist_t answer) {
+  size_t rows = 0;
+  for (uint32_t i = 0; answer && i < plist_array_get_size(answer); ++i) {
+    plist_t record = plist_array_get_item(answer, i);
+    size_t leaves = 0;
+    for (const char* nested : {"message", "properties"}) {
+      plist_t list = plist_dict_get_item(record, nested);
+      if (!list) continue;
+      leaves += plist_get_node_type(list) == PLIST_ARRAY ? plist_array_get_size(list) : plist_dict_get_size(list);
+    }
+    rows += leaves ? leaves : 1;
+  }
+  return rows;
+}
+
+// One element per character, for columns counted as a terminal shows them.
+std::u32string Characters(const std::string& utf8) {
+  std::u32string characters;
+  for (unsigned char c : utf8) {
+    if ((c & 0xC0) != 0x80) characters += U'.';
+    if (c == ' ') characters.back() = U' ';
+  }
+  return characters;
+}
+
+TEST(YhShow, JsonKeepsTheOrderAndTypesOfEveryAnswer) {
+  for (const char* sample : kSamples) {
+    for (const yh::Kind& kind : yh::Kinds()) {
+      SCOPED_TRACE(std::string(sample) + " " + kind.name);
+      const YhResult run = Show(sample, kind.name, "json");
+      ASSERT_EQ(run.code, 0);
+      EXPECT_EQ(run.err, "");
+      const yh::Plist answer = Answer(SamplePath(sample), kind.contentType);
+      ASSERT_TRUE(answer) << "every kind has records in the samples";
+      EXPECT_GT(plist_array_get_size(answer.get()), 0u);
+      ExpectSameTree(Json::parse(run.out), answer.get(), kind.name);
+    }
+  }
+}
+
+TEST(YhShow, XmlIsLibplistsOwn) {
+  for (const char* sample : kSamples) {
+    for (const yh::Kind& kind : yh::Kinds()) {
+      SCOPED_TRACE(std::string(sample) + " " + kind.name);
+      const YhResult run = Show(sample, std::to_string(kind.contentType), "xml");
+      ASSERT_EQ(run.code, 0);
+      EXPECT_EQ(run.out, LibplistXml(Answer(SamplePath(sample), kind.contentType).get()));
+    }
+  }
+}
+
+TEST(YhShow, CsvHasAHeaderAndOneRowPerRecordOrLeaf) {
+  for (const char* sample : kSamples) {
+    for (const yh::Kind& kind : yh::Kinds()) {
+      SCOPED_TRACE(std::string(sample) + " " + kind.name);
+      const YhResult run = Show(sample, kind.name, "csv");
+      ASSERT_EQ(run.code, 0);
+      const auto rows = ParseCsv(run.out);
+      ASSERT_FALSE(rows.empty());
+      EXPECT_EQ(rows.front(), kind.columns);
+      EXPECT_EQ(rows.size() - 1, LeafRows(Answer(SamplePath(sample), kind.contentType).get()));
+      for (const auto& row : rows) EXPECT_EQ(row.size(), kind.columns.size());
+    }
+  }
+}
+
+TEST(YhShow, TableAlignsTheColumns) {
+  for (const char* sample : kSamples) {
+    for (const yh::Kind& kind : yh::Kinds()) {
+      SCOPED_TRACE(std::string(sample) + " " + kind.name);
+      const YhResult run = Show(sample, kind.name, "table");
+      ASSERT_EQ(run.code, 0);
+      const std::vector<std::string> lines = Lines(run.out);
+      ASSERT_FALSE(lines.empty());
+      EXPECT_EQ(lines.size() - 1, LeafRows(Answer(SamplePath(sample), kind.contentType).get()));
+      EXPECT_EQ(lines.front().rfind(kind.columns.front() + "  ", 0), 0u);
+      // The second column starts at the same place on every line.
+      const size_t second = lines.front().find(kind.columns[1]);
+      for (const std::string& line : lines) EXPECT_EQ(Characters(line).substr(second - 2, 2), U"  ") << line;
+    }
+  }
+}
+
+TEST(YhShow, CallsAsCsv) {
+  const YhResult run = Show(kOldSample, "calls", "csv");
+  EXPECT_EQ(run.out,
+            "name,address,date,type,duration,country_code,network_code,location\n"
+            "John Appleseed,+14085550123,2014-07-01 09:15:32,Incoming,00:05:12,310,410,\n"
+            "Kate Bell,+15555648583,2014-07-02 18:40:05,Outgoing,00:01:35,310,410,\n"
+            ",+442079460000,2014-07-03 12:05:47,Incoming,00:00:00,310,410,\n"
+            "Anna Haro,+15555228243,2014-07-04 08:30:00,Outgoing,00:21:00,310,410,\n");
+}
+
+TEST(YhShow, MessagesAreOneRowPerMessageWithTheirThread) {
+  const YhResult run = Show(kNewSample, "messages", "csv");
+  const auto rows = ParseCsv(run.out);
+  ASSERT_EQ(rows.size(), 6u);
+  EXPECT_EQ(rows[1], (std::vector<std::string>{"+16175550199", "+16175550199", "Mary Somerville", "us", "iMessage",
+                                               "Did you see the comet last night?", "2023-09-11 07:30:05", "0"}));
+  EXPECT_EQ(rows[5], (std::vector<std::string>{"+442079460018", "+442079460018", "Charles Babbage", "gb", "SMS",
+                                               "No problem, I will bring the tickets.", "2023-09-10 09:50:21", "1"}));
+  EXPECT_TRUE(Contains(run.out,
+                       "\n+442079460018,+442079460018,Charles Babbage,gb,SMS,"
+                       "\"Train delayed, starting at 10:30 instead\",2023-09-10 09:48:00,0\n"));
+}
+
+TEST(YhShow, ContactPropertiesAreOneRowEachWithThePersonsId) {
+  const auto rows = ParseCsv(Show(kOldSample, "contacts", "csv").out);
+  ASSERT_EQ(rows.size(), 7u);
+  EXPECT_EQ(rows[3], (std::vector<std::string>{"2", "Kate Bell", "Creative Consulting", "", "", "", "Producer", "",
+                                               "2014-02-03 18:30:00", "Mobile", "+1 (555) 564-8583"}));
+  EXPECT_EQ(rows[4][0], "2");
+  EXPECT_EQ(rows[4][9], "Home");
+}
+
+TEST(YhShow, NoteBodiesKeepTheirLineBreaksInCsvAndLoseThemInTables) {
+  const YhResult csv = Show(kNewSample, "notes", "csv");
+  EXPECT_TRUE(Contains(csv.out, ",Packing list,\"Packing list\nPassport\nCharger\nSunscreen\"\n"));
+  const YhResult table = Show(kNewSample, "notes", "table");
+  EXPECT_TRUE(Contains(table.out, "Packing list  Packing list Passport Charger Sunscreen\n"));
+}
+
+TEST(YhShow, AllGivesEveryKindInOrder) {
+  for (const char* sample : kSamples) {
+    SCOPED_TRACE(sample);
+    const YhResult json = Show(sample, "all", "json");
+    ASSERT_EQ(json.code, 0);
+    const Json all = Json::parse(json.out);
+    ASSERT_EQ(all.size(), yh::Kinds().size());
+    size_t i = 0;
+    for (const auto& [name, answer] : all.items()) {
+      const yh::Kind& kind = yh::Kinds()[i++];
+      EXPECT_EQ(name, kind.name);
+      EXPECT_EQ(answer, Json::parse(Show(sample, kind.name, "json").out));
+    }
+
+    const YhResult xml = Show(sample, "all", "xml");
+    plist_t tree = nullptr;
+    plist_from_xml(xml.out.data(), static_cast<uint32_t>(xml.out.size()), &tree);
+    ASSERT_NE(tree, nullptr);
+    EXPECT_EQ(plist_dict_get_size(tree), yh::Kinds().size());
+    EXPECT_EQ(LibplistXml(plist_dict_get_item(tree, "notes")), Show(sample, "notes", "xml").out);
+    plist_free(tree);
+
+    const YhResult csv = Show(sample, "all", "csv");
+    EXPECT_TRUE(Contains(csv.out, "# calls\n" + Show(sample, "calls", "csv").out + "\n# contacts\n"));
+    const YhResult table = Show(sample, "all", "table");
+    EXPECT_TRUE(Contains(table.out, "other-photos: 1 record\n" + Show(sample, "other-photos", "table").out));
+    EXPECT_EQ(table.out.rfind("calls: 4 records\n", 0), 0u);
+  }
+}
+
+TEST(YhShow, TheBackupIsNamedByPathFolderPrefixOrDeviceName) {
+  const std::string expected = Show(kNewSample, "calls", "json").out;
+  const std::vector<std::string> names = {SamplePath(kNewSample), SamplePath(kNewSample) + "/", "00008101",
+                                          "Ada’s iPhone", "Ada's iPhone"};
+  for (const std::string& name : names) {
+    SCOPED_TRACE(name);
+    const YhResult run = Yh({"show", name, "calls", "--root", Samples()});
+    EXPECT_EQ(run.code, 0);
+    EXPECT_EQ(run.out, expected);
+  }
+  EXPECT_EQ(Yh({"show", SamplePath(kNewSample), "calls"}).out, expected) << "a path needs no root";
+  const std::string support = Samples().substr(0, Samples().size() - std::string("/MobileSync/Backup").size());
+  EXPECT_EQ(Yh({"show", "Ada’s iPhone", "calls"}, {"XDG_DATA_HOME=" + support}).out, expected);
+}
+
+TEST(YhShow, JsonIsTheDefaultFormat) {
+  EXPECT_EQ(Yh({"show", kOldSample, "safari", "--root", Samples()}).out, Show(kOldSample, "safari", "json").out);
+}
+
+}  // namespace
+}  // namespace yhtool

@@ -1,0 +1,44 @@
+#ifndef YH_TOOL_TESTS_YHRUN_H
+#define YH_TOOL_TESTS_YHRUN_H
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "Library.h"
+
+namespace yhtool {
+
+// What one run of the yh command gave.
+struct YhResult {
+  int code = -1;
+  std::string out;
+  std::string err;
+};
+
+// Runs yh with `args` under TZ=UTC; `env` adds or replaces "NAME=value"
+// entries of the environment.
+YhResult Yh(const std::vector<std::string>& args, const std::vector<std::string>& env = {});
+
+// The folder that holds the two sample backups, and their folder names.
+std::string Samples();
+extern const char kOldSample[];  // Manifest.mbdb
+extern const char kNewSample[];  // Manifest.db
+
+// The library's answer for one kind of the backup at `path`, in UTC, as yh
+// gets it.
+yh::Plist Answer(const std::string& path, int contentType);
+
+// The bytes of a file; "" when it cannot be read.
+std::string ReadFile(const std::string& path);
+
+// Succeeds when `text` holds `part`; a failure shows both.
+::testing::AssertionResult Contains(const std::string& text, const std::string& part);
+
+// Lines of a text, without their line ends.
+std::vector<std::string> Lines(const std::string& text);
+
+}  // namespace yhtool
+
+#endif
