@@ -40,7 +40,7 @@ void AppData::AddUntil(size_t rows) {
   Random& random = generation_.random;
   while (index.Count() < rows) {
     const App& app = apps_[random.Skewed(apps_.size())];
-    std::string path = SomeFile(app);
+    const std::string path = SomeFile(app);
     if (index.Holds(app.domain, path)) continue;
     if (index.Count() + index.RowsFor(app.domain, path) > rows) {
       const App& first = apps_.front();

@@ -1,3 +1,5 @@
+#include <cctype>
+
 #include "Generation.h"
 #include "Sql.h"
 

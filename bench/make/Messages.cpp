@@ -1,3 +1,4 @@
+#include <cstdio>
 #include <set>
 
 #include "Generation.h"

@@ -1,3 +1,5 @@
+#include <cstdio>
+
 #include "Generation.h"
 #include "Sql.h"
 
@@ -23,17 +25,15 @@ std::string Numbered(const char* pattern, size_t number) {
 Picture CameraPicture(size_t index, Random& random) {
   const size_t kind = random.Below(100);
   const char* extension = kind < 85 ? "JPG" : kind < 93 ? "PNG" : "MOV";
-  return {Numbered("DCIM/%dAPPLE", static_cast<int>(100 + index / 1000)),
-          Numbered("IMG_%04d.", static_cast<int>(index % 9999 + 1)) + extension};
+  return {Numbered("DCIM/%dAPPLE", 100 + index / 1000), Numbered("IMG_%04d.", index % 9999 + 1) + extension};
 }
 
 // Pictures synced from a computer, or downloaded from the cloud library.
 Picture OtherPicture(size_t index, Random& random) {
   if (index % 2 == 0) {
-    return {Numbered("PhotoData/Sync/%dSYNCD", static_cast<int>(100 + index / 2000)),
-            Numbered("IMG_%04d.JPG", static_cast<int>(index / 2 % 9999 + 1))};
+    return {Numbered("PhotoData/Sync/%dSYNCD", 100 + index / 2000), Numbered("IMG_%04d.JPG", index / 2 % 9999 + 1)};
   }
-  return {Numbered("PhotoData/CPLAssets/group%d", static_cast<int>(index / 200)), random.Uuid() + ".JPG"};
+  return {Numbered("PhotoData/CPLAssets/group%d", index / 200), random.Uuid() + ".JPG"};
 }
 
 uint64_t PictureSize(Random& random) { return 500000 + random.Below(4000000); }

@@ -1,0 +1,14 @@
+# Writes a tiny backup of each index kind and runs the benchmark on it once:
+# the benchmark must keep working, whatever its figures.
+foreach(kind mbdb db)
+  set(folder ${WORK}/${kind})
+  execute_process(COMMAND ${MAKE_BACKUP} ${folder} ${kind} 0.01 RESULT_VARIABLE made)
+  if(NOT made EQUAL 0)
+    message(FATAL_ERROR "yh_bench_backup ${kind} failed")
+  endif()
+  execute_process(COMMAND ${BENCH} ${folder} 1 RESULT_VARIABLE ran OUTPUT_VARIABLE report)
+  if(NOT ran EQUAL 0 OR NOT report MATCHES "library total")
+    message(FATAL_ERROR "yh_bench ${kind} failed:\n${report}")
+  endif()
+endforeach()
+file(REMOVE_RECURSE ${WORK})
