@@ -1,6 +1,5 @@
 #include "index/ManifestDb.h"
 
-#include <cstdlib>
 #include <memory>
 #include <utility>
 
@@ -12,14 +11,6 @@
 namespace {
 
 const char kFilesQuery[] = "select fileID,domain,relativePath,flags from Files";
-const char kCountQuery[] = "select count(*) from Files";
-
-// Sizes the path map for every row at once: grown row by row, a map of a
-// quarter of a million paths is rehashed over and over.
-int ReserveCallback(void* context, int, char** values, char**) {
-  if (values[0]) static_cast<ManifestDb*>(context)->GetQueryPathKeyMap()->reserve(std::strtoul(values[0], nullptr, 10));
-  return 0;
-}
 
 // Whether the stored file of a fileID lies inside the backup folder. The path
 // is folder + first two characters + "/" + fileID, so it leaves the folder
@@ -41,8 +32,9 @@ ManifestDb::~ManifestDb() {
 uint32_t ManifestDb::ReadDb(const char* path) {
   backupPath_ = path;
   Database database(std::string(path) + "Manifest.db");
-  database.Exec(kCountQuery, ReserveCallback, this);
-  return database.Exec(kFilesQuery, ManifestDbCallback, this) ? 1 : 0;
+  const bool read = database.Exec(kFilesQuery, ManifestDbCallback, this);
+  MapPaths();
+  return read ? 1 : 0;
 }
 
 int ManifestDb::ManifestDbCallback(void* context, int, char** values, char**) {
@@ -64,9 +56,17 @@ int ManifestDb::ManifestDbCallback(void* context, int, char** values, char**) {
 
   reader->contentList_.push_back(record.get());
   DBFileRecord* kept = record.release();
-  reader->pathMap_[kept->relativePath] = kept;
   if (KeyList* keys = reader->KeyListFor(kept->relativePath)) keys->push_back(kept->fileID);
   return 0;
+}
+
+// Once, sized for every kept record: grown row by row, a map of a quarter
+// of a million paths is rehashed over and over. A later row of the same path
+// takes its place, as it would have row by row; rows kept before a failed
+// read are mapped too.
+void ManifestDb::MapPaths() {
+  pathMap_.reserve(contentList_.size());
+  for (DBFileRecord* record : contentList_) pathMap_[record->relativePath] = record;
 }
 
 ManifestDb::KeyList* ManifestDb::KeyListFor(const std::string& relativePath) {

@@ -62,6 +62,7 @@ class ManifestDb : public VqBase {
  private:
   // The key list a known database path feeds, or NULL.
   KeyList* KeyListFor(const std::string& relativePath);
+  void MapPaths();
 
   std::string backupPath_;
   PathMap pathMap_;

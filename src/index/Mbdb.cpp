@@ -125,7 +125,7 @@ int32_t Mbdb::ReadMBDB(const char* path) {
   while (!AtEnd(file.get())) {
     // A truncated or unreadable record ends the reading; what was kept stays.
     RecordPtr record = ReadRecord(file.get());
-    if (!record) return 1;
+    if (!record) break;
     record->storedName = MbdbStoredName(record->domain, record->path);
     if (VQIsFileExists((backupPath_ + record->storedName).c_str())) {
       Keep(record.release());
@@ -135,12 +135,20 @@ int32_t Mbdb::ReadMBDB(const char* path) {
       record.release();
     }
   }
+  MapPaths();
   return 1;
+}
+
+// Once, sized for every kept record: grown record by record, a map of a
+// quarter of a million paths is rehashed over and over. A later record of
+// the same path takes its place, as it would have row by row.
+void Mbdb::MapPaths() {
+  pathMap_.reserve(contentList_.size());
+  for (MBFileRecord* record : contentList_) pathMap_[record->path] = record;
 }
 
 void Mbdb::Keep(MBFileRecord* record) {
   contentList_.push_back(record);
-  pathMap_[record->path] = record;
   if (KeyList* keys = KeyListFor(record->path)) keys->push_back(record->storedName);
 }
 

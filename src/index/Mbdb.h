@@ -89,6 +89,7 @@ class Mbdb : public VqBase {
   // The key list a known database path feeds, or NULL.
   KeyList* KeyListFor(const std::string& path);
   void Keep(MBFileRecord* record);
+  void MapPaths();
 
   std::string backupPath_;
   ContentList contentList_;

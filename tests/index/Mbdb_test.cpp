@@ -234,6 +234,7 @@ TEST_F(MbdbTest, RecordCutInsideItsFixedBlockIsDropped) {
   EXPECT_EQ(Read(), 1);
   EXPECT_EQ(KeptPaths(), std::vector<std::string>{"Library/SMS/sms.db"});
   EXPECT_TRUE(reader_.GetNoteKey()->empty());
+  EXPECT_EQ(reader_.GetQueryPathKeyMap()->at("Library/SMS/sms.db"), reader_.GetContentList()->front());
 }
 
 TEST_F(MbdbTest, RecordCutInsideAStringIsDropped) {
