@@ -55,8 +55,10 @@ time_t HostEpoch2001(time_t now) {
   return std::mktime(&epoch);
 }
 
+// One per thread: hosts may ask for two devices' contents at once, and a
+// shared record would be rewritten under the other thread's feet.
 const LocalZone& CurrentZone() {
-  static LocalZone zone;
+  thread_local LocalZone zone;
   const time_t now = std::time(nullptr);
   const char* tz = std::getenv("TZ");
   if (!zone.read || zone.second != now || zone.hasTz != (tz != nullptr) || (tz && zone.tz != tz)) {

@@ -9,6 +9,8 @@
 #include <cctype>
 #include <sstream>
 #include <string>
+#include <thread>
+#include <vector>
 
 #include "support/ScopedEnv.h"
 
@@ -72,6 +74,22 @@ TEST(DateHelpers, UnixSecondsUnderNewYork) {
   EXPECT_EQ(Take(Convert1900GMTDate(1625402096)), "2021-07-04 08:34:56");
   EXPECT_EQ(Take(Convert1900GMTDate(1610679845)), "2021-01-14 22:04:05");
   EXPECT_EQ(Take(Convert1900GMTDate(978307200)), "2000-12-31 19:00:00");
+}
+
+// Hosts may ask for two devices' contents from two threads at once; each
+// thread's texts stay those of a lone caller.
+TEST(DateHelpers, ThreadsConvertingAtOnceGetTheTextsOfALoneCaller) {
+  ScopedTimeZone zone("America/New_York");
+  const std::string expected = "2021-07-04 08:34:56";
+  std::vector<std::thread> threads;
+  std::vector<int> wrong(4, 0);
+  for (int& count : wrong) {
+    threads.emplace_back([&count, &expected] {
+      for (int i = 0; i < 20000; ++i) count += Take(Convert1900GMTDate(1625402096)) != expected;
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(wrong, std::vector<int>(4, 0));
 }
 
 TEST(DateHelpers, From2001UnderUtc) {
