@@ -22,9 +22,19 @@ void Release(plist_t answer) {
   malloc_trim(0);
 }
 
+// The time libplist takes to make a tree like `answer`; the copy is released
+// untimed.
+double TreeMilliseconds(plist_t answer) {
+  if (!answer) return 0;
+  plist_t copy = nullptr;
+  const double ms = Milliseconds([&] { copy = plist_copy(answer); });
+  Release(copy);
+  return ms;
+}
+
 }  // namespace
 
-bool MeasureLibrary(const std::string& folder, LibraryTimes* times) {
+bool MeasureLibrary(const std::string& folder, bool copyAnswers, LibraryTimes* times) {
   iDeviceBackupService* service = CreateDataRecoveryService();
   BackupDevice* devices = nullptr;
   times->discovery = Milliseconds([&] { devices = GetBackupDeviceListAt(folder.c_str()); });
@@ -36,8 +46,10 @@ bool MeasureLibrary(const std::string& folder, LibraryTimes* times) {
       plist_t answer = nullptr;
       times->first[type] = Milliseconds([&] { answer = service->GetContentList(devices, content); });
       times->items[type] = answer && plist_get_node_type(answer) == PLIST_ARRAY ? plist_array_get_size(answer) : 0;
+      if (copyAnswers) times->answerTrees += TreeMilliseconds(answer);
       Release(answer);
       times->second[type] = Milliseconds([&] { answer = service->GetContentList(devices, content); });
+      if (copyAnswers) times->answerTrees += TreeMilliseconds(answer);
       Release(answer);
     }
   }

@@ -69,6 +69,11 @@ void ManifestDb::MapPaths() {
   for (DBFileRecord* record : contentList_) pathMap_[record->relativePath] = record;
 }
 
+const PathIndex& ManifestDb::GetPathIndex() {
+  if (!pathIndex_) pathIndex_ = IndexPathsOf(contentList_, &DBFileRecord::relativePath);
+  return *pathIndex_;
+}
+
 ManifestDb::KeyList* ManifestDb::KeyListFor(const std::string& relativePath) {
   // Compared in this order; the first match wins. The domain is not compared.
   static const std::pair<const char*, KeyList ManifestDb::*> kKnownPaths[] = {

@@ -3,12 +3,14 @@
 
 #include <cstdint>
 #include <list>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
 #include "common/VqBase.h"
+#include "index/PathIndex.h"
 
 // Reader of the SQLite index of newer backups: the Files table maps each
 // fileID to a domain and a device-relative path; the stored file lies at
@@ -44,6 +46,10 @@ class ManifestDb : public VqBase {
   PathMap* GetQueryPathKeyMap() { return &pathMap_; }
   ContentList* GetContentList() { return &contentList_; }
 
+  // The content list's device paths indexed for substring search, made on
+  // the first call and kept: every media kind searches the same paths.
+  const PathIndex& GetPathIndex();
+
   KeyList* GetCalendarKey() { return &calendarKey_; }
   KeyList* GetCallHistoryDbKey() { return &callHistoryDbKey_; }
   KeyList* GetCallHistoryStoreDbKey() { return &callHistoryStoreDbKey_; }
@@ -65,6 +71,7 @@ class ManifestDb : public VqBase {
   void MapPaths();
 
   std::string backupPath_;
+  std::unique_ptr<const PathIndex> pathIndex_;
   PathMap pathMap_;
   ContentList contentList_;
   KeyList calendarKey_;

@@ -147,6 +147,11 @@ void Mbdb::MapPaths() {
   for (MBFileRecord* record : contentList_) pathMap_[record->path] = record;
 }
 
+const PathIndex& Mbdb::GetPathIndex() {
+  if (!pathIndex_) pathIndex_ = IndexPathsOf(contentList_, &MBFileRecord::path);
+  return *pathIndex_;
+}
+
 void Mbdb::Keep(MBFileRecord* record) {
   contentList_.push_back(record);
   if (KeyList* keys = KeyListFor(record->path)) keys->push_back(record->storedName);

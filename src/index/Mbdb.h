@@ -4,12 +4,14 @@
 #include <cstdint>
 #include <cstdio>
 #include <ctime>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
 #include "common/VqBase.h"
+#include "index/PathIndex.h"
 
 // Reader of the binary index of older backups. Stored files lie flat in the
 // backup folder, named by the SHA-1 of domain + "-" + relative path.
@@ -65,6 +67,10 @@ class Mbdb : public VqBase {
   ContentList* GetContentList() { return &contentList_; }
   PathMap* GetQueryPathKeyMap() { return &pathMap_; }
 
+  // The content list's device paths indexed for substring search, made on
+  // the first call and kept: every media kind searches the same paths.
+  const PathIndex& GetPathIndex();
+
   KeyList* GetCalendarKey() { return &calendarKey_; }
   KeyList* GetCallKey() { return &callKey_; }
   KeyList* GetCallStoreKey() { return &callStoreKey_; }
@@ -92,6 +98,7 @@ class Mbdb : public VqBase {
   void MapPaths();
 
   std::string backupPath_;
+  std::unique_ptr<const PathIndex> pathIndex_;
   ContentList contentList_;
   PathMap pathMap_;
   KeyList calendarKey_;

@@ -4,7 +4,8 @@
 template <class Visitor>
 void MediaLocator::ForEachContaining(const std::string& needle, Visitor visit) const {
   const Catalog& records = Records();
-  records.paths.ForEachContaining(needle, [&](size_t position) { return visit(StoredPath(records, position)); });
+  if (!records.paths) return;  // no index reader: nothing to search
+  records.paths->ForEachContaining(needle, [&](size_t position) { return visit(StoredPath(records, position)); });
 }
 
 #endif

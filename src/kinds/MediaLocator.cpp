@@ -1,7 +1,5 @@
 #include "kinds/MediaLocator.h"
 
-#include <string_view>
-
 #include "index/ManifestDb.h"
 #include "index/Mbdb.h"
 #include "kinds/SourceFiles.h"
@@ -29,28 +27,28 @@ const MediaLocator::Catalog& MediaLocator::Records() const {
   if (records_) return *records_;
   std::string folder;
   std::vector<const std::string*> storedNames;
-  std::vector<std::string_view> paths;
+  const PathIndex* paths = nullptr;
   if (device_->backupType == 1) {
     auto* reader = static_cast<ManifestDb*>(device_->indexReader);
     VqCheckAlive(reader);
     folder = device_->backupPath;
     for (const ManifestDb::DBFileRecord* file : *reader->GetContentList()) {
       VqCheckAlive(file);
-      paths.push_back(file->relativePath);
       storedNames.push_back(&file->fileID);
     }
+    paths = &reader->GetPathIndex();
   } else if (device_->backupType == 0) {
     auto* reader = static_cast<Mbdb*>(device_->indexReader);
     VqCheckAlive(reader);
     folder = reader->GetBackupPath();
     for (const Mbdb::MBFileRecord* file : *reader->GetContentList()) {
       VqCheckAlive(file);
-      paths.push_back(file->path);
       storedNames.push_back(&file->storedName);
     }
+    paths = &reader->GetPathIndex();
   }
   records_ = std::make_unique<const Catalog>(
-      Catalog{device_->backupType == 1, std::move(folder), std::move(storedNames), PathIndex(std::move(paths))});
+      Catalog{device_->backupType == 1, std::move(folder), std::move(storedNames), paths});
   return *records_;
 }
 

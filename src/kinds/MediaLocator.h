@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "kinds/PathIndex.h"
+#include "index/PathIndex.h"
 #include "libYH.h"
 
 // Finds the stored files of device files named by media records (photos,
@@ -27,14 +27,14 @@ class MediaLocator {
   void ForEachContaining(const std::string& needle, Visitor visit) const;
 
  private:
-  // The index records in index order, with their device paths indexed for
-  // substring search. Made on the first search: a media kind asks for
+  // The index records in index order, with the reader's index of their
+  // device paths. Made on the first search: a media kind asks for
   // thousands, and testing every record for each would be quadratic.
   struct Catalog {
     bool manifestDb;
     std::string folder;                           // where the stored files lie
     std::vector<const std::string*> storedNames;  // fileID or hashed name, by position
-    PathIndex paths;
+    const PathIndex* paths;  // the reader's; NULL without a reader
   };
 
   const Catalog& Records() const;

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "support/BackupBuilder.h"
@@ -73,6 +74,28 @@ TEST_F(ManifestDbTest, KeepsPresentFilesWithTheirColumns) {
   EXPECT_EQ(ContentPaths(), (std::vector<std::string>{kSms, "Media/DCIM/100APPLE/IMG_0001.JPG"}));
   EXPECT_EQ(reader_.GetQueryPathKeyMap()->at(kSms), reader_.GetContentList()->front());
   EXPECT_EQ(*reader_.GetSmsKey(), std::vector<std::string>{sms.fileID});
+}
+
+// Positions in the content list of the paths containing `needle`.
+std::vector<size_t> Containing(const PathIndex& index, std::string_view needle) {
+  std::vector<size_t> positions;
+  index.ForEachContaining(needle, [&positions](size_t position) {
+    positions.push_back(position);
+    return true;
+  });
+  return positions;
+}
+
+TEST_F(ManifestDbTest, PathIndexCoversTheContentListInOrderAndIsMadeOnce) {
+  BackupBuilder builder(IndexKind::ManifestDb);
+  builder.AddFile("CameraRollDomain", "Media/DCIM/100APPLE/IMG_0001.JPG", "a")
+      .AddFile("HomeDomain", kSms, "sms")
+      .AddFile("CameraRollDomain", "Media/DCIM/100APPLE/IMG_0001.JPG.bak", "b");
+  ASSERT_EQ(Read(Build(builder)), 1u);
+  const PathIndex& index = reader_.GetPathIndex();
+  EXPECT_EQ(&reader_.GetPathIndex(), &index);
+  EXPECT_EQ(Containing(index, "100APPLE/IMG_0001.JPG"), (std::vector<size_t>{0, 2}));
+  EXPECT_EQ(Containing(index, "sms.db"), std::vector<size_t>{1});
 }
 
 TEST_F(ManifestDbTest, SkipsFolderRowsAndFilesNotCopied) {

@@ -341,6 +341,24 @@ TEST_F(MbdbTest, ReadsABuiltBackup) {
   EXPECT_TRUE(reader_.GetNoteKey()->empty());
 }
 
+TEST_F(MbdbTest, PathIndexCoversTheContentListInOrderAndIsMadeOnce) {
+  Store("CameraRollDomain", "Media/DCIM/100APPLE/IMG_0001.JPG");
+  Store("HomeDomain", "Library/SMS/sms.db");
+  Store("CameraRollDomain", "Media/DCIM/100APPLE/IMG_0001.JPG.bak");
+  WriteIndex(MbdbSignature() + File("CameraRollDomain", "Media/DCIM/100APPLE/IMG_0001.JPG").Bytes() +
+             File("HomeDomain", "Library/SMS/sms.db").Bytes() +
+             File("CameraRollDomain", "Media/DCIM/100APPLE/IMG_0001.JPG.bak").Bytes());
+  ASSERT_EQ(Read(), 1);
+  const PathIndex& index = reader_.GetPathIndex();
+  EXPECT_EQ(&reader_.GetPathIndex(), &index);
+  std::vector<size_t> positions;
+  index.ForEachContaining("100APPLE/IMG_0001.JPG", [&positions](size_t position) {
+    positions.push_back(position);
+    return true;
+  });
+  EXPECT_EQ(positions, (std::vector<size_t>{0, 2}));
+}
+
 TEST_F(MbdbTest, ReadingLeavesAReadOnlyBackupUntouched) {
   const std::string path = BackupBuilder(IndexKind::Mbdb)
                                .AddFile("HomeDomain", "Library/SMS/sms.db", "12345")

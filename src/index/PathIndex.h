@@ -1,9 +1,11 @@
-#ifndef YH_KINDS_PATHINDEX_H
-#define YH_KINDS_PATHINDEX_H
+#ifndef YH_INDEX_PATHINDEX_H
+#define YH_INDEX_PATHINDEX_H
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -49,6 +51,16 @@ class PathIndex {
   std::vector<uint32_t> listed_;
 };
 
-#include "kinds/PathIndex-inl.h"
+// The index of the paths of `records` (pointers to records whose member
+// `path` holds the device path), by position in the list.
+template <class Records, class Record>
+std::unique_ptr<const PathIndex> IndexPathsOf(const Records& records, std::string Record::*path) {
+  std::vector<std::string_view> paths;
+  paths.reserve(records.size());
+  for (const Record* record : records) paths.push_back(record->*path);
+  return std::make_unique<const PathIndex>(std::move(paths));
+}
+
+#include "index/PathIndex-inl.h"
 
 #endif

@@ -1,5 +1,5 @@
-#ifndef YH_KINDS_PATHINDEX_INL_H
-#define YH_KINDS_PATHINDEX_INL_H
+#ifndef YH_INDEX_PATHINDEX_INL_H
+#define YH_INDEX_PATHINDEX_INL_H
 
 template <class Visitor>
 void PathIndex::ForEachContaining(std::string_view needle, Visitor visit) const {

@@ -1,4 +1,4 @@
-#include "kinds/PathIndex.h"
+#include "index/PathIndex.h"
 
 #include <gtest/gtest.h>
 
