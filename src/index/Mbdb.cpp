@@ -191,6 +191,8 @@ int Mbdb::fromHex(char c) {
 
 std::string Mbdb::toHex(const unsigned char* data, int length, const int* groups, int groupCount) {
   std::string text;
+  // Sized once: every record of a large index makes one of these texts.
+  text.reserve(static_cast<size_t>(std::max(length, 0)) * 2 + static_cast<size_t>(std::max(groupCount, 0)));
   int group = 0;
   int groupEnd = groupCount > 0 ? groups[0] : length;
   for (int i = 0; i < length; ++i) {
