@@ -1,16 +1,9 @@
 #include "Generation.h"
 #include "Sql.h"
+#include "support/NoteStoreBody.h"
 
 namespace bench {
 namespace {
-
-// A note-store body: a gzip-compressed record whose text follows a 14-byte
-// header and ends at the byte 0x1A.
-std::string NoteStoreData(const std::string& text) {
-  const std::string header("\x08\x00\x12\x80\x10\x08\x00\x10\x00\x1A\x80\x10\x12\x7F", 14);
-  const std::string trailer("\x1A\x10\x0A\x04\x08\x00\x10\x00", 8);
-  return Blob(Gzip(header + text + trailer));
-}
 
 std::string NoteText(Random& random) { return random.Words(5 + random.Below(250)); }
 
@@ -31,7 +24,7 @@ void AddNotes(Generation& generation) {
                  pk + ", 12, 1, " + std::to_string(created) + ".5, " + std::to_string(created + random.Below(100000)) +
                      ".5, " + Quote(random.Words(3)) + ", " + std::to_string(note));
       sql.Insert("ZICNOTEDATA", "Z_PK, Z_ENT, Z_OPT, ZNOTE, ZDATA",
-                 std::to_string(note) + ", 11, 1, " + pk + ", " + NoteStoreData(NoteText(random)));
+                 std::to_string(note) + ", 11, 1, " + pk + ", " + yhtest::SqlBlob(yhtest::NoteStoreBody(NoteText(random))));
     }
     generation.rows.Database("AppDomainGroup-group.com.apple.notes", "NoteStore.sqlite", sql.Text());
     return;

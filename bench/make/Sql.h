@@ -8,10 +8,6 @@ namespace bench {
 
 // An SQL text literal.
 std::string Quote(const std::string& text);
-// An SQL blob literal, X'..'.
-std::string Blob(const std::string& bytes);
-// The bytes gzip-compressed.
-std::string Gzip(const std::string& bytes);
 
 // The SQL text of one device database: its real schema, then every row in
 // one transaction (one statement a line), so that large tables are written

@@ -1,13 +1,12 @@
 #ifndef YH_TESTS_FAULT_SAMPLEBACKUP_H
 #define YH_TESTS_FAULT_SAMPLEBACKUP_H
 
-#include <zlib.h>
-
 #include <string>
 #include <vector>
 
 #include "libYH.h"
 #include "support/BackupBuilder.h"
+#include "support/NoteStoreBody.h"
 
 // A backup with a few records of every content kind, described table by
 // table, so that a test (or the fuzzers' seed generator) can damage one
@@ -35,33 +34,6 @@ struct File {
   std::string contents;
   std::vector<iDeviceContentType> feeds;
 };
-
-// gzip with the header, text and end mark of a note-store body.
-inline std::string NoteStoreBody(const std::string& text) {
-  const std::string raw = std::string("\x08\x00\x12\x1a\x08\x00\x10\x00\x1a\x14\x12\x10\x0a\x0e", 14) + text +
-                          std::string("\x1a\x08\x01\x10\x00", 5);
-  z_stream stream{};
-  deflateInit2(&stream, Z_BEST_COMPRESSION, Z_DEFLATED, 31, 8, Z_DEFAULT_STRATEGY);
-  std::string out(deflateBound(&stream, raw.size()) + 32, '\0');
-  stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(raw.data()));
-  stream.avail_in = static_cast<uInt>(raw.size());
-  stream.next_out = reinterpret_cast<Bytef*>(&out[0]);
-  stream.avail_out = static_cast<uInt>(out.size());
-  deflate(&stream, Z_FINISH);
-  out.resize(stream.total_out);
-  deflateEnd(&stream);
-  return out;
-}
-
-inline std::string BlobLiteral(const std::string& bytes) {
-  static const char kHex[] = "0123456789ABCDEF";
-  std::string literal = "X'";
-  for (unsigned char byte : bytes) {
-    literal += kHex[byte >> 4];
-    literal += kHex[byte & 0x0F];
-  }
-  return literal + "'";
-}
 
 inline std::vector<Database> Databases(IndexKind kind) {
   const bool old = kind == IndexKind::Mbdb;
@@ -146,8 +118,8 @@ inline std::vector<Database> Databases(IndexKind kind) {
                           {"ZICNOTEDATA",
                            {"Z_PK", "ZDATA"},
                            {"Z_PK"},
-                           {{"1", BlobLiteral(NoteStoreBody("milk, eggs"))},
-                            {"2", BlobLiteral(NoteStoreBody("a bold plan"))}}}},
+                           {{"1", SqlBlob(NoteStoreBody("milk, eggs"))},
+                            {"2", SqlBlob(NoteStoreBody("a bold plan"))}}}},
                          {ContentNote}});
   }
   if (old) {

@@ -1,7 +1,6 @@
 #include "kinds/Note.h"
 
 #include <gtest/gtest.h>
-#include <zlib.h>
 
 #include <cstdio>
 #include <filesystem>
@@ -11,6 +10,7 @@
 
 #include "kinds/KindFixture.h"
 #include "support/BackupBuilder.h"
+#include "support/NoteStoreBody.h"
 #include "support/PlistDump.h"
 #include "support/TreeSnapshot.h"
 
@@ -20,7 +20,12 @@ using yhtest::AnalysedDevice;
 using yhtest::BackupBuilder;
 using yhtest::DumpAndFree;
 using yhtest::IndexKind;
+using yhtest::Gzip;
+using yhtest::kNoteStoreHeader;
+using yhtest::kNoteStoreTrailer;
 using yhtest::LocalDate2001;
+using yhtest::NoteStoreBody;
+using yhtest::SqlBlob;
 
 const char kHome[] = "HomeDomain";
 const char kNotesGroup[] = "AppDomainGroup-group.com.apple.notes";
@@ -30,38 +35,8 @@ const char kStorePath[] = "NoteStore.sqlite";
 const int32_t kWinter = 410227200;
 const int32_t kSummer = 426169800;
 
-// The note-store data header: fixed bytes, skipped unread (an end mark among
-// them does not end the text).
-const std::string kHeader("\x08\x00\x12\x1a\x08\x00\x10\x00\x1a\x14\x12\x10\x0a\x0e", 14);
-const std::string kTrailer("\x1a\x08\x01\x10\x00trailer", 12);
-
-std::string Gzip(const std::string& bytes) {
-  z_stream stream{};
-  deflateInit2(&stream, Z_BEST_COMPRESSION, Z_DEFLATED, 31, 8, Z_DEFAULT_STRATEGY);
-  std::string out(deflateBound(&stream, bytes.size()) + 32, '\0');
-  stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(bytes.data()));
-  stream.avail_in = static_cast<uInt>(bytes.size());
-  stream.next_out = reinterpret_cast<Bytef*>(&out[0]);
-  stream.avail_out = static_cast<uInt>(out.size());
-  deflate(&stream, Z_FINISH);
-  out.resize(stream.total_out);
-  deflateEnd(&stream);
-  return out;
-}
-
-// An SQL blob literal.
-std::string Blob(const std::string& bytes) {
-  static const char kHex[] = "0123456789ABCDEF";
-  std::string literal = "X'";
-  for (unsigned char byte : bytes) {
-    literal += kHex[byte >> 4];
-    literal += kHex[byte & 0x0F];
-  }
-  return literal + "'";
-}
-
-// Note-store data as the device keeps it: gzip of header, text, end mark, more.
-std::string StoreData(const std::string& text) { return Blob(Gzip(kHeader + text + kTrailer)); }
+// Note-store data as an SQL literal.
+std::string StoreData(const std::string& text) { return SqlBlob(NoteStoreBody(text)); }
 
 // An old-database note with its body row; texts are SQL literals.
 std::string OldNote(int id, const std::string& created, const std::string& modified, const std::string& title,
@@ -220,18 +195,18 @@ TEST_P(NoteTest, LeavesTheBackupUntouched) {
 // that each note is read right after the one above it.
 TEST_P(NoteTest, NoteStoreBodyEndsAtMarkZeroOrInflatedLength) {
   const std::string longText(3000, 'x');
-  std::string gzipBadCrc = Gzip(kHeader + "checked" + kTrailer);
+  std::string gzipBadCrc = Gzip(kNoteStoreHeader + "checked" + kNoteStoreTrailer);
   gzipBadCrc[gzipBadCrc.size() - 8] ^= 0x55;
   const std::vector<std::string> blobs = {
       StoreData("plain"),
-      Blob(Gzip(kHeader + longText)),     // cut at the 2048-byte buffer
-      Blob(Gzip(kHeader + "short")),      // no end mark: ends at the inflated length
-      Blob(Gzip(kHeader.substr(0, 10))),  // nothing after the header
-      Blob(Gzip("")),                     // inflates to nothing: no note
-      Blob(Gzip(kHeader + std::string("zero\0rest", 9) + kTrailer)),
-      Blob(Gzip(kHeader + longText)),
+      SqlBlob(Gzip(kNoteStoreHeader + longText)),     // cut at the 2048-byte buffer
+      SqlBlob(Gzip(kNoteStoreHeader + "short")),      // no end mark: ends at the inflated length
+      SqlBlob(Gzip(kNoteStoreHeader.substr(0, 10))),  // nothing after the header
+      SqlBlob(Gzip("")),                     // inflates to nothing: no note
+      SqlBlob(Gzip(kNoteStoreHeader + std::string("zero\0rest", 9) + kNoteStoreTrailer)),
+      SqlBlob(Gzip(kNoteStoreHeader + longText)),
       "X'00112233445566778899'",  // not gzip: the cleared buffer, no text
-      Blob(gzipBadCrc),           // fails at its end: the text is all there
+      SqlBlob(gzipBadCrc),           // fails at its end: the text is all there
   };
   std::string sql = yhtest::Schema("NoteStore.sqlite-ios17");
   for (size_t i = 0; i < blobs.size(); ++i) {

@@ -1,38 +1,13 @@
 #include "SampleData.h"
 
-#include <zlib.h>
-
 #include <ctime>
+
+#include "support/NoteStoreBody.h"
 
 namespace samples {
 namespace {
 
 constexpr int64_t kSeconds1970To2001 = 978307200;
-
-std::string Gzip(const std::string& bytes) {
-  z_stream stream{};
-  // 16 + 15 window bits: a gzip wrapper, as the note store writes.
-  deflateInit2(&stream, Z_BEST_COMPRESSION, Z_DEFLATED, 16 + 15, 8, Z_DEFAULT_STRATEGY);
-  std::string out(deflateBound(&stream, bytes.size()), '\0');
-  stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(bytes.data()));
-  stream.avail_in = static_cast<uInt>(bytes.size());
-  stream.next_out = reinterpret_cast<Bytef*>(&out[0]);
-  stream.avail_out = static_cast<uInt>(out.size());
-  deflate(&stream, Z_FINISH);
-  out.resize(stream.total_out);
-  deflateEnd(&stream);
-  return out;
-}
-
-std::string BlobLiteral(const std::string& bytes) {
-  static const char kHex[] = "0123456789ABCDEF";
-  std::string literal = "X'";
-  for (unsigned char byte : bytes) {
-    literal += kHex[byte >> 4];
-    literal += kHex[byte & 0x0F];
-  }
-  return literal + "'";
-}
 
 }  // namespace
 
@@ -96,10 +71,6 @@ std::string MediaFile(const std::string& signature, size_t size, unsigned seed) 
   return bytes;
 }
 
-std::string NoteStoreData(const std::string& text) {
-  const std::string header("\x08\x00\x12\x8A\x01\x08\x00\x10\x00\x1A\x83\x01\x12\x7F", 14);
-  const std::string trailer("\x1A\x10\x0A\x04\x08\x00\x10\x00\x10\x00\x1A\x04\x08\x00\x10\x00", 16);
-  return BlobLiteral(Gzip(header + text + trailer));
-}
+std::string NoteStoreData(const std::string& text) { return yhtest::SqlBlob(yhtest::NoteStoreBody(text)); }
 
 }  // namespace samples
