@@ -6,6 +6,7 @@
 #include "common/ColumnHelpers.h"
 #include "common/Database.h"
 #include "common/FileHelpers.h"
+#include "common/Folder.h"
 #include "common/TextHelpers.h"
 
 namespace {
@@ -32,7 +33,10 @@ ManifestDb::~ManifestDb() {
 uint32_t ManifestDb::ReadDb(const char* path) {
   backupPath_ = path;
   Database database(std::string(path) + "Manifest.db");
+  const Folder folder(backupPath_);
+  folder_ = &folder;
   const bool read = database.Exec(kFilesQuery, ManifestDbCallback, this);
+  folder_ = nullptr;
   MapPaths();
   return read ? 1 : 0;
 }
@@ -45,8 +49,10 @@ int ManifestDb::ManifestDbCallback(void* context, int, char** values, char**) {
   const std::string fileId = values[0];
   if (!StaysInBackup(fileId)) return 0;
   // substr takes what there is of a fileID shorter than two characters.
-  const std::string stored = reader->backupPath_ + fileId.substr(0, 2) + GetPathSeperatorLine() + fileId;
-  if (!VQIsFileExists(stored.c_str())) return 0;
+  const std::string stored = fileId.substr(0, 2) + GetPathSeperatorLine() + fileId;
+  const bool exists = reader->folder_ ? reader->folder_->Has(stored)
+                                      : VQIsFileExists((reader->backupPath_ + stored).c_str()) != 0;
+  if (!exists) return 0;
 
   auto record = std::make_unique<DBFileRecord>();
   record->fileID = fileId;

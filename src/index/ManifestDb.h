@@ -9,6 +9,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "common/Folder.h"
 #include "common/VqBase.h"
 #include "index/PathIndex.h"
 
@@ -72,6 +73,7 @@ class ManifestDb : public VqBase {
 
   std::string backupPath_;
   std::unique_ptr<const PathIndex> pathIndex_;
+  const Folder* folder_ = nullptr;  // the backup folder, held while the rows are read
   PathMap pathMap_;
   ContentList contentList_;
   KeyList calendarKey_;

@@ -8,6 +8,7 @@
 
 #include "common/BigEndianBitConverter.h"
 #include "common/FileHelpers.h"
+#include "common/Folder.h"
 #include "common/TextHelpers.h"
 #include "index/Sha1Name.h"
 
@@ -122,12 +123,13 @@ int32_t Mbdb::ReadMBDB(const char* path) {
       std::memcmp(signature, kSignature, sizeof kSignature) != 0) {
     return 0;
   }
+  const Folder folder(backupPath_);
   while (!AtEnd(file.get())) {
     // A truncated or unreadable record ends the reading; what was kept stays.
     RecordPtr record = ReadRecord(file.get());
     if (!record) break;
     record->storedName = MbdbStoredName(record->domain, record->path);
-    if (VQIsFileExists((backupPath_ + record->storedName).c_str())) {
+    if (folder.Has(record->storedName)) {
       Keep(record.release());
     } else {
       // Deliberate: a record whose stored file is absent is neither kept nor

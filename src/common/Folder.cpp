@@ -1,0 +1,32 @@
+#include "common/Folder.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "common/FileHelpers.h"
+
+namespace {
+
+// O_PATH holds a folder that may be searched but not listed; where it is
+// missing, a folder that cannot be opened is tested by full paths instead.
+#ifdef O_PATH
+constexpr int kHoldFlags = O_PATH | O_DIRECTORY | O_CLOEXEC;
+#else
+constexpr int kHoldFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+#endif
+
+}  // namespace
+
+Folder::Folder(const std::string& path)
+    : path_(path), handle_(!path.empty() && path.back() == '/' ? open(path.c_str(), kHoldFlags) : -1) {}
+
+Folder::~Folder() {
+  if (handle_ >= 0) close(handle_);
+}
+
+bool Folder::Has(const std::string& name) const {
+  if (handle_ < 0 || name.empty() || name.front() == '/') return VQIsFileExists((path_ + name).c_str()) != 0;
+  struct stat info;
+  return fstatat(handle_, name.c_str(), &info, 0) == 0;
+}

@@ -1,0 +1,27 @@
+#ifndef YH_COMMON_FOLDER_H
+#define YH_COMMON_FOLDER_H
+
+#include <string>
+
+// A backup folder held open while its index is read, so that each of a
+// quarter of a million existence tests resolves only the name below the
+// folder instead of walking the whole path from the root again.
+class Folder {
+ public:
+  // `path` names the folder and ends in "/". Any other text is put before
+  // each name as it stands, and the joined paths are tested.
+  explicit Folder(const std::string& path);
+  ~Folder();
+  Folder(const Folder&) = delete;
+  Folder& operator=(const Folder&) = delete;
+
+  // Whether stat() finds `name`, a path below the folder: folders and links
+  // to existing things count, as they do for VQIsFileExists.
+  bool Has(const std::string& name) const;
+
+ private:
+  std::string path_;
+  int handle_ = -1;   // -1 when the folder could not be held open
+};
+
+#endif

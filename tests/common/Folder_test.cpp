@@ -1,0 +1,76 @@
+#include "common/Folder.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <string>
+#include <vector>
+
+#include "common/FileHelpers.h"
+#include "support/BackupBuilder.h"
+
+namespace {
+
+using yhtest::TempDir;
+using yhtest::WriteFile;
+
+// Every answer of Has must be the one VQIsFileExists gives for the joined path.
+void ExpectSameAsJoinedPath(const Folder& folder, const std::string& path, const std::string& name) {
+  EXPECT_EQ(folder.Has(name), VQIsFileExists((path + name).c_str()) != 0) << path << " + " << name;
+}
+
+class FolderTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    root_ = dir_.Path();
+    mkdir((root_ + "backup").c_str(), 0755);
+    mkdir((root_ + "backup/3d").c_str(), 0755);
+    WriteFile(root_ + "backup/3d/3d0d7e", "stored");
+    WriteFile(root_ + "backup/flat", "stored");
+    WriteFile(root_ + "backupflat", "beside the folder");
+    symlink((root_ + "backup/flat").c_str(), (root_ + "backup/link").c_str());
+    symlink((root_ + "backup/nowhere").c_str(), (root_ + "backup/dangling").c_str());
+  }
+
+  TempDir dir_;
+  std::string root_;
+};
+
+TEST_F(FolderTest, FindsFilesFoldersAndLinksBelowTheFolder) {
+  const Folder folder(root_ + "backup/");
+  EXPECT_TRUE(folder.Has("flat"));
+  EXPECT_TRUE(folder.Has("3d/3d0d7e"));
+  EXPECT_TRUE(folder.Has("3d"));
+  EXPECT_TRUE(folder.Has("link"));
+  EXPECT_FALSE(folder.Has("dangling"));
+  EXPECT_FALSE(folder.Has("missing"));
+  EXPECT_FALSE(folder.Has("3d/missing"));
+}
+
+TEST_F(FolderTest, AnswersAsTheJoinedPathWouldForEveryShapeOfName) {
+  for (const std::string& path : {root_ + "backup/", root_ + "backup", root_ + "missing/", std::string()}) {
+    const Folder folder(path);
+    const std::vector<std::string> names = {"flat",    "3d/3d0d7e", "",         "/",       "../backupflat",
+                                            "..",      "missing",   "link",     "dangling", root_ + "backup/flat"};
+    for (const std::string& name : names) {
+      ExpectSameAsJoinedPath(folder, path, name);
+    }
+  }
+}
+
+TEST_F(FolderTest, APathWithoutItsFinalSlashIsJoinedAsItStands) {
+  const Folder folder(root_ + "backup");
+  EXPECT_TRUE(folder.Has("flat"));  // "backupflat", beside the folder
+  EXPECT_FALSE(folder.Has("3d/3d0d7e"));
+}
+
+TEST_F(FolderTest, AFolderThatMayBeSearchedButNotListedIsStillTested) {
+  chmod((root_ + "backup").c_str(), 0111);
+  const Folder folder(root_ + "backup/");
+  EXPECT_EQ(folder.Has("flat"), VQIsFileExists((root_ + "backup/flat").c_str()) != 0);
+  EXPECT_FALSE(folder.Has("missing"));
+  chmod((root_ + "backup").c_str(), 0755);
+}
+
+}  // namespace
