@@ -11,6 +11,7 @@
 #include "RowsInput.h"
 #include "fault/SampleBackup.h"
 #include "support/BackupBuilder.h"
+#include "support/NoteStoreBody.h"
 
 namespace {
 
@@ -63,10 +64,10 @@ void DeviceInfoSeeds(Corpus& corpus, const std::string& sampleFolder) {
 
 void NoteStoreSeeds(Corpus& corpus) {
   const std::string capacity = "\x08\x00";
-  corpus.Add(yhtest::sample::NoteStoreBody("milk, eggs") + capacity);
-  corpus.Add(yhtest::sample::NoteStoreBody(std::string(3000, 'n')) + capacity);
+  corpus.Add(yhtest::NoteStoreBody("milk, eggs") + capacity);
+  corpus.Add(yhtest::NoteStoreBody(std::string(3000, 'n')) + capacity);
   corpus.Add(std::string("\x78\x9c\x4b\x04\x00\x00\x62\x00\x62", 9) + capacity);  // zlib, not gzip
-  corpus.Add(yhtest::sample::NoteStoreBody("cut short").substr(0, 20) + capacity);
+  corpus.Add(yhtest::NoteStoreBody("cut short").substr(0, 20) + capacity);
 }
 
 void SafariHistorySeeds(Corpus& corpus) {
