@@ -4,7 +4,6 @@
 
 #include <map>
 #include <optional>
-#include <random>
 #include <string>
 #include <utility>
 #include <vector>
@@ -13,6 +12,7 @@
 #include "kinds/KindFixture.h"
 #include "kinds/SourceFiles.h"
 #include "support/BackupBuilder.h"
+#include "support/RandomPaths.h"
 
 namespace yhtest {
 namespace {
@@ -68,23 +68,12 @@ std::pair<std::string, uint64_t> FirstNonEmpty(Search search) {
   return {path, size};
 }
 
-const char* const kPieces[] = {"1.m4a",        "11.m4a",        "Media",     "Recordings", "DCIM", "100APPLE",
-                               "IMG_0001.JPG", "IMG_00011.JPG", "PhotoData", "Sync",       "a",    "0001"};
-const size_t kPieceCount = sizeof kPieces / sizeof *kPieces;
 const char* const kDomains[] = {"MediaDomain", "CameraRollDomain", "HomeDomain"};
 
-class RandomBackup {
+// Random backups over the shared random paths.
+class RandomBackup : public RandomPaths {
  public:
-  explicit RandomBackup(unsigned seed) : engine_(seed) {}
-
-  size_t Below(size_t n) { return std::uniform_int_distribution<size_t>(0, n - 1)(engine_); }
-
-  std::string Path() {
-    std::string path;
-    for (size_t level = 0, depth = Below(4); level <= depth; ++level)
-      path += (level ? "/" : "") + std::string(kPieces[Below(kPieceCount)]);
-    return path;
-  }
+  using RandomPaths::RandomPaths;
 
   // Files (many of them empty), the same path under several domains,
   // folders and files missing from the backup.
@@ -115,25 +104,7 @@ class RandomBackup {
     return builder;
   }
 
-  std::string Needle(const std::vector<std::string>& paths) {
-    switch (Below(4)) {
-      case 0:
-        return kPieces[Below(kPieceCount)];
-      case 1:
-        return paths.empty() ? std::string() : paths[Below(paths.size())];
-      case 2: {
-        if (paths.empty()) return std::string();
-        const std::string& path = paths[Below(paths.size())];
-        const size_t from = Below(path.size() + 1);
-        return path.substr(from, Below(path.size() - from + 1));
-      }
-      default:
-        return std::string();
-    }
-  }
-
  private:
-  std::mt19937 engine_;
   std::map<std::string, size_t> used_;
 };
 
