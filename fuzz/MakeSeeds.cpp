@@ -10,6 +10,7 @@
 #include "RowTargets.h"
 #include "RowsInput.h"
 #include "fault/SampleBackup.h"
+#include "support/AttributedBodyBlob.h"
 #include "support/BackupBuilder.h"
 #include "support/NoteStoreBody.h"
 
@@ -82,6 +83,14 @@ void SafariHistorySeeds(Corpus& corpus) {
   plist_to_bin_free(binary);
   plist_free(root);
   corpus.Add("\x01 grown");
+}
+
+void AttributedBodySeeds(Corpus& corpus) {
+  corpus.Add(yhtest::AttributedBodyBlob("Sorry, I can\u2019t hear you \U0001F60E"));
+  corpus.Add(yhtest::AttributedBodyBlob("\uFFFC\nphoto"));
+  corpus.Add(yhtest::AttributedBodyBlob(std::string(300, 'x')));
+  corpus.Add(yhtest::AttributedBodyBlob(""));
+  corpus.Add(yhtest::kAttributedBodyHead + yhtest::TypedStreamInteger(40000) + "cut short");
 }
 
 yhfuzz::Value ValueOf(const std::string& literal) {
@@ -163,6 +172,8 @@ int main(int argc, char** argv) {
   NoteStoreSeeds(noteStore);
   Corpus safariHistory(out, "SafariHistory");
   SafariHistorySeeds(safariHistory);
+  Corpus attributedBody(out, "AttributedBody");
+  AttributedBodySeeds(attributedBody);
   Corpus rows(out, "Rows");
   RowsSeeds(rows);
   return 0;
