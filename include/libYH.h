@@ -100,6 +100,38 @@ YH_EXPORT void FreeiDeviceBackupService(void* table);
  * Free the list with the table's FreeBackupDevice. */
 YH_EXPORT BackupDevice* GetBackupDeviceListAt(const char* folder);
 
+/* Results of DecryptBackup. */
+typedef enum YHBackupKeyResult {
+  YHUnlocked = 0,          /* done */
+  YHWrongPassword = 1,
+  YHNotEncrypted = 2,      /* nothing to unlock: read it as it is */
+  YHKeyBagDamaged = 3,     /* Manifest.plist, its key bag or a class key is missing or damaged */
+  YHNoBackup = 4,          /* DecryptBackup: no readable index in the folder */
+  YHOutputNotEmpty = 5,    /* DecryptBackup: `out` exists and is not an empty folder */
+  YHWriteFailed = 6,       /* DecryptBackup: the copy could not be written */
+  YHDecryptedWithGaps = 7  /* DecryptBackup: done, but some stored files were missing or damaged */
+} YHBackupKeyResult;
+
+/* What DecryptBackup reports after each file. `skipped` is NULL, or the
+ * stored name of a file that was missing or could not be decrypted. */
+typedef struct YHDecryptProgress {
+  uint64_t bytesDone;
+  uint64_t bytesTotal;
+  uint32_t filesDone;
+  uint32_t filesTotal;
+  const char* skipped;
+} YHDecryptProgress;
+typedef void (*YHDecryptProgressCallback)(const YHDecryptProgress* progress, void* userData);
+
+/* Writes a plain copy of the encrypted backup folder `backup` into `out`
+ * (which must be missing or an empty folder): Manifest.plist saying it is
+ * not encrypted, the decrypted index and every stored file at its usual
+ * place. Files are written under a temporary name and renamed when whole; the
+ * index and Manifest.plist come last. A wrong password writes nothing.
+ * `progress` may be NULL. Returns a YHBackupKeyResult. */
+YH_EXPORT int32_t DecryptBackup(const char* backup, const char* out, const char* password,
+                                YHDecryptProgressCallback progress, void* userData);
+
 #ifdef __cplusplus
 }
 #endif

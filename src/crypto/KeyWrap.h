@@ -1,0 +1,15 @@
+#ifndef YH_CRYPTO_KEYWRAP_H
+#define YH_CRYPTO_KEYWRAP_H
+
+#include <string_view>
+
+#include "crypto/SecureBytes.h"
+
+// RFC 3394 AES key unwrap through libgcrypt. Empty when the integrity check
+// fails (a wrong key or damaged bytes) or the sizes do not fit.
+SecureBytes UnwrapKey(const SecureBytes& keyEncryptionKey, std::string_view wrapped);
+
+// The reverse, for writers of test backups.
+std::string WrapKey(const SecureBytes& keyEncryptionKey, const SecureBytes& key);
+
+#endif
