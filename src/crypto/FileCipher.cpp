@@ -113,12 +113,3 @@ FileCipherResult DecryptFileTo(const SecureBytes& key, const std::string& source
   *written = total + keep;
   return FileCipherResult::Done;
 }
-
-std::string EncryptBytes(const SecureBytes& key, const std::string& plain) {
-  Cipher cipher = OpenCbc(key);
-  if (!cipher) return std::string();
-  const size_t pad = kBlock - plain.size() % kBlock;
-  std::string text = plain + std::string(pad, static_cast<char>(pad));
-  if (gcry_cipher_encrypt(cipher.get(), text.data(), text.size(), nullptr, 0) != 0) return std::string();
-  return text;
-}

@@ -29,7 +29,4 @@ enum class Padding {
 FileCipherResult DecryptFileTo(const SecureBytes& key, const std::string& source, int output, Padding padding,
                                uint64_t* written);
 
-// The reverse, for writers of test backups: padded ciphertext of `plain`.
-std::string EncryptBytes(const SecureBytes& key, const std::string& plain);
-
 #endif

@@ -47,13 +47,3 @@ SecureBytes UnwrapKey(const SecureBytes& keyEncryptionKey, std::string_view wrap
   std::copy(output.Data(), output.Data() + key.Size(), key.Data());
   return key;
 }
-
-std::string WrapKey(const SecureBytes& keyEncryptionKey, const SecureBytes& key) {
-  Cipher cipher = OpenWrap(keyEncryptionKey);
-  if (!cipher || key.Size() < 16 || key.Size() % 8 != 0) return std::string();
-  std::string wrapped(key.Size() + 8, '\0');
-  if (gcry_cipher_encrypt(cipher.get(), wrapped.data(), wrapped.size(), key.Data(), key.Size()) != 0) {
-    return std::string();
-  }
-  return wrapped;
-}

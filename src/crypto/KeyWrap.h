@@ -9,7 +9,4 @@
 // fails (a wrong key or damaged bytes) or the sizes do not fit.
 SecureBytes UnwrapKey(const SecureBytes& keyEncryptionKey, std::string_view wrapped);
 
-// The reverse, for writers of test backups.
-std::string WrapKey(const SecureBytes& keyEncryptionKey, const SecureBytes& key);
-
 #endif

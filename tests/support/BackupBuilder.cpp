@@ -4,6 +4,8 @@
 
 #include <filesystem>
 
+#include "support/NoteStoreBody.h"
+
 namespace yhtest {
 namespace {
 
@@ -117,6 +119,11 @@ BackupBuilder& BackupBuilder::AddMissingFile(const std::string& domain, const st
   return *this;
 }
 
+BackupBuilder& BackupBuilder::Encrypt(const Encryption& encryption) {
+  encryption_ = encryption;
+  return *this;
+}
+
 std::string BackupBuilder::Write(const std::string& folder) const {
   std::string root = folder;
   if (root.empty() || root.back() != '/') root += '/';
@@ -127,15 +134,41 @@ std::string BackupBuilder::Write(const std::string& folder) const {
   } else {
     WritePlist(root + "Info.plist", ToDictionary(info_), false);
   }
+  WritePlist(root + "Status.plist", StatusPlist(), true);
+  WriteStoredFiles(root);
+  if (encryption_) {
+    WriteEncrypted(root);
+    return root;
+  }
+  WriteManifestPlist(root, nullptr);
+  if (kind_ == IndexKind::Mbdb) {
+    WriteFile(root + "Manifest.mbdb", MbdbIndex(root, {}));
+  } else {
+    WriteDatabase(root + "Manifest.db", ManifestDbIndex(root, {}));
+  }
+  return root;
+}
+
+void BackupBuilder::WriteManifestPlist(const std::string& root, const BackupEncryptor* encryptor) const {
   if (rawManifest_) {
     WriteRawOrSkip(root + "Manifest.plist", rawManifestBytes_);
-  } else {
-    plist_t manifest = ToDictionary(manifest_);
-    if (!lockdown_.empty()) plist_dict_set_item(manifest, "Lockdown", ToDictionary(lockdown_));
-    WritePlist(root + "Manifest.plist", manifest, true);
+    return;
   }
-  WritePlist(root + "Status.plist", StatusPlist(), true);
+  plist_t manifest = ToDictionary(manifest_);
+  if (!lockdown_.empty()) plist_dict_set_item(manifest, "Lockdown", ToDictionary(lockdown_));
+  if (encryptor) {
+    const std::string bag = encryptor->KeyBag();
+    plist_dict_set_item(manifest, "IsEncrypted", plist_new_bool(1));
+    plist_dict_set_item(manifest, "BackupKeyBag", plist_new_data(bag.data(), bag.size()));
+    if (kind_ == IndexKind::ManifestDb) {
+      const std::string key = encryptor->ManifestKeyEntry();
+      plist_dict_set_item(manifest, "ManifestKey", plist_new_data(key.data(), key.size()));
+    }
+  }
+  WritePlist(root + "Manifest.plist", manifest, true);
+}
 
+void BackupBuilder::WriteStoredFiles(const std::string& root) const {
   for (const Entry& entry : entries_) {
     if (!entry.present || entry.isDirectory) continue;
     const std::string stored = root + StoredPath(entry.domain, entry.relativePath);
@@ -147,12 +180,29 @@ std::string BackupBuilder::Write(const std::string& folder) const {
       WriteFile(stored, entry.contents);
     }
   }
-  if (kind_ == IndexKind::Mbdb) {
-    WriteFile(root + "Manifest.mbdb", MbdbIndex(root));
-  } else {
-    WriteDatabase(root + "Manifest.db", ManifestDbIndex());
+}
+
+// The index is made from the plain files (it records their sizes), then
+// every stored file and Manifest.db are replaced by their ciphertext.
+void BackupBuilder::WriteEncrypted(const std::string& root) const {
+  const BackupEncryptor encryptor(*encryption_);
+  WriteManifestPlist(root, &encryptor);
+  StoredKeys stored;
+  std::map<size_t, std::string> fileKeys;
+  for (size_t i = 0; i < entries_.size(); ++i) {
+    if (entries_[i].isDirectory) continue;
+    fileKeys[i] = encryptor.NewFileKey(BackupEncryptor::kFileClass, &stored[i]);
   }
-  return root;
+  if (kind_ == IndexKind::Mbdb) {
+    WriteFile(root + "Manifest.mbdb", MbdbIndex(root, stored));
+  } else {
+    WriteDatabase(root + "Manifest.db", ManifestDbIndex(root, stored));
+    BackupEncryptor::EncryptFile(root + "Manifest.db", encryptor.ManifestKey());
+  }
+  for (const auto& [index, key] : fileKeys) {
+    const Entry& entry = entries_[index];
+    if (entry.present) BackupEncryptor::EncryptFile(root + StoredPath(entry.domain, entry.relativePath), key);
+  }
 }
 
 std::string BackupBuilder::StoredPath(const std::string& domain, const std::string& relativePath) const {
@@ -183,11 +233,16 @@ plist_t BackupBuilder::ToDictionary(const std::vector<PlistValue>& values) {
 }
 
 // Stored files must be written first: a record carries its file's real size.
-std::string BackupBuilder::MbdbIndex(const std::string& root) const {
+std::string BackupBuilder::MbdbIndex(const std::string& root, const StoredKeys& keys) const {
   std::string bytes = MbdbSignature();
   uint64_t inode = 1000;
-  for (const Entry& entry : entries_) {
+  for (size_t i = 0; i < entries_.size(); ++i) {
+    const Entry& entry = entries_[i];
     MbdbRecord record;
+    if (const auto key = keys.find(i); key != keys.end()) {
+      record.encryptionKey = key->second;
+      record.protectionClass = BackupEncryptor::kFileClass;
+    }
     record.domain = entry.domain;
     record.path = entry.relativePath;
     record.mode = entry.isDirectory ? kFolderMode : kFileMode;
@@ -202,13 +257,21 @@ std::string BackupBuilder::MbdbIndex(const std::string& root) const {
   return bytes;
 }
 
-std::string BackupBuilder::ManifestDbIndex() const {
+std::string BackupBuilder::ManifestDbIndex(const std::string& root, const StoredKeys& keys) const {
   // One transaction: a large index is written in seconds, not minutes.
   std::string sql = Schema("Manifest.db-ios14") + "BEGIN;\n";
-  for (const Entry& entry : entries_) {
-    char* row = sqlite3_mprintf("INSERT INTO Files (fileID, domain, relativePath, flags) VALUES (%Q, %Q, %Q, %d);\n",
+  for (size_t i = 0; i < entries_.size(); ++i) {
+    const Entry& entry = entries_[i];
+    std::string file = "NULL";
+    if (const auto key = keys.find(i); key != keys.end()) {
+      const std::string stored = root + StoredPath(entry.domain, entry.relativePath);
+      const uint64_t size = entry.present ? std::filesystem::file_size(stored) : 0;
+      file = SqlBlob(ArchivedMBFile(entry.relativePath, key->second, BackupEncryptor::kFileClass, size));
+    }
+    char* row = sqlite3_mprintf("INSERT INTO Files (fileID, domain, relativePath, flags, file) VALUES (%Q, %Q, %Q, %d, %s);\n",
                                 FileId(entry.domain, entry.relativePath).c_str(), entry.domain.c_str(),
-                                entry.relativePath.c_str(), entry.isDirectory ? kFolderFlags : kFileFlags);
+                                entry.relativePath.c_str(), entry.isDirectory ? kFolderFlags : kFileFlags,
+                                file.c_str());
     sql += row;
     sqlite3_free(row);
   }

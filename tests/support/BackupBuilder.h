@@ -4,9 +4,13 @@
 #include <plist/plist.h>
 
 #include <cstdint>
+#include <map>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "support/BackupEncryptor.h"
 
 namespace yhtest {
 
@@ -44,6 +48,11 @@ class BackupBuilder {
   BackupBuilder& AddDirectory(const std::string& domain, const std::string& relativePath);
   BackupBuilder& AddMissingFile(const std::string& domain, const std::string& relativePath);
 
+  // Writes an encrypted backup: Manifest.plist gets IsEncrypted, the key bag
+  // and (Manifest.db) the ManifestKey; every file record its wrapped key;
+  // stored files and Manifest.db are written encrypted.
+  BackupBuilder& Encrypt(const Encryption& encryption);
+
   // Writes the backup into `folder` (created) and returns its path ending in "/".
   std::string Write(const std::string& folder) const;
 
@@ -72,8 +81,13 @@ class BackupBuilder {
   };
 
   static plist_t ToDictionary(const std::vector<PlistValue>& values);
-  std::string MbdbIndex(const std::string& root) const;
-  std::string ManifestDbIndex() const;
+  // The stored key of each file entry, by entry position.
+  using StoredKeys = std::map<size_t, std::string>;
+  std::string MbdbIndex(const std::string& root, const StoredKeys& keys) const;
+  std::string ManifestDbIndex(const std::string& root, const StoredKeys& keys) const;
+  void WriteStoredFiles(const std::string& root) const;
+  void WriteEncrypted(const std::string& root) const;
+  void WriteManifestPlist(const std::string& root, const BackupEncryptor* encryptor) const;
 
   IndexKind kind_;
   std::vector<PlistValue> info_;
@@ -84,6 +98,7 @@ class BackupBuilder {
   std::string rawInfoBytes_;
   std::string rawManifestBytes_;
   std::vector<Entry> entries_;
+  std::optional<Encryption> encryption_;
 };
 
 // The text of tests/schemas/<name>.sql (full CREATE statements of a real device database).
@@ -121,6 +136,8 @@ void WriteSparseFile(const std::string& path, uint64_t size);
 void WriteDatabase(const std::string& path, const std::string& sql);
 // Lower-case hexadecimal SHA-1 of the bytes.
 std::string Sha1Hex(const std::string& bytes);
+// Lower-case hexadecimal SHA-256 of the bytes.
+std::string Sha256Hex(const std::string& bytes);
 
 // A fresh folder under the system's temporary folder, removed with its contents.
 class TempDir {

@@ -1,6 +1,5 @@
 #include "support/CanonicalPlist.h"
 
-#include <gcrypt.h>
 #include <plist/plist.h>
 
 #include <cstdio>
@@ -142,12 +141,6 @@ std::string Dump(plist_t node) {
 }
 
 }  // namespace
-
-std::string Sha256Hex(const std::string& bytes) {
-  unsigned char digest[32];
-  gcry_md_hash_buffer(GCRY_MD_SHA256, digest, bytes.data(), bytes.size());
-  return Hex(digest, sizeof digest);
-}
 
 std::string CanonicalPlistJson(const std::string& bytes) {
   plist_t root = nullptr;

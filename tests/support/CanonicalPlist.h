@@ -5,9 +5,6 @@
 
 namespace yhtest {
 
-// Lower-case hex SHA-256 of the bytes.
-std::string Sha256Hex(const std::string& bytes);
-
 // The published form the independent decryption hashed property lists in:
 // JSON text with sorted keys, ", " and ": " separators and UTF-8 left as it
 // is, of a tree where a date is "date:" + ISO 8601 in whole seconds, data

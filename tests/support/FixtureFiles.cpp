@@ -136,9 +136,11 @@ void WriteDatabase(const std::string& path, const std::string& sql) {
   run(statement);  // an unfinished statement is reported; comments do nothing
 }
 
-std::string Sha1Hex(const std::string& bytes) {
-  unsigned char digest[20];
-  gcry_md_hash_buffer(GCRY_MD_SHA1, digest, bytes.data(), bytes.size());
+namespace {
+
+std::string DigestHex(int algorithm, const std::string& bytes) {
+  std::string digest(gcry_md_get_algo_dlen(algorithm), '\0');
+  gcry_md_hash_buffer(algorithm, digest.data(), bytes.data(), bytes.size());
   std::string hex;
   char pair[3];
   for (unsigned char byte : digest) {
@@ -147,5 +149,11 @@ std::string Sha1Hex(const std::string& bytes) {
   }
   return hex;
 }
+
+}  // namespace
+
+std::string Sha1Hex(const std::string& bytes) { return DigestHex(GCRY_MD_SHA1, bytes); }
+
+std::string Sha256Hex(const std::string& bytes) { return DigestHex(GCRY_MD_SHA256, bytes); }
 
 }  // namespace yhtest
