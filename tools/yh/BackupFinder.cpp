@@ -116,6 +116,10 @@ DeviceList ListBackups(const Library& library, const std::string& root) {
   return list;
 }
 
+FoundBackup LocateBackup(const Library& library, const std::string& name, const std::string& root) {
+  return Find(library, name, root);
+}
+
 FoundBackup FindBackup(const Library& library, const std::string& name, const std::string& root) {
   FoundBackup found = Find(library, name, root);
   ReadIndex(library, *found.device);

@@ -24,6 +24,9 @@ DeviceList ListBackups(const Library& library, const std::string& root);
 // and why when there is none or its index cannot be read.
 FoundBackup FindBackup(const Library& library, const std::string& name, const std::string& root);
 
+// The same backup, its index not read.
+FoundBackup LocateBackup(const Library& library, const std::string& name, const std::string& root);
+
 }  // namespace yh
 
 #endif

@@ -28,11 +28,19 @@ struct ExportOptions {
   std::string root;
 };
 
+struct DecryptOptions {
+  std::string backup;
+  std::string out;
+  std::string root;
+  std::string passwordFile;
+};
+
 // Each writes its result to `out` and returns the exit code; a command that
 // cannot be done throws Failure.
 int RunList(const ListOptions& options, std::ostream& out);
 int RunShow(const ShowOptions& options, std::ostream& out);
 int RunExport(const ExportOptions& options, std::ostream& out);
+int RunDecrypt(const DecryptOptions& options, std::ostream& out);
 
 }  // namespace yh
 

@@ -17,6 +17,8 @@ class Progress {
   Progress& operator=(const Progress&) = delete;
 
   void Show(const std::string& kind, size_t done, size_t total, uint64_t bytes);
+  // Any one line in place of the last.
+  void Line(const std::string& text);
   // Ends the line, so that later messages start on their own.
   void Finish();
 

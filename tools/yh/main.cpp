@@ -19,6 +19,8 @@ constexpr int kUsage = 2;
 
 const char kRootHelp[] =
     "Folder that holds the backups (default: MobileSync/Backup in the user's Application Support folder)";
+const char kPasswordHelp[] =
+    "File whose first line is the password of an encrypted backup (else YH_BACKUP_PASSWORD, else asked for)";
 const char kBackupHelp[] =
     "A backup folder's path, or a folder name, a unique prefix of one or a device name found under the root";
 
@@ -100,6 +102,16 @@ int main(int argc, char** argv) {
       ->check(KindCheck());
   exportCommand->add_option("--root", exported.root, kRootHelp)->type_name("DIR");
 
+  yh::DecryptOptions decrypt;
+  CLI::App* decryptCommand =
+      app.add_subcommand("decrypt", "Write a plain copy of an encrypted backup, which any program that reads backups reads");
+  decryptCommand->add_option("BACKUP", decrypt.backup, kBackupHelp)->required();
+  decryptCommand->add_option("--out", decrypt.out, "Folder to write the copy into (must be missing or empty)")
+      ->required()
+      ->type_name("DIR");
+  decryptCommand->add_option("--root", decrypt.root, kRootHelp)->type_name("DIR");
+  decryptCommand->add_option("--password-file", decrypt.passwordFile, kPasswordHelp)->type_name("FILE");
+
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -109,6 +121,7 @@ int main(int argc, char** argv) {
   try {
     if (*listCommand) return yh::RunList(list, std::cout);
     if (*showCommand) return yh::RunShow(show, std::cout);
+    if (*decryptCommand) return yh::RunDecrypt(decrypt, std::cout);
     return yh::RunExport(exported, std::cout);
   } catch (const std::exception& error) {
     std::cout.flush();

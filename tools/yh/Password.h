@@ -1,0 +1,20 @@
+#ifndef YH_TOOL_PASSWORD_H
+#define YH_TOOL_PASSWORD_H
+
+#include <string>
+
+namespace yh {
+
+// The password of an encrypted backup: the first line of `passwordFile` when
+// one is given, else the YH_BACKUP_PASSWORD environment variable, else asked
+// for on the terminal without echo. Throws Failure when there is none to
+// be had (no terminal) or the file cannot be read. `backup` names the
+// backup in the prompt and the messages.
+std::string BackupPassword(const std::string& passwordFile, const std::string& backup);
+
+// Overwrites the text before it is released.
+void Wipe(std::string* text);
+
+}  // namespace yh
+
+#endif
