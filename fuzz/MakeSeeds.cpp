@@ -153,6 +153,20 @@ void RowsSeeds(Corpus& corpus) {
   }
 }
 
+// Key bags of both generations, an MBFile archive and an encrypted
+// Manifest.mbdb, each behind the byte that chooses its reader.
+void KeyBagSeeds(Corpus& corpus, const std::string& scratch) {
+  for (uint32_t sha256Iterations : {0u, 2u}) {
+    corpus.Add('\0' + yhtest::BackupEncryptor({"password", 2, sha256Iterations}).KeyBag());
+  }
+  std::string stored;
+  yhtest::BackupEncryptor({"password", 1, 1}).NewFileKey(yhtest::BackupEncryptor::kFileClass, &stored);
+  corpus.Add('\1' + yhtest::ArchivedMBFile("Library/SMS/sms.db", stored, yhtest::BackupEncryptor::kFileClass, 4096));
+  const std::string mbdb =
+      yhtest::sample::Builder(IndexKind::Mbdb).Encrypt({"password", 1, 0}).Write(scratch + "encrypted");
+  corpus.Add('\2' + ReadBytes(mbdb + "Manifest.mbdb"));
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -174,6 +188,8 @@ int main(int argc, char** argv) {
   SafariHistorySeeds(safariHistory);
   Corpus attributedBody(out, "AttributedBody");
   AttributedBodySeeds(attributedBody);
+  Corpus keyBag(out, "KeyBag");
+  KeyBagSeeds(keyBag, scratch.Path());
   Corpus rows(out, "Rows");
   RowsSeeds(rows);
   return 0;
