@@ -46,6 +46,13 @@ Database::Statement::Statement(Database& db, const char* sql) {
 
 Database::Statement::~Statement() { sqlite3_finalize(stmt_); }
 
+bool Database::Statement::BindText(int parameter, const std::string& text) {
+  if (!stmt_) return false;
+  sqlite3_reset(stmt_);
+  return sqlite3_bind_text(stmt_, parameter, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT) ==
+         SQLITE_OK;
+}
+
 bool Database::Statement::Step() { return stmt_ && sqlite3_step(stmt_) == SQLITE_ROW; }
 
 const char* Database::Statement::Text(int column) const {

@@ -35,6 +35,9 @@ class Database {
     Statement(const Statement&) = delete;
     Statement& operator=(const Statement&) = delete;
     bool IsValid() const { return stmt_ != nullptr; }
+    // Binds a text to the 1-based parameter and rewinds the statement, so
+    // that one prepared lookup serves many values.
+    bool BindText(int parameter, const std::string& text);
     bool Step();  // true while a row is ready
     const char* Text(int column) const;
     const void* Blob(int column) const;
