@@ -1,25 +1,12 @@
 #include "BackupFinder.h"
 #include "Commands.h"
+#include "DeviceJson.h"
 #include "Flatten.h"
 #include "PlistJson.h"
 #include "TextTable.h"
 
 namespace yh {
 namespace {
-
-Json DeviceJson(const BackupDevice& device) {
-  return {{"folder", FolderName(device)},
-          {"path", Text(device.backupPath)},
-          {"deviceName", Text(device.deviceName)},
-          {"productName", Text(device.productName)},
-          {"productType", Text(device.productType)},
-          {"productVersion", Text(device.productVersion)},
-          {"serialNumber", Text(device.serialNumber)},
-          {"uniqueIdentifier", Text(device.uniqueIdentifier)},
-          {"lastBackupDate", Text(device.lastBackupDate)},
-          {"encrypted", device.isEncrypted != 0},
-          {"index", IndexName(device)}};
-}
 
 std::vector<std::string> DeviceRow(const BackupDevice& device) {
   return {FolderName(device),
