@@ -9,9 +9,10 @@ namespace yh {
 // Writes every byte; throws Failure naming `what` when writing fails.
 void WriteAll(int fd, const std::string& bytes, const std::string& what);
 
-// Copies what is left of `from` into `to` and returns the bytes copied;
-// throws Failure naming `what` when reading or writing fails.
-uint64_t CopyAll(int from, int to, const std::string& what);
+// Copies the whole regular file `from` into the empty file `to`, leaving its
+// holes unwritten, and returns its size; throws Failure naming `what` when
+// reading or writing fails.
+uint64_t CopyFile(int from, int to, const std::string& what);
 
 }  // namespace yh
 

@@ -2,18 +2,30 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <iostream>
 
 namespace yh {
+namespace {
+
+constexpr size_t kBarWidth = 24;
+// Redrawing for every file would cost more than copying small ones.
+constexpr std::chrono::milliseconds kRedraw{100};
+
+}  // namespace
 
 Progress::Progress() : shown_(::isatty(STDERR_FILENO) == 1) {}
 
 Progress::~Progress() { Finish(); }
 
-void Progress::Show(const std::string& kind, size_t done, size_t total, uint64_t bytes) {
+void Progress::Show(const std::string& task, size_t done, size_t total, const std::string& detail) {
   if (!shown_) return;
-  Line("copying " + kind + ": " + std::to_string(done) + "/" + std::to_string(total) + " files, " +
-       std::to_string(bytes) + " bytes");
+  const auto now = std::chrono::steady_clock::now();
+  if (open_ && done < total && now - drawn_ < kRedraw) return;
+  drawn_ = now;
+  const size_t filled = total ? kBarWidth * std::min(done, total) / total : kBarWidth;
+  Line(task + " [" + std::string(filled, '#') + std::string(kBarWidth - filled, '-') + "] " + std::to_string(done) +
+       "/" + std::to_string(total) + " " + detail);
 }
 
 void Progress::Line(const std::string& text) {

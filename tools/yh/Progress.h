@@ -1,14 +1,14 @@
 #ifndef YH_TOOL_PROGRESS_H
 #define YH_TOOL_PROGRESS_H
 
+#include <chrono>
 #include <cstddef>
-#include <cstdint>
 #include <string>
 
 namespace yh {
 
-// One line of copy progress on standard error, redrawn in place; shown only
-// when standard error is a terminal.
+// One line of progress on standard error, redrawn in place; shown only when
+// standard error is a terminal.
 class Progress {
  public:
   Progress();
@@ -16,7 +16,9 @@ class Progress {
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
 
-  void Show(const std::string& kind, size_t done, size_t total, uint64_t bytes);
+  // "TASK [####----] DONE/TOTAL DETAIL", redrawn at most ten times a second
+  // until the last.
+  void Show(const std::string& task, size_t done, size_t total, const std::string& detail);
   // Any one line in place of the last.
   void Line(const std::string& text);
   // Ends the line, so that later messages start on their own.
@@ -25,6 +27,7 @@ class Progress {
  private:
   bool shown_;
   bool open_ = false;
+  std::chrono::steady_clock::time_point drawn_;
 };
 
 }  // namespace yh
