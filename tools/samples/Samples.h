@@ -14,6 +14,10 @@ void WriteIPhone5Backup(const std::string& backups);
 // An iPhone 12 on iOS 15, backed up in 2023: a Manifest.db index.
 void WriteIPhone12Backup(const std::string& backups);
 
+// A backup whose texts and file names are markup, script, quotes, entities,
+// javascript: addresses and control characters, for the report's safety tests.
+void WriteHostileBackup(const std::string& backups);
+
 }  // namespace samples
 
 #endif

@@ -1,4 +1,6 @@
-// Writes the sample backups that the README runs yh on.
+// Writes the sample backups that the README runs yh on into
+// FOLDER/MobileSync/Backup, and the hostile backup of the report's tests into
+// FOLDER/hostile.
 #include <filesystem>
 #include <iostream>
 
@@ -14,5 +16,8 @@ int main(int argc, char** argv) {
   std::filesystem::remove_all(backups);
   samples::WriteIPhone5Backup(backups.string());
   samples::WriteIPhone12Backup(backups.string());
+  const std::filesystem::path hostile = std::filesystem::path(argv[1]) / "hostile";
+  std::filesystem::remove_all(hostile);
+  samples::WriteHostileBackup(hostile.string());
   return 0;
 }

@@ -35,12 +35,20 @@ struct DecryptOptions {
   std::string passwordFile;
 };
 
+struct ReportOptions {
+  std::string backup;
+  std::string out;
+  std::vector<std::string> kinds{kAllKinds};
+  std::string root;
+};
+
 // Each writes its result to `out` and returns the exit code; a command that
 // cannot be done throws Failure.
 int RunList(const ListOptions& options, std::ostream& out);
 int RunShow(const ShowOptions& options, std::ostream& out);
 int RunExport(const ExportOptions& options, std::ostream& out);
 int RunDecrypt(const DecryptOptions& options, std::ostream& out);
+int RunReport(const ReportOptions& options, std::ostream& out);
 
 }  // namespace yh
 

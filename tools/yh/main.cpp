@@ -61,7 +61,7 @@ int ParseFailed(const CLI::App& app, const CLI::ParseError& error) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  CLI::App app{"Lists the iPhone and iPad backups kept on this computer, shows what they hold and exports it.", "yh"};
+  CLI::App app{"Lists the iPhone and iPad backups kept on this computer, shows what they hold, exports it and writes reports.", "yh"};
   app.set_version_flag("--version", std::string("yh ") + YH_VERSION);
   app.require_subcommand(1);
   app.footer("Kinds: " + yh::KindNames() +
@@ -112,6 +112,19 @@ int main(int argc, char** argv) {
   decryptCommand->add_option("--root", decrypt.root, kRootHelp)->type_name("DIR");
   decryptCommand->add_option("--password-file", decrypt.passwordFile, kPasswordHelp)->type_name("FILE");
 
+  yh::ReportOptions report;
+  CLI::App* reportCommand = app.add_subcommand(
+      "report", "Write an HTML report to browse from disk: conversations, photos and tables of every kind");
+  reportCommand->add_option("BACKUP", report.backup, kBackupHelp)->required();
+  reportCommand->add_option("--out", report.out, "Folder to write into: new or empty; open its index.html")
+      ->required()
+      ->type_name("DIR");
+  reportCommand->add_option("--kinds", report.kinds, "Comma-separated kinds (default: all)")
+      ->type_name("LIST")
+      ->delimiter(',')
+      ->check(KindCheck());
+  reportCommand->add_option("--root", report.root, kRootHelp)->type_name("DIR");
+
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -122,6 +135,7 @@ int main(int argc, char** argv) {
     if (*listCommand) return yh::RunList(list, std::cout);
     if (*showCommand) return yh::RunShow(show, std::cout);
     if (*decryptCommand) return yh::RunDecrypt(decrypt, std::cout);
+    if (*reportCommand) return yh::RunReport(report, std::cout);
     return yh::RunExport(exported, std::cout);
   } catch (const std::exception& error) {
     std::cout.flush();

@@ -1,0 +1,282 @@
+// Opens reports that yh writes in Debian's Chromium (headless, from disk, with
+// every request off the disk refused) and uses them as a person would.
+// Environment: YH (the yh program), YH_SAMPLES (the sample backups' folder),
+// YH_HOSTILE (the hostile backup), YH_MANY (a folder holding one benchmark
+// backup), YH_REPORT_OUT (a folder for reports and
+// screenshots), CHROMIUM (default /usr/bin/chromium).
+import {after, before, describe, test} from 'node:test';
+import assert from 'node:assert/strict';
+import {execFileSync} from 'node:child_process';
+import fs from 'node:fs';
+import path from 'node:path';
+import {pathToFileURL} from 'node:url';
+import {chromium} from 'playwright-core';
+
+const yh = process.env.YH;
+const out = process.env.YH_REPORT_OUT;
+const env = {...process.env, TZ: 'UTC'};
+// Tables and lists draw at most this many rows at a time.
+const MOST_ROWS = 500;
+
+let browser;
+
+before(async () => {
+  browser = await chromium.launch({executablePath: process.env.CHROMIUM || '/usr/bin/chromium',
+    chromiumSandbox: false});
+});
+
+after(async () => {
+  await browser?.close();
+});
+
+function writeReport(name, backup, ...options) {
+  const folder = path.join(out, name);
+  fs.rmSync(folder, {recursive: true, force: true});
+  execFileSync(yh, ['report', backup, '--out', folder, ...options], {env, stdio: ['ignore', 'pipe', 'pipe']});
+  return folder;
+}
+
+// The records of each kind as yh show counts them (messages: every message).
+function counts(backup, ...options) {
+  const all = JSON.parse(execFileSync(yh, ['show', backup, 'all', ...options], {env, maxBuffer: 1 << 30}));
+  const result = {};
+  for (const [kind, records] of Object.entries(all)) {
+    result[kind] = kind === 'messages'
+      ? (records || []).reduce((sum, chat) => sum + chat.message.length, 0)
+      : (records || []).length;
+  }
+  return result;
+}
+
+// A page of the report with every console message, page error and request
+// that leaves the disk kept for the checks.
+async function open(folder) {
+  const page = await browser.newPage({viewport: {width: 1200, height: 900}});
+  const problems = [];
+  page.on('console', (message) => {
+    if (message.type() === 'error' || message.type() === 'warning') problems.push(message.text());
+  });
+  page.on('pageerror', (error) => problems.push(String(error)));
+  await page.route('**/*', (route) => {
+    if (route.request().url().startsWith('file:')) return route.continue();
+    problems.push('request off the disk: ' + route.request().url());
+    return route.abort();
+  });
+  await page.goto(pathToFileURL(path.join(folder, 'index.html')).href);
+  await page.waitForSelector('#kinds');
+  return {page, problems};
+}
+
+async function cardCounts(page) {
+  return page.$$eval('#kinds .card', (cards) => Object.fromEntries(
+      cards.map((card) => [card.dataset.kind, Number(card.querySelector('.count').textContent)])));
+}
+
+async function go(page, hash, selector) {
+  await page.evaluate((target) => { location.hash = target; }, hash);
+  await page.waitForSelector(selector);
+}
+
+async function columnTexts(page, column) {
+  return page.$$eval(`#table tbody tr td:nth-child(${column})`, (cells) => cells.map((cell) => cell.textContent));
+}
+
+async function rowCount(page) {
+  return page.$$eval('tr, li, figure, .bubble', (nodes) => nodes.length);
+}
+
+describe('the report of a Manifest.db sample', () => {
+  const backup = "Ada's iPhone";
+  const root = ['--root', process.env.YH_SAMPLES];
+  let folder;
+  let page;
+  let problems;
+
+  before(async () => {
+    folder = writeReport('ada', backup, ...root);
+    ({page, problems} = await open(folder));
+  });
+
+  after(async () => {
+    await page.close();
+  });
+
+  test('shows the device and the count of every kind, as yh show has them', async () => {
+    assert.deepEqual(await cardCounts(page), counts(backup, ...root));
+    const facts = await page.$eval('.facts', (list) => list.textContent);
+    assert.match(facts, /Ada’s iPhone/);
+    assert.match(facts, /iOS version15\.8/);
+    assert.match(facts, /Backup date2023-09-12 08:41:17/);
+    await page.screenshot({path: path.join(out, 'overview.png')});
+  });
+
+  test('lists the conversations and shows one as bubbles on both sides', async () => {
+    await go(page, '#kind/messages', '#threads li');
+    const names = await page.$$eval('#threads .name', (nodes) => nodes.map((node) => node.textContent));
+    assert.deepEqual(names, ['Mary Somerville', 'Charles Babbage']);
+    await page.click('#threads li:first-child a');
+    await page.waitForSelector('#bubbles .bubble');
+    assert.equal(await page.$$eval('#bubbles .bubble.sent', (nodes) => nodes.length), 1);
+    assert.equal(await page.$$eval('#bubbles .bubble.received', (nodes) => nodes.length), 2);
+    const first = await page.$eval('#bubbles .bubble', (node) => node.textContent);
+    assert.match(first, /Did you see the comet last night\?2023-09-11 07:30:05/);
+    assert.equal(await page.$$eval('#bubbles a.attachment', (nodes) => nodes.length), 1);
+    await page.screenshot({path: path.join(out, 'thread.png')});
+  });
+
+  test('sorts a table by any column, both ways', async () => {
+    await go(page, '#kind/calls', '#table tbody tr');
+    await page.click('#table th[data-key="name"] button');
+    assert.deepEqual(await columnTexts(page, 1), ['', 'Alan Turing', 'Charles Babbage', 'Mary Somerville']);
+    await page.click('#table th[data-key="duration"] button');
+    await page.click('#table th[data-key="duration"] button');
+    assert.equal(await page.$eval('#table th[data-key="duration"]', (th) => th.getAttribute('aria-sort')),
+        'descending');
+    assert.deepEqual(await columnTexts(page, 5), ['00:25:20', '00:12:14', '00:01:35', '00:00:00']);
+  });
+
+  test('filters a table with its search box', async () => {
+    await go(page, '#kind/contacts', '#table tbody tr');
+    await page.fill('#search', 'bletchley');
+    await page.waitForFunction(() => document.querySelectorAll('#table tbody tr').length === 1);
+    assert.deepEqual(await columnTexts(page, 1), ['Alan Turing']);
+    await page.fill('#search', '');
+    await page.waitForFunction(() => document.querySelectorAll('#table tbody tr').length === 3);
+  });
+
+  test('gives each voice memo an audio element with its copied file', async () => {
+    await go(page, '#kind/recordings', '#table audio');
+    const sources = await page.$$eval('#table audio', (nodes) => nodes.map((node) => node.getAttribute('src')));
+    assert.equal(sources.length, 2);
+    for (const source of sources) assert.ok(fs.existsSync(path.join(folder, decodeURIComponent(source))), source);
+  });
+
+  test('shows the photos as a grid of the copied files', async () => {
+    await go(page, '#kind/camera-photos', '#grid figure');
+    const links = await page.$$eval('#grid figure a', (nodes) => nodes.map((node) => node.getAttribute('href')));
+    assert.deepEqual(links, ['media/camera-photos/IMG_0415.HEIC', 'media/camera-photos/IMG_0416.HEIC',
+      'media/camera-photos/IMG_0417.JPG']);
+    // The sample's stand-in files are no pictures: each shows as a tile named by its extension.
+    const tiles = await page.$$eval('#grid figure a', (nodes) => nodes.map((node) => node.textContent));
+    assert.deepEqual(tiles, ['HEIC', 'HEIC', 'JPG']);
+  });
+
+  test('ran with no console error and nothing fetched off the disk', () => {
+    assert.deepEqual(problems, []);
+  });
+});
+
+describe('the report of a Manifest.mbdb sample', () => {
+  test('opens every page and counts what yh show counts', async () => {
+    const backup = "Grace's iPhone";
+    const root = ['--root', process.env.YH_SAMPLES];
+    const {page, problems} = await open(writeReport('grace', backup, ...root));
+    assert.deepEqual(await cardCounts(page), counts(backup, ...root));
+    for (const kind of Object.keys(await cardCounts(page))) {
+      await go(page, '#kind/' + kind, '#table, #threads, #grid');
+    }
+    await go(page, '#thread/0', '#bubbles .bubble');
+    assert.deepEqual(problems, []);
+    await page.close();
+  });
+
+  test('keeps to the kinds asked for', async () => {
+    const {page} = await open(writeReport('grace-calls', "Grace's iPhone", '--root', process.env.YH_SAMPLES,
+        '--kinds', 'calls,camera-photos'));
+    assert.deepEqual(Object.keys(await cardCounts(page)), ['calls', 'camera-photos']);
+    await page.close();
+  });
+});
+
+describe('the report of a hostile backup', () => {
+  let folder;
+  let page;
+  let problems;
+
+  before(async () => {
+    folder = writeReport('hostile', process.env.YH_HOSTILE);
+    ({page, problems} = await open(folder));
+  });
+
+  after(async () => {
+    await page.close();
+  });
+
+  // Every page and conversation, then what no text of the backup may do.
+  async function visitAll() {
+    const kinds = Object.keys(await cardCounts(page));
+    for (const kind of kinds) await go(page, '#kind/' + kind, '#table, #threads, #grid');
+    await go(page, '#kind/messages', '#threads li');
+    const threads = await page.$$eval('#threads li', (nodes) => nodes.length);
+    for (let i = 0; i < threads; ++i) await go(page, '#thread/' + i, '#bubbles .bubble');
+    return kinds;
+  }
+
+  test('shows markup, quotes, entities and control characters as text', async () => {
+    const device = await page.$eval('h1', (node) => node.textContent);
+    assert.equal(device, '<img src=x onerror="window.pwned=2"> & <script>window.pwned=1</script>');
+    await go(page, '#thread/0', '#bubbles .bubble');
+    const texts = await page.$$eval('#bubbles .bubble p', (nodes) => nodes.map((node) => node.textContent));
+    assert.deepEqual(texts.slice(0, 4), ['<script>window.pwned=1</script>', '</script><script>window.pwned=3</script>',
+      '"><svg onload="window.pwned=4">\'', '&lt;b&gt;bold&lt;/b&gt; &amp; &#x3C;i&#x3E; &quot;']);
+    // Control characters show as their symbols; the line separators stay text.
+    assert.equal(texts[4], 'bell␇ escape␛[31m tab\t nul-free ␁␡ line\u2028para\u2029end');
+    await page.screenshot({path: path.join(out, 'hostile-thread.png')});
+  });
+
+  test('links only http(s) addresses and copied files', async () => {
+    await go(page, '#kind/safari', '#table tbody tr');
+    const links = await page.$$eval('#table a', (nodes) => nodes.map((node) => node.getAttribute('href')));
+    assert.deepEqual(links, ['https://example.com/search?q="><script>window.pwned=10</script>&x=<b>']);
+    const addresses = await columnTexts(page, 2);
+    assert.ok(addresses.includes('javascript:window.pwned=5'));
+    await visitAll();
+    await go(page, '#kind/camera-photos', '#grid figure');
+    await page.waitForFunction(() => [...document.images].every((image) => image.complete));
+    const files = await page.$$eval('#grid a', (nodes) => nodes.map((node) => node.getAttribute('href')));
+    assert.deepEqual(files, ['media/camera-photos/%22%3E%3Cimg%20src%3Dx%20onerror%3Dwindow.pwned%3D6%3E.JPG',
+      'media/camera-photos/Sunset.BMP', 'media/camera-photos/a%23b%3Fc%3D%252e%252e.BMP']);
+    for (const file of files) assert.ok(fs.existsSync(path.join(folder, decodeURIComponent(file))), file);
+    // The two real pictures load; the stand-in JPEG shows as a tile.
+    assert.equal(await page.$$eval('#grid img[loading="lazy"]',
+        (nodes) => nodes.filter((node) => node.naturalWidth > 0).length), 2);
+    await page.screenshot({path: path.join(out, 'photos.png')});
+  });
+
+  test('runs no script of the data anywhere', async () => {
+    await visitAll();
+    assert.equal(await page.evaluate(() => window.pwned), undefined);
+    assert.equal(await page.$$eval('script', (nodes) => nodes.filter((node) => !node.src).length), 0);
+    const hrefs = await page.$$eval('[href], [src]', (nodes) =>
+      nodes.map((node) => node.getAttribute('href') || node.getAttribute('src')));
+    for (const href of hrefs) assert.match(href, /^(https?:\/\/|#|media\/|data\/|assets\/)/, href);
+    assert.deepEqual(problems, []);
+  });
+
+  test('writes nothing outside its folder and no file the page does not name', () => {
+    const names = fs.readdirSync(folder).sort();
+    assert.deepEqual(names, ['assets', 'data', 'index.html', 'media']);
+  });
+});
+
+describe('a report of many records', () => {
+  test('draws only a page of rows at a time', async () => {
+    const backups = process.env.YH_MANY;
+    const folder = writeReport('many', path.join(backups, fs.readdirSync(backups)[0]));
+    const {page, problems} = await open(folder);
+    const cards = await cardCounts(page);
+    assert.ok(cards.messages > 2 * MOST_ROWS, JSON.stringify(cards));
+    assert.ok(await rowCount(page) < MOST_ROWS);
+    for (const kind of Object.keys(cards)) {
+      await go(page, '#kind/' + kind, '#table, #threads, #grid');
+      assert.ok(await rowCount(page) <= MOST_ROWS, kind);
+    }
+    await go(page, '#kind/calls', '#table tbody tr');
+    await page.click('.pager button:last-child');
+    await page.waitForFunction(() => document.querySelector('.pager .position').textContent.startsWith('251–'));
+    await go(page, '#thread/0', '#bubbles .bubble');
+    assert.ok(await rowCount(page) <= MOST_ROWS);
+    assert.deepEqual(problems, []);
+    await page.close();
+  });
+});

@@ -1,0 +1,150 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <set>
+#include <string>
+
+#include "Kinds.h"
+#include "PageFiles.h"
+#include "YhRun.h"
+#include "support/BackupBuilder.h"
+#include "support/TreeSnapshot.h"
+
+namespace yhtool {
+namespace {
+
+namespace fs = std::filesystem;
+using nlohmann::ordered_json;
+
+const char* const kSamples[] = {kOldSample, kNewSample};
+
+// Every file below a folder, relative to it.
+std::set<std::string> Files(const std::string& folder) {
+  std::set<std::string> names;
+  for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+    if (entry.is_regular_file()) names.insert(fs::relative(entry.path(), folder).string());
+  }
+  return names;
+}
+
+// The data a data script hands to the page under `name`.
+ordered_json Data(const std::string& path, const std::string& name) {
+  const std::string text = ReadFile(path);
+  const std::string head = "yhData(\"" + name + "\", ";
+  EXPECT_EQ(text.compare(0, head.size(), head), 0) << text.substr(0, 80);
+  EXPECT_EQ(text.substr(text.size() - 3), ");\n");
+  return ordered_json::parse(text.substr(head.size(), text.size() - head.size() - 3));
+}
+
+class YhReport : public ::testing::Test {
+ protected:
+  YhResult Report(const char* sample, const std::vector<std::string>& more = {}) {
+    std::vector<std::string> args{"report", sample, "--root", Samples(), "--out", out_};
+    args.insert(args.end(), more.begin(), more.end());
+    return Yh(args);
+  }
+
+  ordered_json Shown(const char* sample, const std::string& kind) {
+    return ordered_json::parse(Yh({"show", sample, kind, "--root", Samples()}).out);
+  }
+
+  yhtest::TempDir dir_;
+  const std::string out_ = dir_.Path() + "report";
+};
+
+TEST_F(YhReport, WritesThePageAndEachKindsAnswerAsData) {
+  for (const char* sample : kSamples) {
+    SCOPED_TRACE(sample);
+    fs::remove_all(out_);
+    const std::string backup = Samples() + "/" + sample;
+    const std::string before = yhtest::SnapshotTree(backup);
+    const YhResult run = Report(sample);
+    ASSERT_EQ(run.code, 0) << run.err;
+    EXPECT_TRUE(Contains(run.out, "/report/index.html\n"));
+    EXPECT_EQ(yhtest::SnapshotTree(backup), before) << "the backup is left as it was";
+
+    for (const yh::PageFile& file : yh::PageFiles()) {
+      const std::string name = file.name == std::string("index.html") ? "index.html" : std::string("assets/") + file.name;
+      EXPECT_EQ(ReadFile(out_ + "/" + name), file.bytes) << name;
+    }
+    for (const yh::Kind& kind : yh::Kinds()) {
+      SCOPED_TRACE(kind.name);
+      const ordered_json data = Data(out_ + "/data/" + kind.name + ".js", kind.name);
+      ordered_json shown = Shown(sample, kind.name);
+      if (shown.is_null()) shown = ordered_json::array();
+      if (kind.name != "messages") {
+        EXPECT_EQ(data["records"], shown);
+        continue;
+      }
+      ASSERT_EQ(data["threads"].size(), shown.size());
+      for (size_t i = 0; i < shown.size(); ++i) {
+        const ordered_json& thread = data["threads"][i];
+        EXPECT_EQ(thread["data"], "thread-" + std::to_string(i + 1));
+        EXPECT_EQ(thread["count"], shown[i]["message"].size());
+        EXPECT_EQ(thread["last"], shown[i]["message"].back());
+        EXPECT_EQ(thread["another"], shown[i]["another"]);
+        EXPECT_FALSE(thread.contains("message"));
+        EXPECT_EQ(Data(out_ + "/data/thread-" + std::to_string(i + 1) + ".js", thread["data"]), shown[i]);
+      }
+    }
+  }
+}
+
+TEST_F(YhReport, CopiesTheMediaAsTheExportDoesAndNamesEachCopy) {
+  const YhResult run = Report(kNewSample);
+  ASSERT_EQ(run.code, 0) << run.err;
+  const std::string exported = dir_.Path() + "export";
+  ASSERT_EQ(Yh({"export", kNewSample, "--root", Samples(), "--out", exported}).code, 0);
+  EXPECT_EQ(Files(out_ + "/media"), Files(exported + "/media"));
+  for (const std::string& kind : {"attachments", "recordings", "camera-photos", "other-photos"}) {
+    const ordered_json data = Data(out_ + "/data/" + kind + ".js", kind);
+    ASSERT_EQ(data["files"].size(), data["records"].size()) << kind;
+    for (const ordered_json& name : data["files"]) {
+      const std::string copy = "media/" + kind + "/" + name.get<std::string>();
+      EXPECT_EQ(ReadFile(out_ + "/" + copy), ReadFile(exported + "/" + copy)) << copy;
+    }
+  }
+}
+
+TEST_F(YhReport, TellsTheDeviceAndWhatEachKindAdded) {
+  ASSERT_EQ(Report(kNewSample).code, 0);
+  const ordered_json overview = Data(out_ + "/data/overview.js", "overview");
+  EXPECT_EQ(overview["device"]["deviceName"], "Ada’s iPhone");
+  EXPECT_EQ(overview["device"]["productVersion"], "15.8");
+  EXPECT_EQ(overview["device"]["lastBackupDate"], "2023-09-12 08:41:17");
+  EXPECT_FALSE(overview["device"].contains("path"));
+  ASSERT_EQ(overview["kinds"].size(), yh::Kinds().size());
+  EXPECT_EQ(overview["kinds"][2],
+            ordered_json::parse(R"({"name":"messages","records":2,"files":0,"skipped":0,"messages":5})"));
+  EXPECT_EQ(overview["kinds"][9],
+            ordered_json::parse(R"({"name":"camera-photos","records":3,"files":3,"skipped":0,"messages":null})"));
+}
+
+TEST_F(YhReport, WritesOnlyTheKindsAskedFor) {
+  ASSERT_EQ(Report(kOldSample, {"--kinds", "calls,9"}).code, 0);
+  std::set<std::string> data;
+  for (const auto& entry : fs::directory_iterator(out_ + "/data")) data.insert(entry.path().filename().string());
+  EXPECT_EQ(data, (std::set<std::string>{"calls.js", "camera-photos.js", "overview.js"}));
+  EXPECT_EQ(Data(out_ + "/data/overview.js", "overview")["kinds"].size(), 2U);
+}
+
+TEST_F(YhReport, NeedsAFolderOfItsOwn) {
+  yhtest::WriteFile(out_ + "/notes.txt", "mine");
+  const YhResult run = Report(kOldSample);
+  EXPECT_EQ(run.code, 1);
+  EXPECT_TRUE(Contains(run.err, "is not an empty folder"));
+  EXPECT_EQ(Files(out_), (std::set<std::string>{"notes.txt"}));
+}
+
+TEST_F(YhReport, NeverWritesIntoTheBackup) {
+  const std::string backup = Samples() + "/" + kOldSample;
+  const std::string before = yhtest::SnapshotTree(backup);
+  const YhResult run = Yh({"report", backup, "--out", backup + "/report"});
+  EXPECT_EQ(run.code, 1);
+  EXPECT_TRUE(Contains(run.err, "lies inside the backup"));
+  EXPECT_EQ(yhtest::SnapshotTree(backup), before);
+}
+
+}  // namespace
+}  // namespace yhtool
