@@ -35,12 +35,8 @@ struct DecryptOptions {
   std::string passwordFile;
 };
 
-struct ReportOptions {
-  std::string backup;
-  std::string out;
-  std::vector<std::string> kinds{kAllKinds};
-  std::string root;
-};
+// yh report takes what yh export takes.
+using ReportOptions = ExportOptions;
 
 // Each writes its result to `out` and returns the exit code; a command that
 // cannot be done throws Failure.

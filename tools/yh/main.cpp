@@ -45,6 +45,17 @@ CLI::Validator FormatCheck(const std::map<std::string, Format>& formats, const s
       "", "format");
 }
 
+// The options of the commands that write a backup's kinds into a folder.
+void AddWriteOptions(CLI::App& command, yh::ExportOptions& options, const std::string& outHelp) {
+  command.add_option("BACKUP", options.backup, kBackupHelp)->required();
+  command.add_option("--out", options.out, outHelp)->required()->type_name("DIR");
+  command.add_option("--kinds", options.kinds, "Comma-separated kinds (default: all)")
+      ->type_name("LIST")
+      ->delimiter(',')
+      ->check(KindCheck());
+  command.add_option("--root", options.root, kRootHelp)->type_name("DIR");
+}
+
 // Errors print the message and the usage of the command at fault; --help
 // and --version are no errors.
 int ParseFailed(const CLI::App& app, const CLI::ParseError& error) {
@@ -92,15 +103,7 @@ int main(int argc, char** argv) {
   yh::ExportOptions exported;
   CLI::App* exportCommand =
       app.add_subcommand("export", "Write each kind as JSON and CSV, and copies of the media files, into a folder");
-  exportCommand->add_option("BACKUP", exported.backup, kBackupHelp)->required();
-  exportCommand->add_option("--out", exported.out, "Folder to write into (made when missing)")
-      ->required()
-      ->type_name("DIR");
-  exportCommand->add_option("--kinds", exported.kinds, "Comma-separated kinds (default: all)")
-      ->type_name("LIST")
-      ->delimiter(',')
-      ->check(KindCheck());
-  exportCommand->add_option("--root", exported.root, kRootHelp)->type_name("DIR");
+  AddWriteOptions(*exportCommand, exported, "Folder to write into (made when missing)");
 
   yh::DecryptOptions decrypt;
   CLI::App* decryptCommand =
@@ -115,15 +118,7 @@ int main(int argc, char** argv) {
   yh::ReportOptions report;
   CLI::App* reportCommand = app.add_subcommand(
       "report", "Write an HTML report to browse from disk: conversations, photos and tables of every kind");
-  reportCommand->add_option("BACKUP", report.backup, kBackupHelp)->required();
-  reportCommand->add_option("--out", report.out, "Folder to write into: new or empty; open its index.html")
-      ->required()
-      ->type_name("DIR");
-  reportCommand->add_option("--kinds", report.kinds, "Comma-separated kinds (default: all)")
-      ->type_name("LIST")
-      ->delimiter(',')
-      ->check(KindCheck());
-  reportCommand->add_option("--root", report.root, kRootHelp)->type_name("DIR");
+  AddWriteOptions(*reportCommand, report, "Folder to write into: new or empty; open its index.html");
 
   try {
     app.parse(argc, argv);
