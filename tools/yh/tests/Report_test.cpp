@@ -97,7 +97,7 @@ TEST_F(YhReport, CopiesTheMediaAsTheExportDoesAndNamesEachCopy) {
   const std::string exported = dir_.Path() + "export";
   ASSERT_EQ(Yh({"export", kNewSample, "--root", Samples(), "--out", exported}).code, 0);
   EXPECT_EQ(Files(out_ + "/media"), Files(exported + "/media"));
-  for (const std::string& kind : {"attachments", "recordings", "camera-photos", "other-photos"}) {
+  for (const std::string kind : {"attachments", "recordings", "camera-photos", "other-photos"}) {
     const ordered_json data = Data(out_ + "/data/" + kind + ".js", kind);
     ASSERT_EQ(data["files"].size(), data["records"].size()) << kind;
     for (const ordered_json& name : data["files"]) {
