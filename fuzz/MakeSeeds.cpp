@@ -19,13 +19,6 @@ namespace {
 namespace fs = std::filesystem;
 using yhtest::IndexKind;
 
-std::string ReadBytes(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream bytes;
-  bytes << in.rdbuf();
-  return bytes.str();
-}
-
 class Corpus {
  public:
   Corpus(const std::string& folder, const std::string& harness) : folder_(folder + "/" + harness + "/") {
@@ -43,7 +36,7 @@ std::string Length2(size_t length) {
 }
 
 void MbdbSeeds(Corpus& corpus, const std::string& sampleFolder) {
-  corpus.Add(ReadBytes(sampleFolder + "Manifest.mbdb"));
+  corpus.Add(yhtest::ReadBytes(sampleFolder + "Manifest.mbdb"));
   corpus.Add(yhtest::MbdbSignature());
   yhtest::MbdbRecord record;
   record.domain = "HomeDomain";
@@ -56,8 +49,8 @@ void MbdbSeeds(Corpus& corpus, const std::string& sampleFolder) {
 }
 
 void DeviceInfoSeeds(Corpus& corpus, const std::string& sampleFolder) {
-  const std::string info = ReadBytes(sampleFolder + "Info.plist");
-  const std::string manifest = ReadBytes(sampleFolder + "Manifest.plist");
+  const std::string info = yhtest::ReadBytes(sampleFolder + "Info.plist");
+  const std::string manifest = yhtest::ReadBytes(sampleFolder + "Manifest.plist");
   corpus.Add(std::string(1, '\0') + Length2(info.size()) + info + manifest);
   corpus.Add(std::string(1, '\0') + Length2(0) + manifest);
   corpus.Add("\x01 structured");
@@ -164,7 +157,7 @@ void KeyBagSeeds(Corpus& corpus, const std::string& scratch) {
   corpus.Add('\1' + yhtest::ArchivedMBFile("Library/SMS/sms.db", stored, yhtest::BackupEncryptor::kFileClass, 4096));
   const std::string mbdb =
       yhtest::sample::Builder(IndexKind::Mbdb).Encrypt({"password", 1, 0}).Write(scratch + "encrypted");
-  corpus.Add('\2' + ReadBytes(mbdb + "Manifest.mbdb"));
+  corpus.Add('\2' + yhtest::ReadBytes(mbdb + "Manifest.mbdb"));
 }
 
 }  // namespace

@@ -8,20 +8,17 @@
 #include <cerrno>
 #include <cstdio>
 
-namespace {
-
-bool WriteAll(int fd, const char* data, size_t size) {
+bool WriteAll(int fd, const void* data, size_t size) {
+  const char* bytes = static_cast<const char*>(data);
   while (size > 0) {
-    const ssize_t put = write(fd, data, size);
+    const ssize_t put = write(fd, bytes, size);
     if (put < 0 && errno == EINTR) continue;
     if (put <= 0) return false;
-    data += put;
+    bytes += put;
     size -= static_cast<size_t>(put);
   }
   return true;
 }
-
-}  // namespace
 
 bool WriteAtomically(const std::string& path, const std::function<bool(int fd)>& fill) {
   const std::string partial = path + ".partial";

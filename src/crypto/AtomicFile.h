@@ -1,8 +1,12 @@
 #ifndef YH_CRYPTO_ATOMICFILE_H
 #define YH_CRYPTO_ATOMICFILE_H
 
+#include <cstddef>
 #include <functional>
 #include <string>
+
+// Writes every byte, going on after short writes; false on an error.
+bool WriteAll(int fd, const void* data, size_t size);
 
 // Writes `path` under a temporary name beside it (".partial" appended) and
 // renames it into place only when `fill` succeeds, so that an interrupted run

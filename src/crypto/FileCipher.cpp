@@ -9,6 +9,7 @@
 #include <memory>
 #include <vector>
 
+#include "crypto/AtomicFile.h"
 #include "crypto/Gcrypt.h"
 
 namespace {
@@ -55,17 +56,6 @@ ssize_t ReadFull(int fd, unsigned char* buffer, size_t size) {
   return static_cast<ssize_t>(done);
 }
 
-bool WriteFull(int fd, const unsigned char* buffer, size_t size) {
-  while (size > 0) {
-    const ssize_t put = write(fd, buffer, size);
-    if (put < 0 && errno == EINTR) continue;
-    if (put <= 0) return false;
-    buffer += put;
-    size -= static_cast<size_t>(put);
-  }
-  return true;
-}
-
 // Bytes of valid PKCS#7 padding at the end of the last block, or 0.
 size_t PaddingOf(const unsigned char* end) {
   const unsigned char count = end[-1];
@@ -110,7 +100,7 @@ FileCipherResult DecryptFileTo(const SecureBytes& key, const std::string& source
     if (gcry_cipher_decrypt(cipher.get(), buffer.data() + held, size - held, nullptr, 0) != 0) {
       return FileCipherResult::Damaged;
     }
-    if (!WriteFull(output, buffer.data(), ready)) return FileCipherResult::WriteFailed;
+    if (!WriteAll(output, buffer.data(), ready)) return FileCipherResult::WriteFailed;
     total += ready;
     std::copy(buffer.data() + ready, buffer.data() + size, buffer.data());
     held = kBlock;
@@ -118,7 +108,7 @@ FileCipherResult DecryptFileTo(const SecureBytes& key, const std::string& source
   if (held == 0) return FileCipherResult::Damaged;
   size_t keep = kBlock - PaddingOf(buffer.data() + kBlock);
   if (padding == Padding::StripToPages && (total + keep) % 512 != 0) keep = kBlock;
-  if (!WriteFull(output, buffer.data(), keep)) return FileCipherResult::WriteFailed;
+  if (!WriteAll(output, buffer.data(), keep)) return FileCipherResult::WriteFailed;
   *written = total + keep;
   return FileCipherResult::Done;
 }

@@ -15,13 +15,6 @@
 
 namespace {
 
-std::string ReadBytes(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream bytes;
-  bytes << in.rdbuf();
-  return bytes.str();
-}
-
 struct Skipped {
   std::set<std::string> names;
   uint32_t calls = 0;
@@ -77,7 +70,7 @@ TEST_F(RealIos9Decryption, GivesThePublishedHashOfEveryFile) {
   for (const auto& [name, file] : expected["files"].items()) {
     const std::string kind = file["kind"];
     if (kind == "skip") continue;
-    const std::string bytes = ReadBytes(Plain() + file["fileID"].get<std::string>());
+    const std::string bytes = yhtest::ReadBytes(Plain() + file["fileID"].get<std::string>());
     if (kind == "bytes") {
       EXPECT_EQ(yhtest::Sha256Hex(bytes), file["sha256"]) << name;
       EXPECT_EQ(bytes.size(), file["size"].get<size_t>()) << name;
@@ -121,13 +114,13 @@ TEST(RealDecryption, RefusesAFolderThatIsNotEmpty) {
   yhtest::WriteFile(out.Path() + "keep.txt", "mine");
   EXPECT_EQ(DecryptBackup(yhtest::RealTinyMbdb().c_str(), out.Path().c_str(), "0000", nullptr, nullptr),
             YHOutputNotEmpty);
-  EXPECT_EQ(ReadBytes(out.Path() + "keep.txt"), "mine");
+  EXPECT_EQ(yhtest::ReadBytes(out.Path() + "keep.txt"), "mine");
 }
 
 TEST(RealDecryption, TheSmallMbdbBackupGivesItsOneFile) {
   yhtest::TempDir out;
   ASSERT_EQ(DecryptBackup(yhtest::RealTinyMbdb().c_str(), out.Path().c_str(), "0000", nullptr, nullptr), YHUnlocked);
-  EXPECT_EQ(ReadBytes(out.Path() + "5727bd1c5fa1055e15d8b4a75a74793c84b5ffdc"), "Test data");
+  EXPECT_EQ(yhtest::ReadBytes(out.Path() + "5727bd1c5fa1055e15d8b4a75a74793c84b5ffdc"), "Test data");
 }
 
 // The one backup of ten million iterations in the default run.
@@ -135,8 +128,8 @@ TEST(RealDecryption, TheSmallManifestDbBackupGivesItsOneFile) {
   yhtest::TempDir out;
   ASSERT_EQ(DecryptBackup(yhtest::RealTinyManifestDb().c_str(), out.Path().c_str(), "0000", nullptr, nullptr),
             YHUnlocked);
-  EXPECT_EQ(ReadBytes(out.Path() + "57/5727bd1c5fa1055e15d8b4a75a74793c84b5ffdc"), "Test data");
-  EXPECT_EQ(ReadBytes(out.Path() + "Manifest.db").size(), 8192u);
+  EXPECT_EQ(yhtest::ReadBytes(out.Path() + "57/5727bd1c5fa1055e15d8b4a75a74793c84b5ffdc"), "Test data");
+  EXPECT_EQ(yhtest::ReadBytes(out.Path() + "Manifest.db").size(), 8192u);
   BackupDevice* list = GetBackupDeviceListAt(out.Path().c_str());
   ASSERT_NE(list, nullptr);
   EXPECT_EQ(list->isEncrypted, 0u);

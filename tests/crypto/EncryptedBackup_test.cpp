@@ -14,13 +14,6 @@ namespace {
 
 using yhtest::IndexKind;
 
-std::string ReadBytes(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream bytes;
-  bytes << in.rdbuf();
-  return bytes.str();
-}
-
 const char kContacts[] = "Library/AddressBook/AddressBook.sqlitedb";
 
 class InPlace : public ::testing::TestWithParam<IndexKind> {
@@ -51,7 +44,7 @@ TEST_P(InPlace, DecryptsAStoredFileOnceIntoThePrivateFolder) {
   const std::string copy = encrypted_->StoredFileCopy(Stored(kContacts), KeyOf(kContacts));
   ASSERT_FALSE(copy.empty());
   EXPECT_EQ(copy.rfind(root_.Path() + "private/", 0), 0u);
-  EXPECT_EQ(ReadBytes(copy), ReadBytes(plain_ + Stored(kContacts)));
+  EXPECT_EQ(yhtest::ReadBytes(copy), yhtest::ReadBytes(plain_ + Stored(kContacts)));
   EXPECT_EQ(encrypted_->StoredFileCopy(Stored(kContacts), std::nullopt), copy);
   EXPECT_EQ(yhtest::SnapshotTree(backup_), before);
 }

@@ -14,13 +14,6 @@ namespace {
 
 using yhtest::IndexKind;
 
-std::string ReadBytes(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream bytes;
-  bytes << in.rdbuf();
-  return bytes.str();
-}
-
 void CollectSkipped(const YHDecryptProgress* progress, void* user) {
   if (progress->skipped) static_cast<std::vector<std::string>*>(user)->push_back(progress->skipped);
 }
@@ -28,7 +21,7 @@ void CollectSkipped(const YHDecryptProgress* progress, void* user) {
 // Changes one data value of Manifest.plist.
 void EditManifestData(const std::string& backup, const char* key, void (*edit)(std::string*)) {
   const std::string path = backup + "Manifest.plist";
-  const std::string bytes = ReadBytes(path);
+  const std::string bytes = yhtest::ReadBytes(path);
   plist_t manifest = nullptr;
   plist_from_bin(bytes.data(), static_cast<uint32_t>(bytes.size()), &manifest);
   char* data = nullptr;
@@ -93,7 +86,7 @@ TEST_P(EncryptedDamage, AMissingKeyBagIsDamaged) {
 
 TEST_P(EncryptedDamage, ACutStoredFileIsSkippedAndTheRestDecrypted) {
   const std::string stored = backup_ + Stored(kContacts);
-  const std::string bytes = ReadBytes(stored);
+  const std::string bytes = yhtest::ReadBytes(stored);
   yhtest::WriteFile(stored, bytes.substr(0, bytes.size() - 5));
   EXPECT_EQ(Decrypt(), YHDecryptedWithGaps);
   EXPECT_EQ(OtherSkipped(), std::vector<std::string>{Stored(kContacts)});
@@ -109,7 +102,7 @@ INSTANTIATE_TEST_SUITE_P(BothIndexes, EncryptedDamage, ::testing::Values(IndexKi
 
 // Rewrites one record of a Manifest.mbdb with another key field.
 void RekeyMbdbRecord(const std::string& backup, const std::string& path, void (*edit)(std::string*)) {
-  const std::string index = ReadBytes(backup + "Manifest.mbdb");
+  const std::string index = yhtest::ReadBytes(backup + "Manifest.mbdb");
   auto entries = ReadMbdbEntries(index);
   ASSERT_TRUE(entries);
   std::string out = index.substr(0, 6);

@@ -128,6 +128,8 @@ struct MbdbRecord {
 // The six bytes a Manifest.mbdb begins with: "mbdb" 0x05 0x00.
 std::string MbdbSignature();
 
+// The bytes of a file; "" when it cannot be read.
+std::string ReadBytes(const std::string& path);
 // Creates the folders above path, then writes the bytes.
 void WriteFile(const std::string& path, const std::string& bytes);
 // Creates the folders above path and a file of `size` zero bytes there without writing them.

@@ -21,15 +21,11 @@ namespace fs = std::filesystem;
 
 using yhtest::BackupBuilder;
 using yhtest::IndexKind;
+using yhtest::ReadBytes;
 using yhtest::TempDir;
 
 // printf '%s' 'HomeDomain-Library/SMS/sms.db' | sha1sum
 constexpr char kSmsId[] = "3d0d7e5fb2ce288813306e4d4636395e047a3d28";
-
-std::string ReadBytes(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
 
 using PlistPtr = std::unique_ptr<void, void (*)(plist_t)>;
 

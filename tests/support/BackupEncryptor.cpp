@@ -50,13 +50,6 @@ gcry_cipher_hd_t Open(int mode, const std::string& key) {
   return handle;
 }
 
-std::string ReadAll(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream bytes;
-  bytes << in.rdbuf();
-  return bytes.str();
-}
-
 }  // namespace
 
 BackupEncryptor::BackupEncryptor(const Encryption& encryption) {
@@ -111,7 +104,7 @@ std::string BackupEncryptor::Encrypt(const std::string& key, const std::string& 
 }
 
 void BackupEncryptor::EncryptFile(const std::string& path, const std::string& key) {
-  WriteFile(path, Encrypt(key, ReadAll(path)));
+  WriteFile(path, Encrypt(key, ReadBytes(path)));
 }
 
 // $objects: "$null", the MBFile, the key's NSData, the two class names.

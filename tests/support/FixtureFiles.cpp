@@ -85,6 +85,13 @@ std::string Schema(const std::string& name) {
   return text.str();
 }
 
+std::string ReadBytes(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::ostringstream bytes;
+  bytes << in.rdbuf();
+  return bytes.str();
+}
+
 void WriteFile(const std::string& path, const std::string& bytes) {
   CreateParentFolders(path);
   std::ofstream out(path, std::ios::binary | std::ios::trunc);
