@@ -15,6 +15,16 @@
 #include <stdint.h>
 #include <plist/plist.h>
 
+/* The library's version, the one place it is kept: the build reads it from
+ * here, and the shared object's SONAME carries the major number. */
+#define LIBYH_VERSION_MAJOR 0
+#define LIBYH_VERSION_MINOR 1
+#define LIBYH_VERSION_PATCH 0
+#define LIBYH_TEXT_(value) #value
+#define LIBYH_TEXT(value) LIBYH_TEXT_(value)
+#define LIBYH_VERSION \
+  LIBYH_TEXT(LIBYH_VERSION_MAJOR) "." LIBYH_TEXT(LIBYH_VERSION_MINOR) "." LIBYH_TEXT(LIBYH_VERSION_PATCH)
+
 #if defined(YH_BUILDING_LIBRARY)
 #define YH_EXPORT __attribute__((visibility("default")))
 #else

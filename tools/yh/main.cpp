@@ -1,5 +1,7 @@
 // yh: a command-line host over libYH's public interface.
 #include <CLI/CLI.hpp>
+#include <libYH.h>
+
 #include <exception>
 #include <iostream>
 #include <map>
@@ -73,7 +75,7 @@ int ParseFailed(const CLI::App& app, const CLI::ParseError& error) {
 
 int main(int argc, char** argv) {
   CLI::App app{"Lists the iPhone and iPad backups kept on this computer, shows what they hold, exports it and writes reports.", "yh"};
-  app.set_version_flag("--version", std::string("yh ") + YH_VERSION);
+  app.set_version_flag("--version", std::string("yh ") + YH_VERSION + "\nlibYH " + LIBYH_VERSION);
   app.require_subcommand(1);
   app.footer("Kinds: " + yh::KindNames() +
              " (or 0 to 10, in that order), all.\n"

@@ -11,7 +11,7 @@ namespace {
 TEST(YhCommandLine, VersionIsPrintedWithExitCodeZero) {
   const YhResult run = Yh({"--version"});
   EXPECT_EQ(run.code, 0);
-  EXPECT_EQ(run.out, std::string("yh ") + YH_VERSION + "\n");
+  EXPECT_EQ(run.out, std::string("yh ") + YH_VERSION + "\nlibYH " + YH_VERSION + "\n");
   EXPECT_EQ(run.err, "");
 }
 
