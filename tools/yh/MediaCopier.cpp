@@ -31,7 +31,7 @@ std::vector<std::string> MediaCopier::Copy(const Kind& kind, plist_t answer, Kin
   for (uint32_t i = 0; i < total; ++i) {
     plist_t record = plist_array_get_item(answer, i);
     copies.push_back(plist_get_node_type(record) == PLIST_DICT ? CopyOne(kind, record, result) : "");
-    progress_.Show("copying " + kind.name, i + 1, total, std::to_string(result.bytes) + " bytes");
+    progress_.Show("copying " + kind.name, i + 1, total, std::to_string(result.bytes / 1000000) + " MB");
   }
   progress_.Finish();
   return copies;
