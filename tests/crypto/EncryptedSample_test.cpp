@@ -9,21 +9,6 @@ namespace {
 
 using yhtest::IndexKind;
 
-// The dumps of every answer with the backup folder's path replaced, so that
-// answers of two copies of one backup compare.
-std::vector<std::string> Normalized(const yhtest::fault::Answers& answers, const std::string& folder) {
-  std::vector<std::string> dumps;
-  for (const auto& round : answers.rounds) {
-    for (std::string dump : round) {
-      for (size_t at = dump.find(folder); at != std::string::npos; at = dump.find(folder, at)) {
-        dump.replace(at, folder.size(), "BACKUP/");
-      }
-      dumps.push_back(dump);
-    }
-  }
-  return dumps;
-}
-
 void CollectSkipped(const YHDecryptProgress* progress, void* user) {
   if (progress->skipped) static_cast<std::vector<std::string>*>(user)->push_back(progress->skipped);
 }
@@ -58,15 +43,15 @@ TEST_P(EncryptedSample, DecryptsToACopyThatAnswersAsThePlainBackup) {
   const auto expected = yhtest::fault::AskEverything(plain);
   const auto answers = yhtest::fault::AskEverything(copy);
   ASSERT_TRUE(answers.found);
-  EXPECT_EQ(Normalized(answers, copy), Normalized(expected, plain));
+  EXPECT_EQ(yhtest::fault::Normalized(answers, copy), yhtest::fault::Normalized(expected, plain));
 }
 
 TEST_P(EncryptedSample, DecryptsAnOlderKeyBagOfSha1Only) {
   const std::string plain = WritePlain();
   const std::string encrypted = WriteEncrypted({"secret", 5, 0});
   const std::string copy = Decrypt(encrypted);
-  EXPECT_EQ(Normalized(yhtest::fault::AskEverything(copy), copy),
-            Normalized(yhtest::fault::AskEverything(plain), plain));
+  EXPECT_EQ(yhtest::fault::Normalized(yhtest::fault::AskEverything(copy), copy),
+            yhtest::fault::Normalized(yhtest::fault::AskEverything(plain), plain));
 }
 
 TEST_P(EncryptedSample, EncryptedBackupIsListedAsEncryptedAndItsIndexIsUnreadable) {

@@ -64,6 +64,21 @@ inline Answers AskEverything(const std::string& folder) {
   return answers;
 }
 
+// The dumps of every answer with the backup folder's path replaced, so that
+// the answers of two copies of one backup compare.
+inline std::vector<std::string> Normalized(const Answers& answers, const std::string& folder) {
+  std::vector<std::string> dumps;
+  for (const auto& round : answers.rounds) {
+    for (std::string dump : round) {
+      for (size_t at = dump.find(folder); at != std::string::npos; at = dump.find(folder, at)) {
+        dump.replace(at, folder.size(), "BACKUP/");
+      }
+      dumps.push_back(dump);
+    }
+  }
+  return dumps;
+}
+
 // The sample backup of one index kind, kept pristine, and the folder where
 // each run gets a fresh copy of it to damage. Runs share that folder, so
 // their answers compare byte for byte with the undamaged ones.
