@@ -4,7 +4,9 @@
 
 #include "common/FileHelpers.h"
 
-std::string Database::ReadOnlyUri(const std::string& path) {
+namespace {
+
+std::string FileUri(const std::string& path) {
   std::string uri = "file:";
   for (char c : path) {
     switch (c) {
@@ -14,13 +16,18 @@ std::string Database::ReadOnlyUri(const std::string& path) {
       default: uri += c;
     }
   }
-  uri += "?immutable=1";
   return uri;
 }
 
-Database::Database(const std::string& path) {
+}  // namespace
+
+std::string Database::ReadOnlyUri(const std::string& path) { return FileUri(path) + "?immutable=1"; }
+
+Database::Database(const std::string& path, Access access) {
   if (!VQIsRegularFile(path.c_str())) return;
-  open_ = sqlite3_open_v2(ReadOnlyUri(path).c_str(), &db_, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI,
+  const bool copy = access == Access::PrivateCopy;
+  open_ = sqlite3_open_v2((copy ? FileUri(path) : ReadOnlyUri(path)).c_str(), &db_,
+                          (copy ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY) | SQLITE_OPEN_URI,
                           nullptr) == SQLITE_OK;
   // The sorting and DISTINCT of large queries (the messages' above all) work
   // in memory rather than in a temporary file: a fifth faster, same rows.
@@ -62,3 +69,9 @@ const char* Database::Statement::Text(int column) const {
 const void* Database::Statement::Blob(int column) const { return sqlite3_column_blob(stmt_, column); }
 
 int Database::Statement::Bytes(int column) const { return sqlite3_column_bytes(stmt_, column); }
+
+bool Database::Statement::IsNull(int column) const { return sqlite3_column_type(stmt_, column) == SQLITE_NULL; }
+
+bool Database::Statement::IsBlob(int column) const { return sqlite3_column_type(stmt_, column) == SQLITE_BLOB; }
+
+int64_t Database::Statement::Int64(int column) const { return sqlite3_column_int64(stmt_, column); }

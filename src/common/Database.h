@@ -1,6 +1,7 @@
 #ifndef YH_COMMON_DATABASE_H
 #define YH_COMMON_DATABASE_H
 
+#include <cstdint>
 #include <string>
 
 struct sqlite3;
@@ -16,7 +17,13 @@ class Database {
   // sqlite3_exec's row-callback shape: columns by position, NULL for SQL NULL.
   using RowCallback = int (*)(void* context, int columnCount, char** values, char** columnNames);
 
-  explicit Database(const std::string& path);
+  // How a file is opened. A backup's own files are immutable: SQLite neither
+  // writes nor looks for a -wal beside them. A private copy of a database with
+  // its -wal (outside the backup) is opened normally, so that SQLite replays
+  // the log; that may write to the copy, never to the backup.
+  enum class Access { Immutable, PrivateCopy };
+
+  explicit Database(const std::string& path, Access access = Access::Immutable);
   ~Database();  // closes the handle, also after a failed open
   Database(const Database&) = delete;
   Database& operator=(const Database&) = delete;
@@ -40,6 +47,9 @@ class Database {
     bool BindText(int parameter, const std::string& text);
     bool Step();  // true while a row is ready
     const char* Text(int column) const;
+    bool IsNull(int column) const;
+    bool IsBlob(int column) const;
+    int64_t Int64(int column) const;
     const void* Blob(int column) const;
     int Bytes(int column) const;
 

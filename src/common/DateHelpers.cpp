@@ -77,6 +77,8 @@ void PutDigits(char* out, int value, int width) {
   for (int at = width - 1; at >= 0; --at, value /= 10) out[at] = static_cast<char>('0' + value % 10);
 }
 
+}  // namespace
+
 // "%.4d-%.2d-%.2d %.2d:%.2d:%.2d" of the local fields, digit by digit where
 // the fields have their usual widths: snprintf costs more than the rest of
 // the conversion, and a large request converts a date per row.
@@ -97,7 +99,6 @@ char* FormatLocalDate(time_t when) {
   return text;
 }
 
-}  // namespace
 
 char* ConvertSecondsToTime(uint32_t seconds) {
   char* text = static_cast<char*>(std::calloc(kDurationSize, 1));

@@ -11,6 +11,10 @@ char* GetCurrentDate();
 char* Convert1900GMTDate(int32_t secondsSince1970);
 char* Convert2001GMTtoDate(int32_t secondsSince2001);
 
+// The local text "YYYY-MM-DD hh:mm:ss" of an instant, under the host's zone
+// rules for that instant.
+char* FormatLocalDate(time_t when);
+
 // GetCurrentDate's text for the given local fields, with its blank-padded
 // day; kept apart so that the day padding can be checked on any date.
 char* FormatCurrentDate(const std::tm& local);

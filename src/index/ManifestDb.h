@@ -11,12 +11,13 @@
 
 #include "common/Folder.h"
 #include "common/VqBase.h"
+#include "index/IndexReader.h"
 #include "index/PathIndex.h"
 
 // Reader of the SQLite index of newer backups: the Files table maps each
 // fileID to a domain and a device-relative path; the stored file lies at
 // backup folder + first two characters of fileID + "/" + fileID.
-class ManifestDb : public VqBase {
+class ManifestDb : public IndexReader {
  public:
   class DBFileRecord : public VqBase {
    public:

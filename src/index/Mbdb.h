@@ -11,11 +11,12 @@
 #include <vector>
 
 #include "common/VqBase.h"
+#include "index/IndexReader.h"
 #include "index/PathIndex.h"
 
 // Reader of the binary index of older backups. Stored files lie flat in the
 // backup folder, named by the SHA-1 of domain + "-" + relative path.
-class Mbdb : public VqBase {
+class Mbdb : public IndexReader {
  public:
   class MBFileRecord : public VqBase {
    public:

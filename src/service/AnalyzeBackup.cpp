@@ -1,5 +1,6 @@
 #include "index/ManifestDb.h"
 #include "index/Mbdb.h"
+#include "service/Analysis.h"
 #include "service/Extractors.h"
 #include "service/ServiceOperations.h"
 
@@ -8,15 +9,15 @@ namespace {
 // One entry per kind of backup index: how to make its reader and read it.
 struct IndexReaderType {
   int32_t backupType;
-  VqBase* (*create)();
-  int32_t (*read)(VqBase* reader, const char* backupPath);
+  IndexReader* (*create)();
+  int32_t (*read)(IndexReader* reader, const char* backupPath);
 };
 
 const IndexReaderType kIndexReaders[] = {
-    {0, [] { return static_cast<VqBase*>(new Mbdb()); },
-     [](VqBase* reader, const char* path) { return static_cast<Mbdb*>(reader)->ReadMBDB(path); }},
-    {1, [] { return static_cast<VqBase*>(new ManifestDb()); },
-     [](VqBase* reader, const char* path) {
+    {0, [] { return static_cast<IndexReader*>(new Mbdb()); },
+     [](IndexReader* reader, const char* path) { return static_cast<Mbdb*>(reader)->ReadMBDB(path); }},
+    {1, [] { return static_cast<IndexReader*>(new ManifestDb()); },
+     [](IndexReader* reader, const char* path) {
        return static_cast<int32_t>(static_cast<ManifestDb*>(reader)->ReadDb(path));
      }},
 };
@@ -27,14 +28,26 @@ const IndexReaderType kIndexReaders[] = {
 // with nothing) even when the index cannot be read. Design decision for a
 // second call on the same record: the earlier reader and extractors are
 // released first, so the record is analysed afresh without leaking.
-int32_t AnalyzeBackup(BackupDevice* device) {
+int32_t AnalyzeBackupWith(BackupDevice* device, PrepareSession prepare) {
   for (const IndexReaderType& type : kIndexReaders) {
     if (type.backupType != device->backupType) continue;
+    IndexReader* earlier = ReaderOf(device);
+    std::unique_ptr<BackupSession> session = earlier ? earlier->TakeSession() : nullptr;
     delete device->indexReader;
     for (ExtractorField field : kExtractorFields) delete field(device);
-    device->indexReader = type.create();
+    IndexReader* reader = type.create();
+    device->indexReader = reader;
+    if (session) {
+      session->currentKinds.reset();
+      reader->AdoptSession(std::move(session));
+    }
     CreateKindObj(device);
-    return type.read(device->indexReader, device->backupPath);
+    prepare(device, reader->Session());
+    return type.read(reader, device->backupPath);
   }
   return device->backupType;
+}
+
+int32_t AnalyzeBackup(BackupDevice* device) {
+  return AnalyzeBackupWith(device, [](BackupDevice*, BackupSession& session) { session.SetReadsWal(false); });
 }

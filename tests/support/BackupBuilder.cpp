@@ -109,6 +109,13 @@ BackupBuilder& BackupBuilder::AddDatabase(const std::string& domain, const std::
   return *this;
 }
 
+BackupBuilder& BackupBuilder::AddDatabaseWithWal(const std::string& domain, const std::string& relativePath,
+                                                 const std::string& sql, const std::string& walSql) {
+  const DatabaseWithWal files = MakeDatabaseWithWal(sql, walSql);
+  AddFile(domain, relativePath, files.database);
+  return AddFile(domain, relativePath + "-wal", files.wal);
+}
+
 BackupBuilder& BackupBuilder::AddDirectory(const std::string& domain, const std::string& relativePath) {
   entries_.push_back({domain, relativePath, "", false, false, true});
   return *this;

@@ -44,6 +44,10 @@ class BackupBuilder {
   // A device database made from SQL text (schema, then rows), stored like AddFile.
   BackupBuilder& AddDatabase(const std::string& domain, const std::string& relativePath,
                              const std::string& sql);
+  // A database in write-ahead-log mode whose `walSql` rows live only in its
+  // -wal file, stored beside it as the device leaves them in a backup.
+  BackupBuilder& AddDatabaseWithWal(const std::string& domain, const std::string& relativePath,
+                                    const std::string& sql, const std::string& walSql);
   // An index row with no stored file: a folder row, or a file not copied.
   BackupBuilder& AddDirectory(const std::string& domain, const std::string& relativePath);
   BackupBuilder& AddMissingFile(const std::string& domain, const std::string& relativePath);
@@ -136,6 +140,13 @@ void WriteFile(const std::string& path, const std::string& bytes);
 void WriteSparseFile(const std::string& path, uint64_t size);
 // Creates the folders above path and an SQLite database there, then runs the SQL text.
 void WriteDatabase(const std::string& path, const std::string& sql);
+// The bytes of a database in write-ahead-log mode and of its -wal file, in
+// which the rows of `walSql` (run after `sql`) live and nowhere else.
+struct DatabaseWithWal {
+  std::string database;
+  std::string wal;
+};
+DatabaseWithWal MakeDatabaseWithWal(const std::string& sql, const std::string& walSql);
 // Lower-case hexadecimal SHA-1 of the bytes.
 std::string Sha1Hex(const std::string& bytes);
 // Lower-case hexadecimal SHA-256 of the bytes.

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <memory>
 #include <sstream>
 
@@ -107,14 +108,18 @@ void WriteSparseFile(const std::string& path, uint64_t size) {
   if (error) ADD_FAILURE() << "cannot write " << path << ": " << error.message();
 }
 
-void WriteDatabase(const std::string& path, const std::string& sql) {
+namespace {
+
+using FixtureDb = std::unique_ptr<sqlite3, int (*)(sqlite3*)>;
+
+FixtureDb OpenFixture(const std::string& path) {
   CreateParentFolders(path);
   sqlite3* handle = nullptr;
   const int opened = sqlite3_open(path.c_str(), &handle);
-  std::unique_ptr<sqlite3, int (*)(sqlite3*)> db(handle, sqlite3_close);
+  FixtureDb db(handle, sqlite3_close);
   if (opened != SQLITE_OK) {
     ADD_FAILURE() << "cannot create " << path << ": " << sqlite3_errmsg(handle);
-    return;
+    return FixtureDb(nullptr, sqlite3_close);
   }
   // Fixtures need no durability: without a sync after every statement a
   // full device schema is written in milliseconds.
@@ -122,10 +127,14 @@ void WriteDatabase(const std::string& path, const std::string& sql) {
   for (const DeviceFunction& f : kDeviceFunctions) {
     sqlite3_create_function(db.get(), f.name, f.arguments, SQLITE_UTF8, nullptr, f.function, nullptr, nullptr);
   }
+  return db;
+}
+
+void RunScript(sqlite3* db, const std::string& path, const std::string& sql) {
   const auto run = [&](const std::string& statement) {
     if (!Replayable(statement)) return;
     char* error = nullptr;
-    if (sqlite3_exec(db.get(), statement.c_str(), nullptr, nullptr, &error) != SQLITE_OK) {
+    if (sqlite3_exec(db, statement.c_str(), nullptr, nullptr, &error) != SQLITE_OK) {
       ADD_FAILURE() << path << ": " << (error ? error : "?") << "\nin: " << statement;
     }
     sqlite3_free(error);
@@ -141,6 +150,32 @@ void WriteDatabase(const std::string& path, const std::string& sql) {
     statement.clear();
   }
   run(statement);  // an unfinished statement is reported; comments do nothing
+}
+
+std::string ReadBytes(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+}  // namespace
+
+void WriteDatabase(const std::string& path, const std::string& sql) {
+  FixtureDb db = OpenFixture(path);
+  if (db) RunScript(db.get(), path, sql);
+}
+
+DatabaseWithWal MakeDatabaseWithWal(const std::string& sql, const std::string& walSql) {
+  TempDir folder;
+  const std::string path = folder.Path() + "database";
+  FixtureDb db = OpenFixture(path);
+  if (!db) return {};
+  sqlite3_exec(db.get(), "PRAGMA journal_mode=WAL", nullptr, nullptr, nullptr);
+  RunScript(db.get(), path, sql);
+  sqlite3_exec(db.get(), "PRAGMA wal_checkpoint(TRUNCATE); PRAGMA wal_autocheckpoint=0", nullptr, nullptr, nullptr);
+  RunScript(db.get(), path, walSql);
+  // Taken while the connection is open: closing it would move the log's
+  // rows into the database and remove the log.
+  return {ReadBytes(path), ReadBytes(path + "-wal")};
 }
 
 namespace {

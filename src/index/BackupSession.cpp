@@ -1,0 +1,39 @@
+#include "index/BackupSession.h"
+
+#include <sys/stat.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+
+namespace {
+
+std::string TemporaryRoot() {
+  const char* tmp = std::getenv("TMPDIR");
+  std::string root = tmp && tmp[0] == '/' ? tmp : "/tmp";
+  if (root.back() != '/') root += '/';
+  return root;
+}
+
+}  // namespace
+
+BackupSession::~BackupSession() {
+  if (folder_.empty()) return;
+  std::error_code ignored;
+  std::filesystem::remove_all(folder_, ignored);
+}
+
+const std::string& BackupSession::PrivateFolder() {
+  if (!folder_.empty()) return folder_;
+  std::string pattern = TemporaryRoot() + "libYH-XXXXXX";
+  // mkdtemp makes the folder with mode 0700: nobody else may read the copies.
+  if (mkdtemp(pattern.data())) folder_ = pattern + "/";
+  return folder_;
+}
+
+std::string BackupSession::NewCopyFolder() {
+  const std::string& root = PrivateFolder();
+  if (root.empty()) return std::string();
+  const std::string folder = root + std::to_string(++copies_) + "/";
+  return mkdir(folder.c_str(), 0700) == 0 ? folder : std::string();
+}

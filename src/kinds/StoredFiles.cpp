@@ -1,0 +1,78 @@
+#include "kinds/StoredFiles.h"
+
+#include "index/ManifestDb.h"
+#include "index/Mbdb.h"
+#include "kinds/SourceFiles.h"
+
+namespace {
+
+// The two readers seen alike: their records' domain and relative path, and
+// where each record's bytes lie.
+struct ManifestDbFiles {
+  const BackupDevice* device;
+  ManifestDb* reader;
+  static const std::string& PathOf(const ManifestDb::DBFileRecord& record) { return record.relativePath; }
+  StoredFile FileOf(const ManifestDb::DBFileRecord& record) const {
+    return {record.domain, record.relativePath, ManifestDbStoredPath(device->backupPath, record.fileID)};
+  }
+};
+
+struct MbdbFiles {
+  const BackupDevice* device;
+  Mbdb* reader;
+  static const std::string& PathOf(const Mbdb::MBFileRecord& record) { return record.path; }
+  StoredFile FileOf(const Mbdb::MBFileRecord& record) const {
+    return {record.domain, record.path, reader->GetBackupPath() + record.storedName};
+  }
+};
+
+template <class Files, class Matches>
+std::vector<StoredFile> Find(const Files& files, const Matches& matches) {
+  std::vector<StoredFile> found;
+  for (const auto* record : *files.reader->GetContentList()) {
+    if (matches(record->domain, Files::PathOf(*record))) found.push_back(files.FileOf(*record));
+  }
+  return found;
+}
+
+// The path map holds one record per relative path; only when that one lies
+// in another domain are the records scanned for the one asked for.
+template <class Files>
+std::optional<StoredFile> FindIn(const Files& files, const std::string& domain, const std::string& relativePath) {
+  const auto& map = *files.reader->GetQueryPathKeyMap();
+  const auto hit = map.find(relativePath);
+  if (hit == map.end()) return std::nullopt;
+  if (hit->second->domain == domain) return files.FileOf(*hit->second);
+  std::vector<StoredFile> found = Find(files, [&](const std::string& fileDomain, const std::string& path) {
+    return fileDomain == domain && path == relativePath;
+  });
+  if (found.empty()) return std::nullopt;
+  return found.front();
+}
+
+// Calls `use` with the record's readers seen alike; returns `none` before analysis.
+template <class Result, class Use>
+Result WithFiles(const BackupDevice* device, Result none, const Use& use) {
+  if (!device->indexReader) return none;
+  if (device->backupType == 1) return use(ManifestDbFiles{device, static_cast<ManifestDb*>(device->indexReader)});
+  if (device->backupType == 0) return use(MbdbFiles{device, static_cast<Mbdb*>(device->indexReader)});
+  return none;
+}
+
+}  // namespace
+
+std::vector<StoredFile> FindStoredFiles(
+    const BackupDevice* device,
+    const std::function<bool(const std::string& domain, const std::string& relativePath)>& matches) {
+  return WithFiles(device, std::vector<StoredFile>(), [&](const auto& files) { return Find(files, matches); });
+}
+
+std::vector<StoredFile> StoredFilesAt(const BackupDevice* device, const std::string& relativePath) {
+  return FindStoredFiles(device, [&](const std::string&, const std::string& path) { return path == relativePath; });
+}
+
+std::optional<StoredFile> StoredFileIn(const BackupDevice* device, const std::string& domain,
+                                       const std::string& relativePath) {
+  return WithFiles(device, std::optional<StoredFile>(),
+                   [&](const auto& files) { return FindIn(files, domain, relativePath); });
+}
