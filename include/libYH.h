@@ -100,6 +100,14 @@ typedef struct iDeviceBackupService {
 /* A new service table (malloc); release it with FreeiDeviceBackupService. */
 YH_EXPORT iDeviceBackupService* CreateDataRecoveryService(void);
 
+/* A new table of the current service (malloc), released the same way. Same
+ * operations, calling order, content types and keys as the table above, but
+ * it reads what today's devices store: true local dates (nanosecond counts
+ * included), every conversation with group chats and texts kept only as
+ * attributed strings, numbers matched by their digits, rows kept in a
+ * database's -wal file. Extra keys follow the described ones (see README). */
+YH_EXPORT iDeviceBackupService* CreateCurrentDataRecoveryService(void);
+
 /* Frees the table only, never a backup list. */
 YH_EXPORT void FreeiDeviceBackupService(void* table);
 

@@ -2,6 +2,7 @@
 
 #include "libYH.h"
 #include "service/ServiceOperations.h"
+#include "service/current/CurrentService.h"
 
 // The table is a plain malloc block so that a host written in C can free it
 // itself; its allocation is not tested, like every small allocation here.
@@ -11,6 +12,14 @@ iDeviceBackupService* CreateDataRecoveryService() {
   table->FreeBackupDevice = FreeBackupDevice;
   table->AnalyzeBackup = AnalyzeBackup;
   table->GetContentList = GetContentList;
+  return table;
+}
+
+// The same table type: a host changes services by changing this one call.
+iDeviceBackupService* CreateCurrentDataRecoveryService() {
+  iDeviceBackupService* table = CreateDataRecoveryService();
+  table->AnalyzeBackup = AnalyzeCurrentBackup;
+  table->GetContentList = GetCurrentContentList;
   return table;
 }
 

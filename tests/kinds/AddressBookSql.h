@@ -11,6 +11,10 @@ namespace yhtest {
 // value is an SQL literal.
 class AddressBook {
  public:
+  static constexpr int kPhone = 3;
+  static constexpr int kEmail = 4;
+  static constexpr int kAddress = 5;
+
   explicit AddressBook(const std::string& schema = "AddressBook.sqlitedb-ios7") : sql_(Schema(schema)) {}
 
   // A person row with the given columns (", "-separated) and values.
@@ -23,11 +27,16 @@ class AddressBook {
             ");\n";
     return *this;
   }
-  // One labelled value of a person; label 0 stands for none.
+  // One labelled phone number of a person; label 0 stands for none.
   AddressBook& Value(int uid, int recordId, int label, const std::string& value) {
+    return PropertyValue(uid, recordId, kPhone, label, value);
+  }
+  // One labelled value of a given property (3 phone, 4 e-mail, 5 address, ...).
+  AddressBook& PropertyValue(int uid, int recordId, int property, int label, const std::string& value) {
     const std::string labelValue = label ? std::to_string(label) : "NULL";
     sql_ += "INSERT INTO ABMultiValue (UID, record_id, property, identifier, label, value) VALUES (" +
-            std::to_string(uid) + ", " + std::to_string(recordId) + ", 3, 0, " + labelValue + ", " + value + ");\n";
+            std::to_string(uid) + ", " + std::to_string(recordId) + ", " + std::to_string(property) + ", 0, " +
+            labelValue + ", " + value + ");\n";
     return *this;
   }
   // One line of a structured value (a postal address): key name and text.

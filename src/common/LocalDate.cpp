@@ -1,0 +1,53 @@
+#include "common/LocalDate.h"
+
+#include <cerrno>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <ctime>
+#include <optional>
+
+#include "common/DateHelpers.h"
+#include "common/TextHelpers.h"
+
+namespace {
+
+constexpr int64_t kUnixTo2001 = 978307200;
+// About 95,000 years after 1970 as seconds, about three years as nanoseconds:
+// no real date of either unit comes near it.
+constexpr double kLargestSeconds = 3e12;
+
+// Whole seconds of the text, or nothing. Integers are read exactly, so that
+// nanosecond counts near a second's boundary fall on the right side of it.
+std::optional<int64_t> StoredSeconds(const char* stored) {
+  if (!stored || !*stored) return std::nullopt;
+  char* end = nullptr;
+  errno = 0;
+  const long long whole = std::strtoll(stored, &end, 10);
+  if (*end == '\0' && errno == 0) {
+    if (std::llabs(whole) <= kLargestSeconds) return whole;
+    const long long seconds = whole / 1000000000;
+    return whole < 0 && whole % 1000000000 != 0 ? seconds - 1 : seconds;
+  }
+  const double value = std::strtod(stored, &end);
+  if (end == stored || *end != '\0' || !std::isfinite(value)) return std::nullopt;
+  const double seconds = std::fabs(value) <= kLargestSeconds ? value : value / 1e9;
+  if (std::fabs(seconds) > kLargestSeconds) return std::nullopt;
+  return static_cast<int64_t>(std::floor(seconds));
+}
+
+}  // namespace
+
+std::optional<int64_t> UnixSeconds(const char* stored, TimeBase base) {
+  const std::optional<int64_t> seconds = StoredSeconds(stored);
+  if (!seconds) return std::nullopt;
+  const time_t when = static_cast<time_t>(*seconds + (base == TimeBase::Since2001 ? kUnixTo2001 : 0));
+  std::tm local{};
+  if (!localtime_r(&when, &local)) return std::nullopt;
+  return when;
+}
+
+std::string LocalDateText(const char* stored, TimeBase base) {
+  const std::optional<int64_t> when = UnixSeconds(stored, base);
+  return when ? TakeMallocText(FormatLocalDate(static_cast<time_t>(*when))) : std::string();
+}

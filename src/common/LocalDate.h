@@ -1,0 +1,23 @@
+#ifndef YH_COMMON_LOCALDATE_H
+#define YH_COMMON_LOCALDATE_H
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+// How a device database counts time.
+enum class TimeBase { Unix, Since2001 };
+
+// The true local time ("YYYY-MM-DD hh:mm:ss") of a stored instant under the
+// host's zone rules for that instant. The value is whole or fractional
+// seconds (the fraction is dropped), or nanoseconds, which newer databases
+// store in the same columns: any value too large to be seconds (more than
+// 3e12, some 95,000 years) is taken as nanoseconds. NULL, an empty text, a text
+// that is not a number, and an instant the host cannot express give "".
+std::string LocalDateText(const char* stored, TimeBase base);
+
+// The stored instant as whole seconds since 1970 (for ordering), read by the
+// same rules; nothing where LocalDateText gives "".
+std::optional<int64_t> UnixSeconds(const char* stored, TimeBase base);
+
+#endif

@@ -1,0 +1,37 @@
+#include "common/SchemaInfo.h"
+
+#include <algorithm>
+#include <cctype>
+
+namespace {
+
+std::string Lower(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return text;
+}
+
+}  // namespace
+
+SchemaInfo::SchemaInfo(Database& database) {
+  Database::Statement columns(
+      database, "select m.name, p.name from sqlite_master m join pragma_table_info(m.name) p where m.type = 'table'");
+  while (columns.Step()) {
+    const char* table = columns.Text(0);
+    const char* column = columns.Text(1);
+    if (table && column) columns_[Lower(table)].insert(Lower(column));
+  }
+}
+
+bool SchemaInfo::HasTable(const std::string& table) const { return columns_.count(Lower(table)) != 0; }
+
+bool SchemaInfo::HasColumn(const std::string& table, const std::string& column) const {
+  const auto found = columns_.find(Lower(table));
+  return found != columns_.end() && found->second.count(Lower(column)) != 0;
+}
+
+std::string SchemaInfo::ColumnOrNull(const std::string& table, const std::string& column,
+                                     const std::string& alias) const {
+  if (!HasColumn(table, column)) return "NULL";
+  return (alias.empty() ? table : alias) + "." + column;
+}

@@ -1,0 +1,165 @@
+#include "kinds/current/AddressBookReader.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <map>
+#include <set>
+
+#include "common/LocalDate.h"
+#include "common/SchemaInfo.h"
+#include "common/TextHelpers.h"
+
+namespace current {
+namespace {
+
+std::string Column(const Database::Statement& row, int column) {
+  const char* text = row.Text(column);
+  return text ? text : "";
+}
+
+// Built-in labels are stored as "_$!<Mobile>!$_"; custom ones as typed.
+std::string CleanLabel(const std::string& label) {
+  const auto open = label.find("_$!<");
+  const auto close = label.find(">!$_");
+  if (open == std::string::npos || close == std::string::npos || close < open + 4) return label;
+  return label.substr(open + 4, close - open - 4);
+}
+
+constexpr int64_t kPhone = 3;
+constexpr int64_t kEmail = 4;
+
+// What an unlabelled value is, after the address book's property codes.
+std::string PropertyName(int64_t property) {
+  switch (property) {
+    case kPhone: return "phone";
+    case kEmail: return "email";
+    case 5: return "address";
+    case 12: return "date";
+    case 13: return "instant message";
+    case 22: return "url";
+    case 23: return "related name";
+    case 46: return "social profile";
+    default: return "other";
+  }
+}
+
+// The lines of a structured value in the order an address is written; keys
+// not named here follow in row order.
+const char* const kLineOrder[] = {"Street", "SubLocality", "City", "SubAdministrativeArea", "State", "ZIP", "Country"};
+
+std::string JoinLines(const std::vector<std::pair<std::string, std::string>>& entries) {
+  std::vector<std::string> lines;
+  std::set<size_t> used;
+  for (const char* key : kLineOrder) {
+    for (size_t at = 0; at < entries.size(); ++at) {
+      if (entries[at].first == key && used.insert(at).second && !entries[at].second.empty()) {
+        lines.push_back(entries[at].second);
+      }
+    }
+  }
+  for (size_t at = 0; at < entries.size(); ++at) {
+    // A country code repeats the country in two letters.
+    if (!used.count(at) && entries[at].first != "CountryCode" && !entries[at].second.empty()) {
+      lines.push_back(entries[at].second);
+    }
+  }
+  std::string joined;
+  for (const std::string& line : lines) joined += (joined.empty() ? "" : "\n") + line;
+  return joined;
+}
+
+// A label taken already gets the next free number: "Home", "Home 2", ...
+std::string UniqueLabel(const std::string& label, std::set<std::string>& taken) {
+  std::string unique = label;
+  for (int n = 2; !taken.insert(unique).second; ++n) unique = label + " " + std::to_string(n);
+  return unique;
+}
+
+// Birthdays are calendar days stored as an instant at the day's start in
+// UTC; shown as the day, they must not move with the host's zone.
+std::string BirthdayText(const std::string& stored) {
+  char* end = nullptr;
+  const double seconds = std::strtod(stored.c_str(), &end);
+  if (stored.empty() || *end != '\0') return stored;
+  const time_t when = static_cast<time_t>(seconds) + 978307200;
+  std::tm day{};
+  if (!gmtime_r(&when, &day)) return stored;
+  char text[32];
+  std::snprintf(text, sizeof text, "%.4d-%.2d-%.2d", day.tm_year + 1900, day.tm_mon + 1, day.tm_mday);
+  return text;
+}
+
+}  // namespace
+
+std::vector<Contact::Person> ReadAddressBook(Database& database) {
+  const SchemaInfo schema(database);
+  std::map<int64_t, Contact::Person> people;
+  const std::string personQuery = "select ABPerson.ROWID, " + schema.ColumnOrNull("ABPerson", "First") + ", " +
+                                  schema.ColumnOrNull("ABPerson", "Middle") + ", " +
+                                  schema.ColumnOrNull("ABPerson", "Last") + ", " +
+                                  schema.ColumnOrNull("ABPerson", "Organization") + ", " +
+                                  schema.ColumnOrNull("ABPerson", "Department") + ", " +
+                                  schema.ColumnOrNull("ABPerson", "Note") + ", " +
+                                  schema.ColumnOrNull("ABPerson", "Birthday") + ", " +
+                                  schema.ColumnOrNull("ABPerson", "JobTitle") + ", " +
+                                  schema.ColumnOrNull("ABPerson", "Nickname") + ", " +
+                                  schema.ColumnOrNull("ABPerson", "CreationDate") + " from ABPerson";
+  Database::Statement personRows(database, personQuery.c_str());
+  while (personRows.Step()) {
+    Contact::Person person;
+    person.id = personRows.Int64(0);
+    const std::string parts = Column(personRows, 1) + " " + Column(personRows, 2) + " " + Column(personRows, 3);
+    person.name = TakeMallocText(DeleteDelims(parts.c_str(), " ", " "));
+    person.organization = Column(personRows, 4);
+    person.department = Column(personRows, 5);
+    person.note = Column(personRows, 6);
+    person.birthday = BirthdayText(Column(personRows, 7));
+    person.jobTitle = Column(personRows, 8);
+    person.nickname = Column(personRows, 9);
+    person.creationDate = LocalDateText(personRows.Text(10), TimeBase::Since2001);
+    people[person.id] = std::move(person);
+  }
+
+  // The lines of structured values, by the value they belong to.
+  std::map<int64_t, std::vector<std::pair<std::string, std::string>>> lines;
+  if (schema.HasTable("ABMultiValueEntry") && schema.HasTable("ABMultiValueEntryKey")) {
+    Database::Statement entryRows(
+        database,
+        "select e.parent_id, k.value, e.value from ABMultiValueEntry e left join ABMultiValueEntryKey k on "
+        "k.rowid = e.key order by e.rowid");
+    while (entryRows.Step()) {
+      lines[entryRows.Int64(0)].emplace_back(Column(entryRows, 1), Column(entryRows, 2));
+    }
+  }
+
+  std::map<int64_t, std::set<std::string>> takenLabels;
+  const std::string valueQuery = "select m.record_id, " + schema.ColumnOrNull("ABMultiValue", "UID", "m") + ", " +
+                                 schema.ColumnOrNull("ABMultiValue", "property", "m") + ", l.value, m.value from ABMultiValue m " +
+                                 "left join ABMultiValueLabel l on l.rowid = m.label order by m.rowid";
+  Database::Statement valueRows(database, valueQuery.c_str());
+  while (valueRows.Step()) {
+    const auto owner = people.find(valueRows.Int64(0));
+    if (owner == people.end()) continue;
+    std::string value = Column(valueRows, 4);
+    const auto structured = valueRows.IsNull(1) ? lines.end() : lines.find(valueRows.Int64(1));
+    if (structured != lines.end()) {
+      const std::string joined = JoinLines(structured->second);
+      if (!joined.empty()) value = joined;
+    }
+    if (value.empty()) continue;
+    // Without the property column every value may be a number or an address.
+    const bool names = valueRows.IsNull(2) || valueRows.Int64(2) == kPhone || valueRows.Int64(2) == kEmail;
+    if (names) owner->second.addresses.push_back(value);
+    std::string label = CleanLabel(Column(valueRows, 3));
+    if (label.empty()) label = PropertyName(valueRows.Int64(2));
+    owner->second.properties.emplace_back(UniqueLabel(label, takenLabels[owner->first]), std::move(value));
+  }
+
+  std::vector<Contact::Person> ordered;
+  ordered.reserve(people.size());
+  for (auto& [id, person] : people) ordered.push_back(std::move(person));
+  return ordered;
+}
+
+}  // namespace current

@@ -1,0 +1,62 @@
+#include "kinds/current/CallHistory.h"
+
+#include <algorithm>
+
+#include "common/PlistHelpers.h"
+#include "kinds/LocalDatabase.h"
+#include "kinds/current/CallReaders.h"
+
+namespace current {
+namespace {
+
+using Reader = std::vector<CallHistory::Call> (*)(Database&);
+
+// Each call log with its reader; the old one first.
+const std::pair<const char*, Reader> kCallLogs[] = {
+    {"Library/CallHistory/call_history.db", ReadCallDatabase},
+    {"Library/CallHistoryDB/CallHistory.storedata", ReadCallStore},
+};
+
+}  // namespace
+
+void CallHistory::Read(const BackupDevice* device) {
+  read_ = true;
+  for (const auto& [path, reader] : kCallLogs) {
+    for (const StoredFile& file : StoredFilesAt(device, path)) {
+      const LocalDatabase local = LocalDatabaseOf(device, file);
+      Database database(local.path, local.access);
+      for (Call& call : reader(database)) calls_.push_back(std::move(call));
+    }
+  }
+  // Newest first across every log; calls without a date last.
+  std::stable_sort(calls_.begin(), calls_.end(), [](const Call& a, const Call& b) {
+    return a.instant.value_or(INT64_MIN) > b.instant.value_or(INT64_MIN);
+  });
+  for (Call& call : calls_) {
+    if (!call.name.empty()) continue;
+    if (const std::string* name = contacts_.FindNameByPhone(device, call.address)) call.name = *name;
+  }
+}
+
+plist_t CallHistory::FindContent(void* device, int /*flag*/) {
+  if (!read_) Read(static_cast<const BackupDevice*>(device));
+  if (calls_.empty()) return nullptr;
+  plist_t array = plist_new_array();
+  for (const Call& call : calls_) {
+    plist_t dict = plist_new_dict();
+    InsertPlistDictString(dict, "name", call.name.c_str());
+    InsertPlistDictString(dict, "address", call.address.c_str());
+    InsertPlistDictString(dict, "date", call.date.c_str());
+    InsertPlistDictString(dict, "type", call.type.c_str());
+    InsertPlistDictString(dict, "duration", call.duration.c_str());
+    InsertPlistDictString(dict, "country_code", call.countryCode.c_str());
+    InsertPlistDictString(dict, "network_code", call.networkCode.c_str());
+    InsertPlistDictString(dict, "location", call.location.c_str());
+    plist_dict_set_item(dict, "answered", plist_new_bool(call.answered));
+    InsertPlistDictString(dict, "service", call.service.c_str());
+    plist_array_append_item(array, dict);
+  }
+  return array;
+}
+
+}  // namespace current

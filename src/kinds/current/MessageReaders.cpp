@@ -1,0 +1,191 @@
+#include "kinds/current/MessageReaders.h"
+
+#include <algorithm>
+#include <map>
+#include <unordered_map>
+
+#include "common/AttributedBody.h"
+#include "common/LocalDate.h"
+#include "common/SchemaInfo.h"
+
+namespace current {
+namespace {
+
+using Conversations = std::map<std::string, Sms::Conversation>;
+
+std::string Column(const Database::Statement& row, int column) {
+  const char* text = row.Text(column);
+  return text ? std::string(text, static_cast<size_t>(row.Bytes(column))) : std::string();
+}
+
+// Since iOS 16 many texts are kept only in the archived attributed string.
+std::string MessageText(const Database::Statement& row, int textColumn, int bodyColumn) {
+  std::string text = Column(row, textColumn);
+  if (!text.empty() || row.IsNull(bodyColumn)) return text;
+  return DecodeAttributedBodyText(row.Blob(bodyColumn), static_cast<size_t>(row.Bytes(bodyColumn))).value_or("");
+}
+
+std::string SelectList(const SchemaInfo& schema, const std::string& table, std::initializer_list<const char*> columns) {
+  std::string list;
+  for (const char* column : columns) list += (list.empty() ? "" : ", ") + schema.ColumnOrNull(table, column);
+  return list;
+}
+
+void AddParticipant(Sms::Conversation& conversation, const std::string& address) {
+  if (address.empty()) return;
+  auto& list = conversation.participants;
+  if (std::find(list.begin(), list.end(), address) == list.end()) list.push_back(address);
+}
+
+Sms::Conversation& ConversationFor(Conversations& conversations, const std::string& id) {
+  Sms::Conversation& conversation = conversations[id];
+  conversation.id = id;
+  return conversation;
+}
+
+// iOS 6 on: chats, handles and the joins between them and the messages. A
+// database without chats (or a message in none) still lists each message
+// under its handle.
+void ReadChats(Database& database, const SchemaInfo& schema, Conversations& conversations) {
+  std::unordered_map<int64_t, std::string> handles;
+  if (schema.HasTable("handle")) {
+    Database::Statement rows(database, "select ROWID, id from handle");
+    while (rows.Step()) handles[rows.Int64(0)] = Column(rows, 1);
+  }
+  std::unordered_map<int64_t, std::string> chatIds;
+  if (schema.HasTable("chat")) {
+    const std::string query =
+        "select chat.ROWID, " + SelectList(schema, "chat", {"chat_identifier", "guid", "display_name", "style"}) +
+        " from chat order by chat.ROWID";
+    Database::Statement rows(database, query.c_str());
+    while (rows.Step()) {
+      std::string id = Column(rows, 1);
+      if (id.empty()) id = Column(rows, 2);
+      Sms::Conversation& conversation = ConversationFor(conversations, id);
+      if (conversation.displayName.empty()) conversation.displayName = Column(rows, 3);
+      // Style 43 marks a group chat, 45 a chat with one other party.
+      conversation.group = conversation.group || rows.Int64(4) == 43;
+      chatIds[rows.Int64(0)] = id;
+    }
+  }
+  if (schema.HasTable("chat_handle_join")) {
+    Database::Statement rows(database, "select chat_id, handle_id from chat_handle_join order by rowid");
+    while (rows.Step()) {
+      const auto chat = chatIds.find(rows.Int64(0));
+      const auto handle = handles.find(rows.Int64(1));
+      if (chat != chatIds.end() && handle != handles.end()) AddParticipant(conversations[chat->second], handle->second);
+    }
+  }
+  // A message joined to two chats is listed once, in the first.
+  std::unordered_map<int64_t, std::string> chatOfMessage;
+  if (schema.HasTable("chat_message_join")) {
+    Database::Statement rows(database, "select message_id, chat_id from chat_message_join order by chat_id, message_id");
+    while (rows.Step()) {
+      const auto chat = chatIds.find(rows.Int64(1));
+      if (chat != chatIds.end()) chatOfMessage.emplace(rows.Int64(0), chat->second);
+    }
+  }
+  if (!schema.HasTable("message")) return;
+  const std::string query = "select message.ROWID, " +
+                            SelectList(schema, "message", {"text", "attributedBody", "handle_id", "date",
+                                                           "is_from_me", "service", "country"}) +
+                            " from message order by message.date, message.ROWID";
+  Database::Statement rows(database, query.c_str());
+  while (rows.Step()) {
+    Sms::Message message;
+    message.rowId = rows.Int64(0);
+    message.text = MessageText(rows, 1, 2);
+    const auto handle = handles.find(rows.Int64(3));
+    const std::string address = handle == handles.end() ? std::string() : handle->second;
+    message.date = LocalDateText(rows.Text(4), TimeBase::Since2001);
+    message.instant = UnixSeconds(rows.Text(4), TimeBase::Since2001);
+    message.fromMe = rows.Int64(5) != 0;
+    message.service = Column(rows, 6);
+    message.country = Column(rows, 7);
+    if (!message.fromMe) message.sender = address;
+    const auto chat = chatOfMessage.find(message.rowId);
+    const bool inChat = chat != chatOfMessage.end();
+    Sms::Conversation& conversation = ConversationFor(conversations, inChat ? chat->second : address);
+    if (!inChat) AddParticipant(conversation, address);
+    conversation.messages.push_back(std::move(message));
+  }
+}
+
+// iOS 5 and before: text messages in conversations of msg_group with their
+// members in group_member, flags 3 for sent and 2 for received, dates in
+// seconds since 1970; iMessages in the same table through the madrid
+// columns, with dates since 2001 and the sent mark in bit 15 of their flags.
+void ReadLegacy(Database& database, const SchemaInfo& schema, Conversations& conversations) {
+  std::map<int64_t, std::vector<std::string>> members;
+  if (schema.HasTable("group_member")) {
+    Database::Statement rows(database, "select group_id, address from group_member order by ROWID");
+    while (rows.Step()) members[rows.Int64(0)].push_back(Column(rows, 1));
+  }
+  enum { kRowId, kText, kBody, kAddress, kDate, kFlags, kGroup, kIsMadrid, kHandle, kMadridFlags, kService, kCountry, kRoom };
+  const std::string query =
+      "select message.ROWID, " +
+      SelectList(schema, "message", {"text", "madrid_attributedBody", "address", "date", "flags", "group_id",
+                                     "is_madrid", "madrid_handle", "madrid_flags", "madrid_service", "country",
+                                     "madrid_roomname"}) +
+      " from message order by message.ROWID";
+  Database::Statement rows(database, query.c_str());
+  while (rows.Step()) {
+    Sms::Message message;
+    message.rowId = rows.Int64(kRowId);
+    message.text = MessageText(rows, kText, kBody);
+    message.country = Column(rows, kCountry);
+    const bool iMessage = rows.Int64(kIsMadrid) != 0;
+    const TimeBase base = iMessage ? TimeBase::Since2001 : TimeBase::Unix;
+    message.date = LocalDateText(rows.Text(kDate), base);
+    message.instant = UnixSeconds(rows.Text(kDate), base);
+    std::vector<std::string> parties;
+    std::string id;
+    if (iMessage) {
+      message.fromMe = (rows.Int64(kMadridFlags) & 0x8000) != 0;
+      message.service = Column(rows, kService);
+      const std::string handle = Column(rows, kHandle);
+      if (!message.fromMe) message.sender = handle;
+      parties.push_back(handle);
+      id = Column(rows, kRoom).empty() ? handle : Column(rows, kRoom);
+    } else {
+      message.fromMe = (rows.Int64(kFlags) & 1) != 0;
+      message.service = "SMS";
+      const std::string address = Column(rows, kAddress);
+      if (!message.fromMe) message.sender = address;
+      const auto group = members.find(rows.Int64(kGroup));
+      parties = group != members.end() ? group->second : std::vector<std::string>{address};
+      for (const std::string& party : parties) id += (id.empty() ? "" : ", ") + party;
+    }
+    Sms::Conversation& conversation = ConversationFor(conversations, id);
+    for (const std::string& party : parties) AddParticipant(conversation, party);
+    conversation.group = conversation.participants.size() > 1;
+    conversation.messages.push_back(std::move(message));
+  }
+}
+
+}  // namespace
+
+std::vector<Sms::Conversation> ReadMessageDatabase(Database& database) {
+  const SchemaInfo schema(database);
+  Conversations conversations;
+  const bool legacy = !schema.HasTable("handle") && !schema.HasTable("chat") && schema.HasColumn("message", "flags");
+  if (legacy) {
+    ReadLegacy(database, schema, conversations);
+  } else {
+    ReadChats(database, schema, conversations);
+  }
+  std::vector<Sms::Conversation> ordered;
+  for (auto& [id, conversation] : conversations) {
+    // Text messages and iMessages of one party count their dates from
+    // different epochs, so their order is settled here.
+    std::stable_sort(conversation.messages.begin(), conversation.messages.end(),
+                     [](const Sms::Message& a, const Sms::Message& b) {
+                       return a.instant.value_or(INT64_MIN) < b.instant.value_or(INT64_MIN);
+                     });
+    if (conversation.participants.empty() && !conversation.group && !id.empty()) AddParticipant(conversation, id);
+    ordered.push_back(std::move(conversation));
+  }
+  return ordered;
+}
+
+}  // namespace current

@@ -1,0 +1,61 @@
+#ifndef YH_KINDS_CURRENT_SMS_H
+#define YH_KINDS_CURRENT_SMS_H
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "kinds/Kind.h"
+#include "kinds/current/Contact.h"
+
+namespace current {
+
+// Every conversation a message database holds, from iOS 5 to 18, group
+// chats included, each message once and in date order, with its true date
+// and its text (from the archived attributed string where the text column
+// is empty). Besides the described keys: per conversation "participants"
+// (each with "address" and "name"), "group" and "display_name"; per message
+// "sender" and "sender_name" (empty for the owner's own messages).
+class Sms : public Kind {
+ public:
+  explicit Sms(Contact& contacts) : contacts_(contacts) {}
+
+  // An array of the conversations of every message database (empty when none).
+  plist_t FindContent(void* device, int flag) override;
+
+  struct Message {
+    int64_t rowId = 0;
+    std::optional<int64_t> instant;  // seconds since 1970, for the order
+    std::string country;
+    std::string service;
+    std::string text;
+    std::string date;
+    bool fromMe = false;
+    std::string sender;  // the sender's address; empty for the owner
+    std::string senderName;
+  };
+
+  struct Conversation {
+    std::string id;
+    std::string phone;
+    std::string another;
+    std::string displayName;
+    bool group = false;
+    std::vector<std::string> participants;  // addresses
+    std::vector<std::string> participantNames;
+    std::vector<Message> messages;
+  };
+
+ private:
+  void Read(const BackupDevice* device);
+  void Name(const BackupDevice* device, Conversation& conversation);
+
+  Contact& contacts_;
+  bool read_ = false;
+  std::vector<Conversation> conversations_;
+};
+
+}  // namespace current
+
+#endif

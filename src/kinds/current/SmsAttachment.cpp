@@ -1,0 +1,105 @@
+#include "kinds/current/SmsAttachment.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include "common/FileHelpers.h"
+#include "common/LocalDate.h"
+#include "common/PlistHelpers.h"
+#include "common/SchemaInfo.h"
+#include "common/TextHelpers.h"
+#include "kinds/LocalDatabase.h"
+#include "kinds/MediaLocator.h"
+
+namespace current {
+namespace {
+
+// The device's home folder as message databases write it.
+const char* const kHomePrefixes[] = {"~/", "/var/mobile/", "/private/var/mobile/"};
+
+std::string BelowHome(const std::string& stored) {
+  for (const char* prefix : kHomePrefixes) {
+    const std::string text(prefix);
+    if (stored.compare(0, text.size(), text) == 0) return stored.substr(text.size());
+  }
+  return stored;
+}
+
+std::string Column(const Database::Statement& row, int column) {
+  const char* text = row.Text(column);
+  return text ? text : "";
+}
+
+bool IsImage(std::string mimeType) {
+  std::transform(mimeType.begin(), mimeType.end(), mimeType.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return mimeType.find("image") != std::string::npos;
+}
+
+std::vector<SmsAttachment::Attachment> ReadAttachments(Database& database) {
+  const SchemaInfo schema(database);
+  // Before iOS 6 attachments lived in madrid_attachment.
+  const std::string table = schema.HasTable("attachment") ? "attachment" : "madrid_attachment";
+  std::vector<SmsAttachment::Attachment> attachments;
+  if (!schema.HasTable(table)) return attachments;
+  const std::string query = "select " + schema.ColumnOrNull(table, "filename") + ", " +
+                            schema.ColumnOrNull(table, "mime_type") + ", " +
+                            schema.ColumnOrNull(table, "transfer_name") + ", " +
+                            schema.ColumnOrNull(table, "created_date") + " from " + table + " order by ROWID";
+  Database::Statement rows(database, query.c_str());
+  while (rows.Step()) {
+    if (rows.IsNull(0) || Column(rows, 0).empty()) continue;
+    SmsAttachment::Attachment attachment;
+    attachment.queryPath = BelowHome(Column(rows, 0));
+    attachment.mimeType = Column(rows, 1);
+    attachment.image = IsImage(attachment.mimeType);
+    attachment.originalName = Column(rows, 2);
+    attachment.date = LocalDateText(rows.Text(3), TimeBase::Since2001);
+    attachments.push_back(std::move(attachment));
+  }
+  return attachments;
+}
+
+}  // namespace
+
+void SmsAttachment::Read(const BackupDevice* device) {
+  read_ = true;
+  for (const StoredFile& file : StoredFilesAt(device, "Library/SMS/sms.db")) {
+    const LocalDatabase local = LocalDatabaseOf(device, file);
+    Database database(local.path, local.access);
+    for (Attachment& attachment : ReadAttachments(database)) attachments_.push_back(std::move(attachment));
+  }
+  const MediaLocator locator(device);
+  for (Attachment& attachment : attachments_) {
+    const std::optional<std::string> stored = locator.FindExact(attachment.queryPath);
+    if (!stored) continue;
+    attachment.path = *stored;
+    attachment.size = VQGetFileSize(stored->c_str());
+    attachment.present = true;
+  }
+}
+
+plist_t SmsAttachment::FindContent(void* device, int /*flag*/) {
+  if (!read_) Read(static_cast<const BackupDevice*>(device));
+  if (attachments_.empty()) return nullptr;
+  plist_t array = plist_new_array();
+  size_t position = 0;
+  for (const Attachment& attachment : attachments_) {
+    std::string name = "IMG_" + std::to_string(++position);
+    if (const char* extension = GetFilePostfix(attachment.queryPath.c_str())) name += extension;
+    plist_t dict = plist_new_dict();
+    InsertPlistDictString(dict, "file_name", name.c_str());
+    InsertPlistDictString(dict, "path", attachment.path.c_str());
+    plist_dict_set_item(dict, "size", plist_new_uint(attachment.size));
+    plist_dict_set_item(dict, "type", plist_new_uint(attachment.image ? 0 : 1));
+    InsertPlistDictString(dict, "query_path", attachment.queryPath.c_str());
+    plist_dict_set_item(dict, "present", plist_new_bool(attachment.present));
+    InsertPlistDictString(dict, "mime_type", attachment.mimeType.c_str());
+    InsertPlistDictString(dict, "original_name", attachment.originalName.c_str());
+    InsertPlistDictString(dict, "date", attachment.date.c_str());
+    plist_array_append_item(array, dict);
+  }
+  return array;
+}
+
+}  // namespace current

@@ -1,0 +1,22 @@
+#ifndef YH_SERVICE_CURRENT_CURRENTKINDS_H
+#define YH_SERVICE_CURRENT_CURRENTKINDS_H
+
+#include "common/VqBase.h"
+#include "kinds/current/CallHistory.h"
+#include "kinds/current/Contact.h"
+#include "kinds/current/Sms.h"
+#include "kinds/current/SmsAttachment.h"
+
+// The current service's own extractors of one record. Calls and messages
+// name their other parties through the one contacts object.
+class CurrentKinds : public VqBase {
+ public:
+  CurrentKinds() : callHistory(contact), sms(contact) {}
+
+  current::Contact contact;
+  current::CallHistory callHistory;
+  current::Sms sms;
+  current::SmsAttachment smsAttachment;
+};
+
+#endif

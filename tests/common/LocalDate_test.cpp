@@ -1,0 +1,67 @@
+#include "common/LocalDate.h"
+
+#include <gtest/gtest.h>
+
+#include "support/ScopedEnv.h"
+
+namespace yhtest {
+namespace {
+
+TEST(LocalDate, SecondsSince2001AreTheTrueInstant) {
+  ScopedTimeZone utc("UTC");
+  EXPECT_EQ(LocalDateText("0", TimeBase::Since2001), "2001-01-01 00:00:00");
+  EXPECT_EQ(LocalDateText("600000000", TimeBase::Since2001), "2020-01-06 10:40:00");
+  EXPECT_EQ(LocalDateText("-1", TimeBase::Since2001), "2000-12-31 23:59:59");
+}
+
+TEST(LocalDate, NanosecondsAreRecognised) {
+  ScopedTimeZone utc("UTC");
+  EXPECT_EQ(LocalDateText("600000000000000000", TimeBase::Since2001), "2020-01-06 10:40:00");
+  EXPECT_EQ(LocalDateText("600000000999999999", TimeBase::Since2001), "2020-01-06 10:40:00");
+  EXPECT_EQ(LocalDateText("-100000000500000000", TimeBase::Since2001), "1997-10-31 14:13:19");
+}
+
+TEST(LocalDate, FractionsAreDropped) {
+  ScopedTimeZone utc("UTC");
+  EXPECT_EQ(LocalDateText("600000000.9", TimeBase::Since2001), "2020-01-06 10:40:00");
+  EXPECT_EQ(LocalDateText("6.000000009e8", TimeBase::Since2001), "2020-01-06 10:40:00");
+  EXPECT_EQ(LocalDateText("-0.5", TimeBase::Since2001), "2000-12-31 23:59:59");
+}
+
+TEST(LocalDate, UnixSeconds) {
+  ScopedTimeZone utc("UTC");
+  EXPECT_EQ(LocalDateText("1561982400", TimeBase::Unix), "2019-07-01 12:00:00");
+}
+
+TEST(LocalDate, DatesAfter2038KeepTheirYear) {
+  ScopedTimeZone utc("UTC");
+  EXPECT_EQ(LocalDateText("1235865600", TimeBase::Since2001), "2040-03-01 00:00:00");
+  EXPECT_EQ(LocalDateText("1235865600000000000", TimeBase::Since2001), "2040-03-01 00:00:00");
+}
+
+TEST(LocalDate, TheZoneRulesOfTheInstantApply) {
+  ScopedTimeZone newYork("America/New_York");
+  EXPECT_EQ(LocalDateText("583675200", TimeBase::Since2001), "2019-07-01 08:00:00");  // summer time
+  EXPECT_EQ(LocalDateText("600000000", TimeBase::Since2001), "2020-01-06 05:40:00");  // standard time
+  EXPECT_EQ(LocalDateText("1561982400", TimeBase::Unix), "2019-07-01 08:00:00");
+}
+
+TEST(LocalDate, WhatIsNoDateStaysEmpty) {
+  ScopedTimeZone utc("UTC");
+  EXPECT_EQ(LocalDateText(nullptr, TimeBase::Since2001), "");
+  EXPECT_EQ(LocalDateText("", TimeBase::Since2001), "");
+  EXPECT_EQ(LocalDateText("yesterday", TimeBase::Since2001), "");
+  EXPECT_EQ(LocalDateText("12abc", TimeBase::Unix), "");
+  EXPECT_EQ(LocalDateText("nan", TimeBase::Unix), "");
+  EXPECT_EQ(LocalDateText("1e300", TimeBase::Unix), "");
+  EXPECT_FALSE(UnixSeconds("", TimeBase::Unix).has_value());
+}
+
+TEST(LocalDate, UnixSecondsOrderInstantsOfEitherBase) {
+  EXPECT_EQ(UnixSeconds("0", TimeBase::Since2001), 978307200);
+  EXPECT_EQ(UnixSeconds("978307200", TimeBase::Unix), 978307200);
+  EXPECT_EQ(UnixSeconds("1000000000", TimeBase::Since2001), UnixSeconds("1000000000000000000", TimeBase::Since2001));
+}
+
+}  // namespace
+}  // namespace yhtest

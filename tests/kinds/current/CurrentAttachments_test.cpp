@@ -1,0 +1,73 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "support/BackupBuilder.h"
+#include "support/ScopedEnv.h"
+#include "support/ServedBackup.h"
+
+namespace yhtest {
+namespace {
+
+std::string Attachments(const std::string& schema) {
+  return Schema(schema) +
+         "INSERT INTO attachment (ROWID, guid, original_guid, filename, mime_type, transfer_name, created_date) VALUES "
+         "(1, 'a', 'a', '~/Library/SMS/Attachments/ab/12/IMG_0001.HEIC', 'image/heic', 'IMG_0001.HEIC', 583675200), "
+         "(2, 'b', 'b', '/var/mobile/Library/SMS/Attachments/cd/34/voice.caf', 'audio/x-caf', 'Audio.caf', NULL), "
+         "(3, 'c', 'c', NULL, 'image/png', NULL, NULL), "
+         "(4, 'd', 'd', '~/Library/SMS/Attachments/ef/56/Doc', 'Image/png', 'Doc', 583675260);\n";
+}
+
+TEST(CurrentAttachments, EveryAttachmentLocatedExactlyWithWhetherItsFileIsPresent) {
+  for (IndexKind kind : {IndexKind::ManifestDb, IndexKind::Mbdb}) {
+    TempDir root;
+    BackupBuilder builder(kind);
+    builder.AddDatabase("HomeDomain", "Library/SMS/sms.db", Attachments("sms.db-ios13"))
+        .AddFile("MediaDomain", "Library/SMS/Attachments/ab/12/IMG_0001.HEIC", "heic bytes")
+        .AddFile("MediaDomain", "Library/SMS/Attachments/ab/12/IMG_0001.HEIC.thumbnail.jpg", "thumb")
+        .AddFile("MediaDomain", "Library/SMS/Attachments/ef/56/Doc", "png");
+    const std::string backup = builder.Write(root.Path() + "b");
+    ScopedTimeZone utc("UTC");
+    ServedBackup served(backup, Service::Current);
+    const std::string heic = backup + builder.StoredPath("MediaDomain", "Library/SMS/Attachments/ab/12/IMG_0001.HEIC");
+    const std::string doc = backup + builder.StoredPath("MediaDomain", "Library/SMS/Attachments/ef/56/Doc");
+    EXPECT_EQ(served.Answer(ContentSmsAttachment),
+              "[{\"file_name\":\"IMG_1.HEIC\",\"path\":\"" + heic +
+                  "\",\"size\":10u,\"type\":0u,\"query_path\":\"Library/SMS/Attachments/ab/12/IMG_0001.HEIC\","
+                  "\"present\":true,\"mime_type\":\"image/heic\",\"original_name\":\"IMG_0001.HEIC\","
+                  "\"date\":\"2019-07-01 12:00:00\"},"
+                  "{\"file_name\":\"IMG_2.caf\",\"path\":\"\",\"size\":0u,\"type\":1u,"
+                  "\"query_path\":\"Library/SMS/Attachments/cd/34/voice.caf\",\"present\":false,"
+                  "\"mime_type\":\"audio/x-caf\",\"original_name\":\"Audio.caf\",\"date\":\"\"},"
+                  "{\"file_name\":\"IMG_3\",\"path\":\"" + doc +
+                  "\",\"size\":3u,\"type\":0u,\"query_path\":\"Library/SMS/Attachments/ef/56/Doc\",\"present\":true,"
+                  "\"mime_type\":\"Image/png\",\"original_name\":\"Doc\",\"date\":\"2019-07-01 12:01:00\"}]");
+  }
+}
+
+TEST(CurrentAttachments, Ios5AttachmentsOfTheMadridTable) {
+  TempDir root;
+  BackupBuilder builder(IndexKind::Mbdb);
+  builder
+      .AddDatabase("HomeDomain", "Library/SMS/sms.db",
+                   Schema("sms.db-ios5-legacy") +
+                       "INSERT INTO madrid_attachment (filename, mime_type) VALUES "
+                       "('/var/mobile/Library/SMS/Attachments/00/00/a.jpg', 'image/jpeg');\n")
+      .AddFile("MediaDomain", "Library/SMS/Attachments/00/00/a.jpg", "jpg");
+  const std::string backup = builder.Write(root.Path() + "b");
+  ServedBackup served(backup, Service::Current);
+  EXPECT_EQ(served.Answer(ContentSmsAttachment),
+            "[{\"file_name\":\"IMG_1.jpg\",\"path\":\"" + backup +
+                builder.StoredPath("MediaDomain", "Library/SMS/Attachments/00/00/a.jpg") +
+                "\",\"size\":3u,\"type\":0u,\"query_path\":\"Library/SMS/Attachments/00/00/a.jpg\",\"present\":true,"
+                "\"mime_type\":\"image/jpeg\",\"original_name\":\"\",\"date\":\"\"}]");
+}
+
+TEST(CurrentAttachments, NoMessageDatabaseAnswersNull) {
+  TempDir root;
+  ServedBackup served(BackupBuilder(IndexKind::ManifestDb).Write(root.Path() + "b"), Service::Current);
+  EXPECT_EQ(served.Answer(ContentSmsAttachment), "null");
+}
+
+}  // namespace
+}  // namespace yhtest

@@ -1,0 +1,104 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "kinds/AddressBookSql.h"
+#include "support/BackupBuilder.h"
+#include "support/ScopedEnv.h"
+#include "support/ServedBackup.h"
+
+namespace yhtest {
+namespace {
+
+const IndexKind kIndexKinds[] = {IndexKind::ManifestDb, IndexKind::Mbdb};
+
+struct Call {
+  std::string name, address, date, type, duration, country, network;
+  bool answered;
+  std::string service;
+};
+
+std::string Expected(const std::vector<Call>& calls) {
+  std::string text = "[";
+  for (const Call& call : calls) {
+    if (text.size() > 1) text += ",";
+    text += "{\"name\":\"" + call.name + "\",\"address\":\"" + call.address + "\",\"date\":\"" + call.date +
+            "\",\"type\":\"" + call.type + "\",\"duration\":\"" + call.duration + "\",\"country_code\":\"" +
+            call.country + "\",\"network_code\":\"" + call.network + "\",\"location\":\"\",\"answered\":" +
+            (call.answered ? "true" : "false") + ",\"service\":\"" + call.service + "\"}";
+  }
+  return text + "]";
+}
+
+// An iOS 5 call database (no network_code column), an iOS 18 call store
+// (one address as a BLOB, FaceTime audio and video) and an address book.
+std::string WriteCallBackup(const TempDir& root, IndexKind kind) {
+  const std::string callDb = Schema("call_history.db-ios5") +
+                             "INSERT INTO call (name, address, date, flags, duration, country_code) VALUES "
+                             "('', '+1 (617) 555-0199', 1561982400, 4, 65, 'us'), "
+                             "('Bob', '5550100', 1561982500, 5, 0, 'us');\n";
+  const std::string store =
+      Schema("CallHistory.storedata-ios18") +
+      "INSERT INTO ZCALLRECORD (Z_PK, ZNAME, ZADDRESS, ZDATE, ZORIGINATED, ZDURATION, ZISO_COUNTRY_CODE, "
+      "ZANSWERED, ZCALLTYPE) VALUES "
+      "(1, NULL, X'2B3136313735353530313939', 583675350.5, 0, 0, 'us', 0, 16), "
+      "(2, '', 'someone@example.org', 583675400, 1, 59.9, NULL, 1, 8);\n";
+  return BackupBuilder(kind)
+      .AddDatabase("WirelessDomain", "Library/CallHistory/call_history.db", callDb)
+      .AddDatabase("HomeDomain", "Library/CallHistoryDB/CallHistory.storedata", store)
+      .AddDatabase("HomeDomain", kAddressBookPath, AddressBook().PersonWithNumber(1, "Ada", "'+1 (617) 555-0199'").Sql())
+      .Write(root.Path() + "backup");
+}
+
+TEST(CurrentCalls, EveryGenerationNewestFirstWithTrueDatesAndNames) {
+  for (IndexKind kind : kIndexKinds) {
+    TempDir root;
+    const std::string backup = WriteCallBackup(root, kind);
+    for (const auto& [zone, hour] : {std::pair<const char*, const char*>{"UTC", "12"}, {"America/New_York", "08"}}) {
+      ScopedTimeZone timeZone(zone);
+      ServedBackup served(backup, Service::Current);
+      ASSERT_TRUE(served.Analysed());
+      const std::string day = std::string("2019-07-01 ") + hour;
+      EXPECT_EQ(served.Answer(ContentCallHistory),
+                Expected({
+                    {"", "someone@example.org", day + ":03:20", "Outgoing", "00:00:59", "", "", true, "FaceTime Video"},
+                    {"Ada", "+16175550199", day + ":02:30", "Incoming", "00:00:00", "us", "", false, "FaceTime Audio"},
+                    {"Bob", "5550100", day + ":01:40", "Outgoing", "00:00:00", "us", "", true, "Phone"},
+                    {"Ada", "+1 (617) 555-0199", day + ":00:00", "Incoming", "00:01:05", "us", "", true, "Phone"},
+                }))
+          << zone;
+    }
+  }
+}
+
+TEST(CurrentCalls, TheDescribedServiceStillSkipsTheOldDatabaseWithoutNetworkCodes) {
+  TempDir root;
+  const std::string backup = WriteCallBackup(root, IndexKind::Mbdb);
+  ScopedTimeZone utc("UTC");
+  ServedBackup described(backup, Service::Described);
+  const std::string answer = described.Answer(ContentCallHistory);
+  EXPECT_EQ(answer.find("5550100"), std::string::npos);
+}
+
+TEST(CurrentCalls, ABackupWithoutCallsAnswersNull) {
+  TempDir root;
+  ServedBackup served(BackupBuilder(IndexKind::ManifestDb).Write(root.Path() + "b"), Service::Current);
+  EXPECT_EQ(served.Answer(ContentCallHistory), "null");
+}
+
+TEST(CurrentCalls, AStoreWithoutItsNewerColumnsStillLists) {
+  TempDir root;
+  const std::string store =
+      "CREATE TABLE ZCALLRECORD (Z_PK INTEGER PRIMARY KEY, ZADDRESS VARCHAR, ZDATE TIMESTAMP, ZORIGINATED INTEGER);\n"
+      "INSERT INTO ZCALLRECORD VALUES (1, '555', NULL, 1);\n";
+  ScopedTimeZone utc("UTC");
+  ServedBackup served(BackupBuilder(IndexKind::ManifestDb)
+                          .AddDatabase("HomeDomain", "Library/CallHistoryDB/CallHistory.storedata", store)
+                          .Write(root.Path() + "b"),
+                      Service::Current);
+  EXPECT_EQ(served.Answer(ContentCallHistory),
+            Expected({{"", "555", "", "Outgoing", "00:00:00", "", "", false, "Phone"}}));
+}
+
+}  // namespace
+}  // namespace yhtest

@@ -1,0 +1,25 @@
+#include "support/ServedBackup.h"
+
+#include "support/DeviceList.h"
+#include "support/PlistDump.h"
+
+namespace yhtest {
+
+ServedBackup::ServedBackup(const std::string& backupPath, Service service)
+    : table_(service == Service::Current ? CreateCurrentDataRecoveryService() : CreateDataRecoveryService()),
+      device_(GetBackupDeviceListAt(backupPath.c_str())) {
+  if (device_) analysed_ = table_->AnalyzeBackup(device_) == 1;
+}
+
+ServedBackup::~ServedBackup() {
+  FreeDeviceList(device_);
+  FreeiDeviceBackupService(table_);
+}
+
+plist_t ServedBackup::Tree(int type) const {
+  return device_ ? table_->GetContentList(device_, static_cast<iDeviceContentType>(type)) : nullptr;
+}
+
+std::string ServedBackup::Answer(int type) const { return DumpAndFree(Tree(type)); }
+
+}  // namespace yhtest

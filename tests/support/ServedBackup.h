@@ -1,0 +1,35 @@
+#ifndef YH_TESTS_SUPPORT_SERVEDBACKUP_H
+#define YH_TESTS_SUPPORT_SERVEDBACKUP_H
+
+#include <string>
+
+#include "libYH.h"
+
+namespace yhtest {
+
+enum class Service { Described, Current };
+
+// One backup folder analysed through a service's table, as a host drives it.
+class ServedBackup {
+ public:
+  ServedBackup(const std::string& backupPath, Service service);
+  ~ServedBackup();
+  ServedBackup(const ServedBackup&) = delete;
+  ServedBackup& operator=(const ServedBackup&) = delete;
+
+  bool Analysed() const { return analysed_; }
+  BackupDevice* Device() const { return device_; }
+  // Dump() of the answer to one content request.
+  std::string Answer(int type) const;
+  // The answer itself; the caller frees it.
+  plist_t Tree(int type) const;
+
+ private:
+  iDeviceBackupService* table_;
+  BackupDevice* device_;
+  bool analysed_ = false;
+};
+
+}  // namespace yhtest
+
+#endif
