@@ -34,8 +34,9 @@ double TreeMilliseconds(plist_t answer) {
 
 }  // namespace
 
-bool MeasureLibrary(const std::string& folder, bool copyAnswers, LibraryTimes* times) {
-  iDeviceBackupService* service = CreateDataRecoveryService();
+bool MeasureLibrary(const std::string& folder, Service which, bool copyAnswers, LibraryTimes* times) {
+  iDeviceBackupService* service =
+      which == Service::Current ? CreateCurrentDataRecoveryService() : CreateDataRecoveryService();
   BackupDevice* devices = nullptr;
   times->discovery = Milliseconds([&] { devices = GetBackupDeviceListAt(folder.c_str()); });
   int32_t analysed = 0;

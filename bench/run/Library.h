@@ -24,9 +24,12 @@ struct LibraryTimes {
   double Total() const;
 };
 
+// Which service table the measure drives.
+enum class Service { Described, Current };
+
 // `folder` holds the backup folder; false when no backup is found there or
 // its analysis fails.
-bool MeasureLibrary(const std::string& folder, bool copyAnswers, LibraryTimes* times);
+bool MeasureLibrary(const std::string& folder, Service service, bool copyAnswers, LibraryTimes* times);
 
 }  // namespace bench
 

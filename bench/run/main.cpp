@@ -27,6 +27,7 @@ const char* const kTypeNames[kContentTypes] = {"call history", "contacts",      
 bool Rereads(int type) { return type == 2 || type == 4; }
 
 const double kMaxRatio = 1.5;
+const double kMaxCurrentRatio = 1.2;  // the current service against the described one
 const double kMaxLaterRequestMs = 200;
 const double kMaxPeakMb = 400;
 
@@ -68,23 +69,31 @@ int main(int argc, char** argv) {
 
   std::vector<FloorTimes> floors;
   std::vector<LibraryTimes> runs;
+  std::vector<LibraryTimes> currentRuns;
   double peakMb = 0;
+  double currentPeakMb = 0;
   for (int round = 0; round < roundCount; ++round) {
     floors.push_back(bench::MeasureFloor(backup));
     runs.emplace_back();
     LibraryTimes copied;
     double roundPeakMb = 0;
     double copiedPeakMb = 0;
-    const auto measure = [&folder](bool copyAnswers) {
-      return [&folder, copyAnswers](LibraryTimes* times) { return bench::MeasureLibrary(folder, copyAnswers, times); };
+    currentRuns.emplace_back();
+    double currentRoundPeakMb = 0;
+    const auto measure = [&folder](bench::Service service, bool copyAnswers) {
+      return [&folder, service, copyAnswers](LibraryTimes* times) {
+        return bench::MeasureLibrary(folder, service, copyAnswers, times);
+      };
     };
-    if (!bench::RunIsolated(measure(false), &runs.back(), &roundPeakMb) ||
-        !bench::RunIsolated(measure(true), &copied, &copiedPeakMb)) {
+    if (!bench::RunIsolated(measure(bench::Service::Described, false), &runs.back(), &roundPeakMb) ||
+        !bench::RunIsolated(measure(bench::Service::Described, true), &copied, &copiedPeakMb) ||
+        !bench::RunIsolated(measure(bench::Service::Current, false), &currentRuns.back(), &currentRoundPeakMb)) {
       std::fprintf(stderr, "the library could not analyse %s\n", backup.c_str());
       return 1;
     }
     runs.back().answerTrees = copied.answerTrees;
     peakMb = std::max(peakMb, roundPeakMb);
+    currentPeakMb = std::max(currentPeakMb, currentRoundPeakMb);
   }
 
   std::printf("%s\nmedian of %d rounds, milliseconds\n", backup.c_str(), roundCount);
@@ -123,5 +132,17 @@ int main(int argc, char** argv) {
               Verdict(laterRequestsMet));
   std::printf("%-36s %9.1f  (target < %.0f MB: %s)\n", "peak resident memory, MB", peakMb, kMaxPeakMb,
               Verdict(peakMb < kMaxPeakMb));
+
+  std::printf("current service\n");
+  for (int type = 0; type < kContentTypes; ++type) {
+    std::printf("%2d %-16s first %8.1f  second %8.1f  %7zu entries\n", type, kTypeNames[type],
+                MedianOf(currentRuns, [type](auto& r) { return r.first[type]; }),
+                MedianOf(currentRuns, [type](auto& r) { return r.second[type]; }), currentRuns.front().items[type]);
+  }
+  const double currentTotal = MedianOf(currentRuns, [](auto& r) { return r.Total(); });
+  std::printf("%-36s %9.1f\n", "current service total", currentTotal);
+  std::printf("%-36s %9.2f  (target <= %.1f: %s)\n", "current / described total", currentTotal / total,
+              kMaxCurrentRatio, Verdict(currentTotal / total <= kMaxCurrentRatio));
+  std::printf("%-36s %9.1f\n", "current service peak memory, MB", currentPeakMb);
   return 0;
 }

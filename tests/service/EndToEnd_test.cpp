@@ -23,8 +23,14 @@ namespace {
 using yhtest::IndexKind;
 using yhtest::TempDir;
 
-// Records expected per content type, in enumeration order.
-const std::map<std::string, std::vector<uint32_t>> kExpectedCounts = {
+using Counts = std::map<std::string, std::vector<uint32_t>>;
+
+// Records expected per content type, in enumeration order, of each service.
+const Counts kDescribedCounts = {
+    {"Sample iPhone old", {4, 2, 2, 2, 2, 3, 1, 1, 1, 1, 1}},
+    {"Sample iPhone new", {2, 2, 2, 2, 2, 2, 1, 1, 1, 1, 1}},
+};
+const Counts kCurrentCounts = {
     {"Sample iPhone old", {4, 2, 2, 2, 2, 3, 1, 1, 1, 1, 1}},
     {"Sample iPhone new", {2, 2, 2, 2, 2, 2, 1, 1, 1, 1, 1}},
 };
@@ -37,7 +43,7 @@ std::string Text(plist_t array, uint32_t index, const char* key) {
   return copy;
 }
 
-TEST(EndToEnd, EveryContentTypeOfBothIndexKindsTwice) {
+void DriveWholeService(iDeviceBackupService* (*create)(), const Counts& expectedCounts) {
   TempDir root;
   const std::string backups = root.Path() + "MobileSync/Backup/";
   yhtest::sample::Builder(IndexKind::Mbdb).InfoString("Device Name", "Sample iPhone old").Write(backups + "old");
@@ -45,14 +51,14 @@ TEST(EndToEnd, EveryContentTypeOfBothIndexKindsTwice) {
   const std::string before = yhtest::SnapshotTree(backups);
   yhtest::ApplicationSupportOverride support(root.Path());
 
-  iDeviceBackupService* service = CreateDataRecoveryService();
+  iDeviceBackupService* service = create();
   BackupDevice* list = service->GetBackupDeviceList();
   int seen = 0;
   for (BackupDevice* device = list; device; device = device->next, ++seen) {
     ASSERT_NE(device->deviceName, nullptr);
     SCOPED_TRACE(device->deviceName);
-    const auto expected = kExpectedCounts.find(device->deviceName);
-    ASSERT_NE(expected, kExpectedCounts.end());
+    const auto expected = expectedCounts.find(device->deviceName);
+    ASSERT_NE(expected, expectedCounts.end());
     ASSERT_EQ(service->AnalyzeBackup(device), 1);
     std::vector<std::string> first;
     for (int round = 0; round < 2; ++round) {
@@ -81,5 +87,9 @@ TEST(EndToEnd, EveryContentTypeOfBothIndexKindsTwice) {
   FreeiDeviceBackupService(service);
   EXPECT_EQ(yhtest::SnapshotTree(backups), before);
 }
+
+TEST(EndToEnd, EveryContentTypeOfBothIndexKindsTwice) { DriveWholeService(CreateDataRecoveryService, kDescribedCounts); }
+
+TEST(EndToEnd, TheCurrentServiceOnTheSameBackups) { DriveWholeService(CreateCurrentDataRecoveryService, kCurrentCounts); }
 
 }  // namespace

@@ -12,6 +12,7 @@ namespace yh {
 struct ListOptions {
   std::string root;
   Format format = Format::Table;
+  bool classic = false;  // the described service instead of the current one
 };
 
 struct ShowOptions {
@@ -19,12 +20,14 @@ struct ShowOptions {
   std::string kind;
   std::string root;
   Format format = Format::Json;
+  bool classic = false;  // the described service instead of the current one
 };
 
 struct ExportOptions {
   std::string backup;
   std::string out;
-  std::vector<std::string> kinds{kAllKinds};
+  std::vector<std::string> kinds{kAllKinds  bool classic = false;  // the described service instead of the current one
+};
   std::string root;
 };
 
@@ -33,6 +36,7 @@ struct DecryptOptions {
   std::string out;
   std::string root;
   std::string passwordFile;
+  bool classic = false;  // the described service instead of the current one
 };
 
 // yh report takes what yh export takes.

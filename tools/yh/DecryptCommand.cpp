@@ -40,7 +40,7 @@ std::string Why(int32_t result) {
 }  // namespace
 
 int RunDecrypt(const DecryptOptions& options, std::ostream& out) {
-  const Library library;
+  const Library library(options.classic);
   const FoundBackup backup = LocateBackup(library, options.backup, options.root);
   const std::string name = Describe(*backup.device);
   if (!backup.device->isEncrypted) throw Failure("backup " + name + ": " + Why(YHNotEncrypted));

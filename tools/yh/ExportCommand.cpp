@@ -7,7 +7,7 @@
 namespace yh {
 
 int RunExport(const ExportOptions& options, std::ostream& out) {
-  const Library library;
+  const Library library(options.classic);
   const FoundBackup backup = FindBackup(library, options.backup, options.root);
   RefuseInsideBackup(*backup.device, options.out);
   std::vector<KindExport> results;

@@ -31,7 +31,8 @@ DeviceList::~DeviceList() {
   freeList_(head_);
 }
 
-Library::Library() : table_(CreateDataRecoveryService()) {}
+Library::Library(bool classic)
+    : table_(classic ? CreateDataRecoveryService() : CreateCurrentDataRecoveryService()) {}
 
 Library::~Library() { FreeiDeviceBackupService(table_); }
 

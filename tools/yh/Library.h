@@ -35,10 +35,11 @@ class DeviceList {
   std::vector<BackupDevice*> devices_;
 };
 
-// The library's service table for the life of one command.
+// The library's service table for the life of one command: the current
+// service, or the described one when `classic`.
 class Library {
  public:
-  Library();
+  explicit Library(bool classic);
   ~Library();
   Library(const Library&) = delete;
   Library& operator=(const Library&) = delete;

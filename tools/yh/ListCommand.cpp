@@ -22,7 +22,7 @@ std::vector<std::string> DeviceRow(const BackupDevice& device) {
 }  // namespace
 
 int RunList(const ListOptions& options, std::ostream& out) {
-  const Library library;
+  const Library library(options.classic);
   const DeviceList list = ListBackups(library, options.root);
   if (options.format == Format::Json) {
     Json devices = Json::array();

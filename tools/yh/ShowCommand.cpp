@@ -4,7 +4,7 @@
 namespace yh {
 
 int RunShow(const ShowOptions& options, std::ostream& out) {
-  const Library library;
+  const Library library(options.classic);
   const FoundBackup backup = FindBackup(library, options.backup, options.root);
   const std::vector<const Kind*> kinds = SelectKinds({options.kind});
   std::vector<Answer> answers;

@@ -47,6 +47,11 @@ CLI::Validator FormatCheck(const std::map<std::string, Format>& formats, const s
       "", "format");
 }
 
+const char kClassicHelp[] =
+    "Answer as the described service does (hosts built for it), instead of reading what today's devices store";
+
+void AddClassicFlag(CLI::App& command, bool& classic) { command.add_flag("--classic", classic, kClassicHelp); }
+
 // The options of the commands that write a backup's kinds into a folder.
 void AddWriteOptions(CLI::App& command, yh::ExportOptions& options, const std::string& outHelp) {
   command.add_option("BACKUP", options.backup, kBackupHelp)->required();
@@ -56,6 +61,7 @@ void AddWriteOptions(CLI::App& command, yh::ExportOptions& options, const std::s
       ->delimiter(',')
       ->check(KindCheck());
   command.add_option("--root", options.root, kRootHelp)->type_name("DIR");
+  AddClassicFlag(command, options.classic);
 }
 
 // Errors print the message and the usage of the command at fault; --help
@@ -92,6 +98,7 @@ int main(int argc, char** argv) {
   listCommand->add_option("--format", list.format, "table (default) or json")
       ->transform(FormatCheck(listFormats, "table, json"))
       ->type_name("FORMAT");
+  AddClassicFlag(*listCommand, list.classic);
 
   yh::ShowOptions show;
   CLI::App* showCommand = app.add_subcommand("show", "Show one kind of content of a backup, or all of them");
@@ -101,6 +108,7 @@ int main(int argc, char** argv) {
   showCommand->add_option("--format", show.format, "json (default), xml, csv or table")
       ->transform(FormatCheck(showFormats, "json, xml, csv, table"))
       ->type_name("FORMAT");
+  AddClassicFlag(*showCommand, show.classic);
 
   yh::ExportOptions exported;
   CLI::App* exportCommand =
@@ -116,6 +124,7 @@ int main(int argc, char** argv) {
       ->type_name("DIR");
   decryptCommand->add_option("--root", decrypt.root, kRootHelp)->type_name("DIR");
   decryptCommand->add_option("--password-file", decrypt.passwordFile, kPasswordHelp)->type_name("FILE");
+  AddClassicFlag(*decryptCommand, decrypt.classic);
 
   yh::ReportOptions report;
   CLI::App* reportCommand = app.add_subcommand(

@@ -8,7 +8,7 @@
 namespace yh {
 
 int RunReport(const ReportOptions& options, std::ostream& out) {
-  const Library library;
+  const Library library(options.classic);
   const FoundBackup backup = FindBackup(library, options.backup, options.root);
   RefuseInsideBackup(*backup.device, options.out);
   std::vector<KindExport> results;

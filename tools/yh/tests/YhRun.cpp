@@ -91,10 +91,10 @@ YhResult Yh(const std::vector<std::string>& args, const std::vector<std::string>
 
 std::string Samples() { return YH_SAMPLE_BACKUPS; }
 
-yh::Plist Answer(const std::string& path, int contentType) {
+yh::Plist Answer(const std::string& path, int contentType, bool classic) {
   setenv("TZ", "UTC", 1);
   tzset();
-  const yh::Library library;
+  const yh::Library library(classic);
   const yh::DeviceList list = library.List(path);
   if (list.Devices().size() != 1 || !library.Analyze(*list.Devices().front())) return yh::Plist();
   return library.Content(*list.Devices().front(), contentType);

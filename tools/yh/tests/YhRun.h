@@ -28,7 +28,7 @@ extern const char kNewSample[];  // Manifest.db
 
 // The library's answer for one kind of the backup at `path`, in UTC, as yh
 // gets it.
-yh::Plist Answer(const std::string& path, int contentType);
+yh::Plist Answer(const std::string& path, int contentType, bool classic = false);
 
 // The bytes of a file; "" when it cannot be read.
 std::string ReadFile(const std::string& path);
