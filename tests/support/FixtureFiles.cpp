@@ -152,11 +152,6 @@ void RunScript(sqlite3* db, const std::string& path, const std::string& sql) {
   run(statement);  // an unfinished statement is reported; comments do nothing
 }
 
-std::string ReadBytes(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
-
 }  // namespace
 
 void WriteDatabase(const std::string& path, const std::string& sql) {

@@ -26,9 +26,9 @@ struct ShowOptions {
 struct ExportOptions {
   std::string backup;
   std::string out;
-  std::vector<std::string> kinds{kAllKinds  bool classic = false;  // the described service instead of the current one
-};
+  std::vector<std::string> kinds{kAllKinds};
   std::string root;
+  bool classic = false;  // the described service instead of the current one
 };
 
 struct DecryptOptions {

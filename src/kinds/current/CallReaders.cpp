@@ -72,7 +72,7 @@ std::vector<CallHistory::Call> ReadCallStore(Database& database) {
       SelectList(schema, "ZCALLRECORD", {"ZNAME", "ZADDRESS", "ZDATE", "ZORIGINATED", "ZDURATION",
                                          "ZISO_COUNTRY_CODE", "ZSERVICE_PROVIDER", "ZLOCATION", "ZANSWERED",
                                          "ZCALLTYPE"}) +
-      " from ZCALLRECORD order by ZCALLRECORD.Z_PK";
+      " from ZCALLRECORD order by ZCALLRECORD.rowid";
   Database::Statement rows(database, query.c_str());
   while (rows.Step()) {
     CallHistory::Call call;

@@ -89,7 +89,7 @@ void ReadChats(Database& database, const SchemaInfo& schema, Conversations& conv
   const std::string query = "select message.ROWID, " +
                             SelectList(schema, "message", {"text", "attributedBody", "handle_id", "date",
                                                            "is_from_me", "service", "country"}) +
-                            " from message order by message.date, message.ROWID";
+                            " from message order by message.ROWID";
   Database::Statement rows(database, query.c_str());
   while (rows.Step()) {
     Sms::Message message;

@@ -21,8 +21,13 @@ YhResult Show(const std::string& backup, const std::string& kind, const std::str
   return Yh({"show", backup, kind, "--root", Samples(), "--format", format});
 }
 
+// The described service's answers, whose layout the format tests state.
+YhResult ShowClassic(const std::string& backup, const std::string& kind, const std::string& format) {
+  return Yh({"show", backup, kind, "--root", Samples(), "--format", format, "--classic"});
+}
+
 // The JSON mirrors the plist: same key order, strings as strings, unsigned
-// integers as unsigned numbers.
+// integers as unsigned numbers, booleans as booleans.
 void ExpectSameTree(const Json& json, plist_t node, const std::string& where) {
   SCOPED_TRACE(where);
   switch (plist_get_node_type(node)) {
@@ -63,6 +68,13 @@ void ExpectSameTree(const Json& json, plist_t node, const std::string& where) {
       plist_get_uint_val(node, &value);
       EXPECT_TRUE(json.is_number_unsigned());
       EXPECT_EQ(json.get<uint64_t>(), value);
+      break;
+    }
+    case PLIST_BOOLEAN: {
+      uint8_t value = 0;
+      plist_get_bool_val(node, &value);
+      EXPECT_TRUE(json.is_boolean());
+      EXPECT_EQ(json.get<bool>(), value != 0);
       break;
     }
     default:
@@ -165,12 +177,12 @@ TEST(YhShow, CsvHasAHeaderAndOneRowPerRecordOrLeaf) {
   for (const char* sample : kSamples) {
     for (const yh::Kind& kind : yh::Kinds()) {
       SCOPED_TRACE(std::string(sample) + " " + kind.name);
-      const YhResult run = Show(sample, kind.name, "csv");
+      const YhResult run = ShowClassic(sample, kind.name, "csv");
       ASSERT_EQ(run.code, 0);
       const auto rows = ParseCsv(run.out);
       ASSERT_FALSE(rows.empty());
       EXPECT_EQ(rows.front(), kind.columns);
-      EXPECT_EQ(rows.size() - 1, LeafRows(Answer(SamplePath(sample), kind.contentType).get()));
+      EXPECT_EQ(rows.size() - 1, LeafRows(Answer(SamplePath(sample), kind.contentType, true).get()));
       for (const auto& row : rows) EXPECT_EQ(row.size(), kind.columns.size());
     }
   }
@@ -180,11 +192,11 @@ TEST(YhShow, TableAlignsTheColumns) {
   for (const char* sample : kSamples) {
     for (const yh::Kind& kind : yh::Kinds()) {
       SCOPED_TRACE(std::string(sample) + " " + kind.name);
-      const YhResult run = Show(sample, kind.name, "table");
+      const YhResult run = ShowClassic(sample, kind.name, "table");
       ASSERT_EQ(run.code, 0);
       const std::vector<std::string> lines = Lines(run.out);
       ASSERT_FALSE(lines.empty());
-      EXPECT_EQ(lines.size() - 1, LeafRows(Answer(SamplePath(sample), kind.contentType).get()));
+      EXPECT_EQ(lines.size() - 1, LeafRows(Answer(SamplePath(sample), kind.contentType, true).get()));
       EXPECT_EQ(lines.front().rfind(kind.columns.front() + "  ", 0), 0u);
       // The second column starts at the same place on every line.
       const size_t second = lines.front().find(kind.columns[1]);
@@ -194,7 +206,7 @@ TEST(YhShow, TableAlignsTheColumns) {
 }
 
 TEST(YhShow, CallsAsCsv) {
-  const YhResult run = Show(kOldSample, "calls", "csv");
+  const YhResult run = ShowClassic(kOldSample, "calls", "csv");
   EXPECT_EQ(run.out,
             "name,address,date,type,duration,country_code,network_code,location\n"
             "John Appleseed,+14085550123,2014-07-01 09:15:32,Incoming,00:05:12,310,410,\n"
@@ -204,7 +216,7 @@ TEST(YhShow, CallsAsCsv) {
 }
 
 TEST(YhShow, MessagesAreOneRowPerMessageWithTheirThread) {
-  const YhResult run = Show(kNewSample, "messages", "csv");
+  const YhResult run = ShowClassic(kNewSample, "messages", "csv");
   const auto rows = ParseCsv(run.out);
   ASSERT_EQ(rows.size(), 6u);
   EXPECT_EQ(rows[1], (std::vector<std::string>{"+16175550199", "+16175550199", "Mary Somerville", "us", "iMessage",
@@ -214,6 +226,18 @@ TEST(YhShow, MessagesAreOneRowPerMessageWithTheirThread) {
   EXPECT_TRUE(Contains(run.out,
                        "\n+442079460018,+442079460018,Charles Babbage,gb,SMS,"
                        "\"Train delayed, starting at 10:30 instead\",2023-09-10 09:48:00,0\n"));
+}
+
+TEST(YhShow, TheCurrentServiceIsTheDefaultAndItsExtraKeysFollowTheDescribedColumns) {
+  const auto calls = ParseCsv(Show(kOldSample, "calls", "csv").out);
+  ASSERT_FALSE(calls.empty());
+  EXPECT_EQ(calls.front(), (std::vector<std::string>{"name", "address", "date", "type", "duration", "country_code",
+                                                     "network_code", "location", "answered", "service"}));
+  const auto messages = ParseCsv(Show(kNewSample, "messages", "csv").out);
+  ASSERT_FALSE(messages.empty());
+  const std::vector<std::string> described = yh::FindKind("messages")->columns;
+  EXPECT_EQ(std::vector<std::string>(messages.front().begin(), messages.front().begin() + described.size()), described);
+  EXPECT_NE(Show(kNewSample, "messages", "json").out, ShowClassic(kNewSample, "messages", "json").out);
 }
 
 TEST(YhShow, ContactPropertiesAreOneRowEachWithThePersonsId) {
