@@ -118,17 +118,29 @@ YH_EXPORT void FreeiDeviceBackupService(void* table);
  * Free the list with the table's FreeBackupDevice. */
 YH_EXPORT BackupDevice* GetBackupDeviceListAt(const char* folder);
 
-/* Results of DecryptBackup. */
+/* Results of UnlockBackup and DecryptBackup. */
 typedef enum YHBackupKeyResult {
   YHUnlocked = 0,          /* done */
   YHWrongPassword = 1,
   YHNotEncrypted = 2,      /* nothing to unlock: read it as it is */
   YHKeyBagDamaged = 3,     /* Manifest.plist, its key bag or a class key is missing or damaged */
-  YHNoBackup = 4,          /* DecryptBackup: no readable index in the folder */
+  YHNoBackup = 4,          /* no backup record, or (DecryptBackup) no readable index in the folder */
   YHOutputNotEmpty = 5,    /* DecryptBackup: `out` exists and is not an empty folder */
   YHWriteFailed = 6,       /* DecryptBackup: the copy could not be written */
   YHDecryptedWithGaps = 7  /* DecryptBackup: done, but some stored files were missing or damaged */
 } YHBackupKeyResult;
+
+/* Unlocks an encrypted backup of the list with its password, before
+ * AnalyzeBackup of either service: the password is stretched once here (a
+ * few seconds for the ten million rounds of recent backups) and then
+ * forgotten. The record's index, each database a kind reads and each media
+ * file an answer names are decrypted when first needed into a private
+ * folder (mode 0700, outside the backup), removed when the record is freed;
+ * media paths in answers name those copies. Nothing is written into the
+ * backup. Returns YHUnlocked, YHWrongPassword, YHNotEncrypted (read it as it
+ * is), YHKeyBagDamaged, YHNoBackup for a NULL record or password, or
+ * YHWriteFailed when the private folder cannot be made. */
+YH_EXPORT int32_t UnlockBackup(BackupDevice* device, const char* password);
 
 /* What DecryptBackup reports after each file. `skipped` is NULL, or the
  * stored name of a file that was missing or could not be decrypted. */

@@ -264,6 +264,16 @@ int32_t Decryptor::FromMbdb() {
 
 }  // namespace
 
+int32_t OpenBackupKeys(const std::string& backup, bool manifestDb, const std::string& password,
+                       std::unique_ptr<BackupKeys>* keys) {
+  std::unique_ptr<BackupKeys> opened;
+  const BackupKeys::Unlock unlock = BackupKeys::Open(backup, password, &opened);
+  if (unlock != BackupKeys::Unlock::Unlocked) return KeyResult(unlock);
+  if (manifestDb && !opened->HasManifestKey()) return YHKeyBagDamaged;
+  *keys = std::move(opened);
+  return YHUnlocked;
+}
+
 int32_t DecryptBackupFolder(const std::string& backupFolder, const std::string& outFolder,
                             const std::string& password, YHDecryptProgressCallback progress, void* userData) {
   const std::string backup = WithSlash(backupFolder);
@@ -272,9 +282,8 @@ int32_t DecryptBackupFolder(const std::string& backupFolder, const std::string& 
   if (!isDb && !VQIsRegularFile((backup + "Manifest.mbdb").c_str())) return YHNoBackup;
   if (!IsNewOrEmpty(outFolder)) return YHOutputNotEmpty;
   std::unique_ptr<BackupKeys> keys;
-  const BackupKeys::Unlock unlock = BackupKeys::Open(backup, password, &keys);
-  if (unlock != BackupKeys::Unlock::Unlocked) return KeyResult(unlock);
-  if (isDb && !keys->HasManifestKey()) return YHKeyBagDamaged;
+  const int32_t unlock = OpenBackupKeys(backup, isDb, password, &keys);
+  if (unlock != YHUnlocked) return unlock;
   if (mkdir(outFolder.c_str(), 0700) != 0 && errno != EEXIST) return YHWriteFailed;
   Decryptor decryptor(backup, out, *keys, progress, userData);
   return isDb ? decryptor.FromManifestDb() : decryptor.FromMbdb();

@@ -73,3 +73,8 @@ std::string EncryptedBackup::StoredFileCopy(const std::string& storedName, const
   copies_[storedName] = copy;
   return copy;
 }
+
+const EncryptedBackup::KeyTexts& EncryptedBackup::MbdbKeys(const std::function<KeyTexts()>& fill) {
+  if (!mbdbKeys_) mbdbKeys_ = std::make_unique<const KeyTexts>(fill());
+  return *mbdbKeys_;
+}

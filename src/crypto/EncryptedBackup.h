@@ -1,10 +1,12 @@
 #ifndef YH_CRYPTO_ENCRYPTEDBACKUP_H
 #define YH_CRYPTO_ENCRYPTEDBACKUP_H
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
 #include <string>
+#include <unordered_map>
 
 #include "common/Database.h"
 #include "crypto/BackupKeys.h"
@@ -34,6 +36,11 @@ class EncryptedBackup {
   // "" when it is missing, damaged or its key does not unwrap.
   std::string StoredFileCopy(const std::string& storedName, const std::optional<StoredKey>& key);
 
+  // A Manifest.mbdb backup's file keys by stored name, as `fill` gives them
+  // on the first call (the index lists them record by record).
+  using KeyTexts = std::unordered_map<std::string, std::string>;
+  const KeyTexts& MbdbKeys(const std::function<KeyTexts()>& fill);
+
  private:
   std::unique_ptr<BackupKeys> keys_;
   std::string backupPath_;
@@ -41,7 +48,8 @@ class EncryptedBackup {
   std::string manifestDb_;
   std::unique_ptr<Database> index_;
   std::unique_ptr<Database::Statement> keyLookup_;
-  std::map<std::string, std::string> copies_;  // stored name -> decrypted copy, "" when it failed
+  std::map<std::string, std::string> copies_;
+  std::unique_ptr<const KeyTexts> mbdbKeys_;  // stored name -> decrypted copy, "" when it failed
 };
 
 #endif

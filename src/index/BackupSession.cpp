@@ -6,6 +6,8 @@
 #include <filesystem>
 #include <system_error>
 
+#include "crypto/EncryptedBackup.h"
+
 namespace {
 
 std::string TemporaryRoot() {
@@ -17,7 +19,11 @@ std::string TemporaryRoot() {
 
 }  // namespace
 
+BackupSession::BackupSession() = default;
+
+// The decrypted copies close before their folder goes.
 BackupSession::~BackupSession() {
+  encrypted_.reset();
   if (folder_.empty()) return;
   std::error_code ignored;
   std::filesystem::remove_all(folder_, ignored);
@@ -37,3 +43,5 @@ std::string BackupSession::NewCopyFolder() {
   const std::string folder = root + std::to_string(++copies_) + "/";
   return mkdir(folder.c_str(), 0700) == 0 ? folder : std::string();
 }
+
+void BackupSession::SetEncrypted(std::unique_ptr<EncryptedBackup> encrypted) { encrypted_ = std::move(encrypted); }

@@ -6,13 +6,15 @@
 
 #include "common/VqBase.h"
 
+class EncryptedBackup;
+
 // What one analysed backup keeps besides its index: the private folder that
 // holds copies of its files (never inside the backup), the choices of the
 // service that analysed it, and that service's own extractors. It dies with
 // the device record, and the private folder with it.
 class BackupSession {
  public:
-  BackupSession() = default;
+  BackupSession();
   ~BackupSession();
   BackupSession(const BackupSession&) = delete;
   BackupSession& operator=(const BackupSession&) = delete;
@@ -35,8 +37,14 @@ class BackupSession {
   // record; NULL for a backup analysed by the described service.
   std::unique_ptr<VqBase> currentKinds;
 
+  // The keys of an unlocked encrypted backup and its decrypted copies; NULL
+  // for a plain backup or before UnlockBackup.
+  EncryptedBackup* Encrypted() const { return encrypted_.get(); }
+  void SetEncrypted(std::unique_ptr<EncryptedBackup> encrypted);
+
  private:
   std::string folder_;
+  std::unique_ptr<EncryptedBackup> encrypted_;
   unsigned copies_ = 0;
   bool readsWal_ = false;
 };

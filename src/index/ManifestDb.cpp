@@ -8,6 +8,7 @@
 #include "common/FileHelpers.h"
 #include "common/Folder.h"
 #include "common/TextHelpers.h"
+#include "crypto/EncryptedBackup.h"
 
 namespace {
 
@@ -32,7 +33,9 @@ ManifestDb::~ManifestDb() {
 
 uint32_t ManifestDb::ReadDb(const char* path) {
   backupPath_ = path;
-  Database database(std::string(path) + "Manifest.db");
+  // An unlocked encrypted backup's index is read from its decrypted copy.
+  EncryptedBackup* encrypted = Session().Encrypted();
+  Database database(encrypted ? encrypted->ManifestDbCopy() : std::string(path) + "Manifest.db");
   const Folder folder(backupPath_);
   folder_ = &folder;
   const bool read = database.Exec(kFilesQuery, ManifestDbCallback, this);

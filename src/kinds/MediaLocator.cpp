@@ -2,6 +2,7 @@
 
 #include "index/ManifestDb.h"
 #include "index/Mbdb.h"
+#include "kinds/ReadableFile.h"
 #include "kinds/SourceFiles.h"
 
 MediaLocator::MediaLocator(const BackupDevice* device) : device_(device) {}
@@ -12,13 +13,13 @@ std::optional<std::string> MediaLocator::FindExact(const std::string& relativePa
     VqCheckAlive(reader);
     const ManifestDb::PathMap& map = *reader->GetQueryPathKeyMap();
     auto hit = map.find(relativePath);
-    if (hit != map.end()) return ManifestDbStoredPath(device_->backupPath, hit->second->fileID);
+    if (hit != map.end()) return ReadablePath(device_, ManifestDbStoredPath(device_->backupPath, hit->second->fileID));
   } else if (device_->backupType == 0) {
     auto* reader = static_cast<Mbdb*>(device_->indexReader);
     VqCheckAlive(reader);
     const Mbdb::PathMap& map = *reader->GetQueryPathKeyMap();
     auto hit = map.find(relativePath);
-    if (hit != map.end()) return reader->GetBackupPath() + hit->second->storedName;
+    if (hit != map.end()) return ReadablePath(device_, reader->GetBackupPath() + hit->second->storedName);
   }
   return std::nullopt;
 }
@@ -52,7 +53,7 @@ const MediaLocator::Catalog& MediaLocator::Records() const {
   return *records_;
 }
 
-std::string MediaLocator::StoredPath(const Catalog& records, size_t position) {
+std::string MediaLocator::StoredPath(const Catalog& records, size_t position) const {
   const std::string& name = *records.storedNames[position];
-  return records.manifestDb ? ManifestDbStoredPath(records.folder, name) : records.folder + name;
+  return ReadablePath(device_, records.manifestDb ? ManifestDbStoredPath(records.folder, name) : records.folder + name);
 }

@@ -38,7 +38,8 @@ class MediaLocator {
   };
 
   const Catalog& Records() const;
-  static std::string StoredPath(const Catalog& records, size_t position);
+  // Where the record at `position` is read (see ReadablePath).
+  std::string StoredPath(const Catalog& records, size_t position) const;
 
   const BackupDevice* device_;
   mutable std::unique_ptr<const Catalog> records_;

@@ -2,6 +2,7 @@
 
 #include "index/ManifestDb.h"
 #include "index/Mbdb.h"
+#include "kinds/ReadableFile.h"
 #include "kinds/SourceFiles.h"
 
 namespace {
@@ -13,7 +14,8 @@ struct ManifestDbFiles {
   ManifestDb* reader;
   static const std::string& PathOf(const ManifestDb::DBFileRecord& record) { return record.relativePath; }
   StoredFile FileOf(const ManifestDb::DBFileRecord& record) const {
-    return {record.domain, record.relativePath, ManifestDbStoredPath(device->backupPath, record.fileID)};
+    return {record.domain, record.relativePath,
+            ReadablePath(device, ManifestDbStoredPath(device->backupPath, record.fileID))};
   }
 };
 
@@ -22,7 +24,7 @@ struct MbdbFiles {
   Mbdb* reader;
   static const std::string& PathOf(const Mbdb::MBFileRecord& record) { return record.path; }
   StoredFile FileOf(const Mbdb::MBFileRecord& record) const {
-    return {record.domain, record.path, reader->GetBackupPath() + record.storedName};
+    return {record.domain, record.path, ReadablePath(device, reader->GetBackupPath() + record.storedName)};
   }
 };
 

@@ -2,6 +2,7 @@
 #define YH_SERVICE_ANALYSIS_H
 
 #include "index/BackupSession.h"
+#include "index/IndexReader.h"
 #include "libYH.h"
 
 // How a service prepares the session of a record it analyses, after the new
@@ -14,5 +15,8 @@ using PrepareSession = void (*)(BackupDevice* device, BackupSession& session);
 // analysis, such as a password) passes to the new one, emptied of the
 // earlier service's extractors.
 int32_t AnalyzeBackupWith(BackupDevice* device, PrepareSession prepare);
+
+// A new reader of the backup type, its index not read; NULL for an unknown type.
+IndexReader* NewIndexReader(int32_t backupType);
 
 #endif

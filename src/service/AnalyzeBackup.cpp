@@ -22,30 +22,40 @@ const IndexReaderType kIndexReaders[] = {
      }},
 };
 
+const IndexReaderType* ReaderTypeOf(int32_t backupType) {
+  for (const IndexReaderType& type : kIndexReaders) {
+    if (type.backupType == backupType) return &type;
+  }
+  return nullptr;
+}
+
 }  // namespace
+
+IndexReader* NewIndexReader(int32_t backupType) {
+  const IndexReaderType* type = ReaderTypeOf(backupType);
+  return type ? type->create() : nullptr;
+}
 
 // The extractors are made before the index is read, so they exist (and answer
 // with nothing) even when the index cannot be read. Design decision for a
 // second call on the same record: the earlier reader and extractors are
 // released first, so the record is analysed afresh without leaking.
 int32_t AnalyzeBackupWith(BackupDevice* device, PrepareSession prepare) {
-  for (const IndexReaderType& type : kIndexReaders) {
-    if (type.backupType != device->backupType) continue;
-    IndexReader* earlier = ReaderOf(device);
-    std::unique_ptr<BackupSession> session = earlier ? earlier->TakeSession() : nullptr;
-    delete device->indexReader;
-    for (ExtractorField field : kExtractorFields) delete field(device);
-    IndexReader* reader = type.create();
-    device->indexReader = reader;
-    if (session) {
-      session->currentKinds.reset();
-      reader->AdoptSession(std::move(session));
-    }
-    CreateKindObj(device);
-    prepare(device, reader->Session());
-    return type.read(reader, device->backupPath);
+  const IndexReaderType* type = ReaderTypeOf(device->backupType);
+  if (!type) return device->backupType;
+  IndexReader* earlier = ReaderOf(device);
+  std::unique_ptr<BackupSession> session = earlier ? earlier->TakeSession() : nullptr;
+  delete device->indexReader;
+  for (ExtractorField field : kExtractorFields) delete field(device);
+  IndexReader* reader = type->create();
+  device->indexReader = reader;
+  if (session) {
+    session->currentKinds.reset();
+    reader->AdoptSession(std::move(session));
   }
-  return device->backupType;
+  CreateKindObj(device);
+  prepare(device, reader->Session());
+  return type->read(reader, device->backupPath);
 }
 
 int32_t AnalyzeBackup(BackupDevice* device) {

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -23,8 +24,13 @@ std::string Resolved(const std::string& path) {
 
 }  // namespace
 
-BackupFiles::BackupFiles(const std::string& backupPath) : folder_(Resolved(backupPath)) {
-  if (!folder_.empty() && folder_.back() != '/') folder_ += "/";
+BackupFiles::BackupFiles(const std::string& backupPath, const std::string& copies) {
+  for (const std::string& folder : {backupPath, copies}) {
+    std::string resolved = folder.empty() ? "" : Resolved(folder);
+    if (resolved.empty()) continue;
+    if (resolved.back() != '/') resolved += "/";
+    folders_.push_back(resolved);
+  }
 }
 
 BackupFiles::Source BackupFiles::Open(const std::string& path) const {
@@ -38,7 +44,10 @@ BackupFiles::Source BackupFiles::Open(const std::string& path) const {
     source.problem = std::string("not in the backup (") + std::strerror(errno) + ")";
     return source;
   }
-  if (folder_.empty() || resolved.compare(0, folder_.size(), folder_) != 0) {
+  const bool inside = std::any_of(folders_.begin(), folders_.end(), [&](const std::string& folder) {
+    return resolved.compare(0, folder.size(), folder) == 0;
+  });
+  if (!inside) {
     source.problem = "lies outside the backup";
     return source;
   }

@@ -3,13 +3,15 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "Fd.h"
 
 namespace yh {
 
 // Opens the files that answers name, read-only, and only regular files that
-// lie inside the backup folder once every symbolic link is resolved.
+// lie inside the backup folder (or the folder of an encrypted backup's
+// decrypted copies) once every symbolic link is resolved.
 class BackupFiles {
  public:
   struct Source {
@@ -18,12 +20,13 @@ class BackupFiles {
     std::string problem;  // why the file is not copied
   };
 
-  explicit BackupFiles(const std::string& backupPath);
+  // `copies` is "" when there are no decrypted copies.
+  BackupFiles(const std::string& backupPath, const std::string& copies);
 
   Source Open(const std::string& path) const;
 
  private:
-  std::string folder_;  // resolved, ending in "/"
+  std::vector<std::string> folders_;  // resolved, each ending in "/"
 };
 
 }  // namespace yh

@@ -1,11 +1,14 @@
 #include "BackupFinder.h"
 
 #include <filesystem>
+#include <cstdlib>
 #include <functional>
+#include <iostream>
 #include <initializer_list>
 #include <vector>
 
 #include "Failure.h"
+#include "Password.h"
 #include "TerminalText.h"
 
 namespace yh {
@@ -37,6 +40,27 @@ std::string WhyNotABackup(const Library& library, const std::string& folder) {
   return "not a backup (no Info.plist, Manifest.plist or index)";
 }
 
+// Unlocks an encrypted backup. The library's decrypted copies go into a
+// folder of yh's own (the library makes its folder in $TMPDIR), so that
+// media files named in answers are known to be copies, not files of anywhere.
+std::unique_ptr<PrivateFolder> Unlock(BackupDevice& device, const std::string& passwordFile) {
+  const std::string name = Describe(device);
+  std::string password = BackupPassword(passwordFile, name);
+  auto copies = std::make_unique<PrivateFolder>();
+  if (copies->Path().empty()) throw Failure("backup " + name + ": no private temporary folder could be made");
+  std::cerr << "Checking the password (backups of iOS 10.2 and later take a few seconds)...\n";
+  const char* earlier = std::getenv("TMPDIR");
+  const std::string saved = earlier ? earlier : "";
+  setenv("TMPDIR", copies->Path().c_str(), 1);
+  const int32_t result = UnlockBackup(&device, password.c_str());
+  earlier ? setenv("TMPDIR", saved.c_str(), 1) : unsetenv("TMPDIR");
+  Wipe(&password);
+  // A backup listed as encrypted whose Manifest.plist says otherwise is read as it is.
+  if (result == YHNotEncrypted) return nullptr;
+  if (result != YHUnlocked) throw Failure("backup " + name + ": " + UnlockProblem(result));
+  return copies;
+}
+
 void ReadIndex(const Library& library, BackupDevice& device) {
   if (library.Analyze(device)) return;
   const std::string why = device.isEncrypted
@@ -52,7 +76,7 @@ FoundBackup FromPath(const Library& library, const std::string& path) {
   DeviceList list = library.List(path);
   if (list.Devices().empty()) throw Failure(Printable(path) + ": " + WhyNotABackup(library, path));
   BackupDevice* device = list.Devices().front();
-  return {std::move(list), device};
+  return {nullptr, std::move(list), device};
 }
 
 // Device names come with a typographic apostrophe ("Ada’s iPhone") that is
@@ -95,7 +119,7 @@ FoundBackup FromRoot(const Library& library, const std::string& name, const std:
     throw Failure("\"" + Printable(name) + "\" names " + std::to_string(found.size()) + " backups: " + names +
                   "; give more of the folder name");
   }
-  return {std::move(list), found.front()};
+  return {nullptr, std::move(list), found.front()};
 }
 
 FoundBackup Find(const Library& library, const std::string& name, const std::string& root) {
@@ -120,8 +144,10 @@ FoundBackup LocateBackup(const Library& library, const std::string& name, const 
   return Find(library, name, root);
 }
 
-FoundBackup FindBackup(const Library& library, const std::string& name, const std::string& root) {
+FoundBackup FindBackup(const Library& library, const std::string& name, const std::string& root,
+                       const std::string& passwordFile) {
   FoundBackup found = Find(library, name, root);
+  if (found.device->isEncrypted) found.copies = Unlock(*found.device, passwordFile);
   ReadIndex(library, *found.device);
   return found;
 }

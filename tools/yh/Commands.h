@@ -20,7 +20,8 @@ struct ShowOptions {
   std::string kind;
   std::string root;
   Format format = Format::Json;
-  bool classic = false;  // the described service instead of the current one
+  std::string passwordFile;  // of an encrypted backup
+  bool classic = false;      // the described service instead of the current one
 };
 
 struct ExportOptions {
@@ -28,7 +29,8 @@ struct ExportOptions {
   std::string out;
   std::vector<std::string> kinds{kAllKinds};
   std::string root;
-  bool classic = false;  // the described service instead of the current one
+  std::string passwordFile;  // of an encrypted backup
+  bool classic = false;      // the described service instead of the current one
 };
 
 struct DecryptOptions {

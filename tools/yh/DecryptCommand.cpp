@@ -26,24 +26,13 @@ void Report(const YHDecryptProgress* status, void* user) {
                      Megabytes(status->bytesTotal));
 }
 
-std::string Why(int32_t result) {
-  switch (result) {
-    case YHWrongPassword: return "wrong password";
-    case YHNotEncrypted: return "the backup is not encrypted";
-    case YHKeyBagDamaged: return "the key bag of Manifest.plist is missing or damaged";
-    case YHNoBackup: return "no readable index";
-    case YHOutputNotEmpty: return "the output folder is not empty";
-    default: return "the copy could not be written";
-  }
-}
-
 }  // namespace
 
 int RunDecrypt(const DecryptOptions& options, std::ostream& out) {
   const Library library(options.classic);
   const FoundBackup backup = LocateBackup(library, options.backup, options.root);
   const std::string name = Describe(*backup.device);
-  if (!backup.device->isEncrypted) throw Failure("backup " + name + ": " + Why(YHNotEncrypted));
+  if (!backup.device->isEncrypted) throw Failure("backup " + name + ": " + UnlockProblem(YHNotEncrypted));
   std::string password = BackupPassword(options.passwordFile, name);
   std::cerr << "Checking the password (backups of iOS 10.2 and later take a few seconds)...\n";
   Run run;
@@ -52,7 +41,7 @@ int RunDecrypt(const DecryptOptions& options, std::ostream& out) {
   Wipe(&password);
   run.progress.Finish();
   if (result != YHUnlocked && result != YHDecryptedWithGaps) {
-    throw Failure("backup " + name + ": " + Why(result) + (result == YHOutputNotEmpty ? " (" + Printable(options.out) + ")" : ""));
+    throw Failure("backup " + name + ": " + UnlockProblem(result) + (result == YHOutputNotEmpty ? " (" + Printable(options.out) + ")" : ""));
   }
   for (const std::string& file : run.skipped) {
     std::cerr << "yh: skipped stored file " << file << ": missing or damaged\n";

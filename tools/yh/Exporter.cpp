@@ -24,11 +24,12 @@ void RefuseInsideBackup(const BackupDevice& device, const std::string& out) {
   }
 }
 
-Exporter::Exporter(const Library& library, BackupDevice& device, const std::string& out)
+Exporter::Exporter(const Library& library, BackupDevice& device, const std::string& copies,
+                   const std::string& out)
     : library_(library),
       device_(device),
       out_(OutputFolder::Open(out)),
-      media_(Text(device.backupPath), out_, progress_) {}
+      media_(Text(device.backupPath), copies, out_, progress_) {}
 
 KindExport Exporter::Export(const Kind& kind) {
   const Answer answer{&kind, library_.Content(device_, kind.contentType)};

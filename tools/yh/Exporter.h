@@ -20,7 +20,8 @@ void RefuseInsideBackup(const BackupDevice& device, const std::string& out);
 // folder and copies the media files the answers name into media/<kind>/.
 class Exporter {
  public:
-  Exporter(const Library& library, BackupDevice& device, const std::string& out);
+  // `copies`: where answers may name files besides the backup ("" for none).
+  Exporter(const Library& library, BackupDevice& device, const std::string& copies, const std::string& out);
 
   KindExport Export(const Kind& kind);
 

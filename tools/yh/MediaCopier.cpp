@@ -19,8 +19,9 @@ std::string StringAt(plist_t record, const std::string& key) {
 
 }  // namespace
 
-MediaCopier::MediaCopier(const std::string& backupPath, const OutputFolder& out, Progress& progress)
-    : files_(backupPath), out_(out), progress_(progress) {}
+MediaCopier::MediaCopier(const std::string& backupPath, const std::string& copies, const OutputFolder& out,
+                         Progress& progress)
+    : files_(backupPath, copies), out_(out), progress_(progress) {}
 
 std::vector<std::string> MediaCopier::Copy(const Kind& kind, plist_t answer, KindExport& result) {
   kindMedia_.reset();  // each kind has its own folder

@@ -30,7 +30,8 @@ struct KindExport {
 // Files that cannot be copied are named on standard error and skipped.
 class MediaCopier {
  public:
-  MediaCopier(const std::string& backupPath, const OutputFolder& out, Progress& progress);
+  // Copies files of the backup folder or of `copies` ("" for none).
+  MediaCopier(const std::string& backupPath, const std::string& copies, const OutputFolder& out, Progress& progress);
 
   // The name of each record's copy in media/<kind>/, record by record; ""
   // for a record whose file was not copied.

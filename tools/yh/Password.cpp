@@ -8,6 +8,7 @@
 #include <iostream>
 
 #include "Failure.h"
+#include "libYH.h"
 
 namespace yh {
 namespace {
@@ -49,6 +50,17 @@ std::string BackupPassword(const std::string& passwordFile, const std::string& b
                   "environment variable");
   }
   return FromTerminal(backup);
+}
+
+std::string UnlockProblem(int32_t result) {
+  switch (result) {
+    case YHWrongPassword: return "wrong password";
+    case YHNotEncrypted: return "the backup is not encrypted";
+    case YHKeyBagDamaged: return "the key bag of Manifest.plist is missing or damaged";
+    case YHNoBackup: return "no readable index";
+    case YHOutputNotEmpty: return "the output folder is not empty";
+    default: return "the copy could not be written";
+  }
 }
 
 void Wipe(std::string* text) {

@@ -5,7 +5,7 @@ namespace yh {
 
 int RunShow(const ShowOptions& options, std::ostream& out) {
   const Library library(options.classic);
-  const FoundBackup backup = FindBackup(library, options.backup, options.root);
+  const FoundBackup backup = FindBackup(library, options.backup, options.root, options.passwordFile);
   const std::vector<const Kind*> kinds = SelectKinds({options.kind});
   std::vector<Answer> answers;
   for (const Kind* kind : kinds) answers.push_back({kind, library.Content(*backup.device, kind->contentType)});

@@ -61,6 +61,7 @@ void AddWriteOptions(CLI::App& command, yh::ExportOptions& options, const std::s
       ->delimiter(',')
       ->check(KindCheck());
   command.add_option("--root", options.root, kRootHelp)->type_name("DIR");
+  command.add_option("--password-file", options.passwordFile, kPasswordHelp)->type_name("FILE");
   AddClassicFlag(command, options.classic);
 }
 
@@ -108,6 +109,7 @@ int main(int argc, char** argv) {
   showCommand->add_option("--format", show.format, "json (default), xml, csv or table")
       ->transform(FormatCheck(showFormats, "json, xml, csv, table"))
       ->type_name("FORMAT");
+  showCommand->add_option("--password-file", show.passwordFile, kPasswordHelp)->type_name("FILE");
   AddClassicFlag(*showCommand, show.classic);
 
   yh::ExportOptions exported;

@@ -9,11 +9,11 @@ namespace yh {
 
 int RunReport(const ReportOptions& options, std::ostream& out) {
   const Library library(options.classic);
-  const FoundBackup backup = FindBackup(library, options.backup, options.root);
+  const FoundBackup backup = FindBackup(library, options.backup, options.root, options.passwordFile);
   RefuseInsideBackup(*backup.device, options.out);
   std::vector<KindExport> results;
   {
-    ReportWriter report(library, *backup.device, options.out);
+    ReportWriter report(library, *backup.device, backup.CopiesFolder(), options.out);
     Progress progress;
     const std::vector<const Kind*> kinds = SelectKinds(options.kinds);
     for (size_t i = 0; i < kinds.size(); ++i) {

@@ -48,12 +48,13 @@ Json MessageCount(const Json& data) {
 
 }  // namespace
 
-ReportWriter::ReportWriter(const Library& library, BackupDevice& device, const std::string& out)
+ReportWriter::ReportWriter(const Library& library, BackupDevice& device, const std::string& copies,
+                           const std::string& out)
     : library_(library),
       device_(device),
       out_(EmptyFolder(out)),
       data_(out_.Sub("data")),
-      media_(Text(device.backupPath), out_, progress_) {
+      media_(Text(device.backupPath), copies, out_, progress_) {
   WritePage(out_);
 }
 

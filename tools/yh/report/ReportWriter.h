@@ -19,7 +19,8 @@ namespace yh {
 // the page's fixed names are its own.
 class ReportWriter {
  public:
-  ReportWriter(const Library& library, BackupDevice& device, const std::string& out);
+  // `copies`: where answers may name files besides the backup ("" for none).
+  ReportWriter(const Library& library, BackupDevice& device, const std::string& copies, const std::string& out);
 
   // Writes data/<kind>.js; messages also write one data/thread-N.js per
   // conversation.

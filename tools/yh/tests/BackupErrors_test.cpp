@@ -34,16 +34,24 @@ class YhBackupErrors : public ::testing::Test {
   yhtest::TempDir root_;
 };
 
-TEST_F(YhBackupErrors, AnEncryptedIndexIsNamedAsSuch) {
+TEST_F(YhBackupErrors, AnEncryptedBackupWithoutPasswordSaysHowToGiveOne) {
   const std::string path = Backup("secret", IndexKind::ManifestDb, true);
-  Overwrite(path + "Manifest.db", std::string(4096, '\x5A'));
   ExpectFailure("secret",
-                "backup secret (Test Phone): encrypted index: the backup is encrypted and Manifest.db cannot "
-                "be read");
+                "backup secret (Test Phone) is encrypted: give its password with --password-file FILE or the "
+                "YH_BACKUP_PASSWORD environment variable");
   const YhResult exported = Yh({"export", path, "--out", root_.Path() + "out"});
   EXPECT_EQ(exported.code, 1);
-  EXPECT_TRUE(Contains(exported.err, "encrypted index"));
+  EXPECT_TRUE(Contains(exported.err, "is encrypted: give its password"));
   EXPECT_FALSE(std::filesystem::exists(root_.Path() + "out")) << "nothing is written for a backup that fails";
+}
+
+TEST_F(YhBackupErrors, AnEncryptedBackupWithoutKeyBagIsNamedAsSuch) {
+  Backup("secret", IndexKind::ManifestDb, true);
+  const YhResult run = Yh({"show", "secret", "calls", "--root", root_.Path()}, {"YH_BACKUP_PASSWORD=pw"});
+  EXPECT_EQ(run.code, 1);
+  EXPECT_TRUE(Contains(run.err, "yh: backup secret (Test Phone): the key bag of Manifest.plist is missing or damaged\n"))
+      << run.err;
+  EXPECT_EQ(run.out, "");
 }
 
 TEST_F(YhBackupErrors, ADamagedIndexIsUnreadable) {

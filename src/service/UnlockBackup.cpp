@@ -1,0 +1,23 @@
+#include <memory>
+
+#include "crypto/BackupDecryptor.h"
+#include "crypto/EncryptedBackup.h"
+#include "libYH.h"
+#include "service/Analysis.h"
+
+// The keys live in the record's session, which the record's reader holds; a
+// record not yet analysed gets an unread reader for it, and AnalyzeBackup
+// hands that session on to the reader it makes.
+int32_t UnlockBackup(BackupDevice* device, const char* password) {
+  if (!device || !password || !device->backupPath) return YHNoBackup;
+  if (device->backupType != 0 && device->backupType != 1) return YHNoBackup;
+  std::unique_ptr<BackupKeys> keys;
+  const int32_t result = OpenBackupKeys(device->backupPath, device->backupType == 1, password, &keys);
+  if (result != YHUnlocked) return result;
+  if (!ReaderOf(device)) device->indexReader = NewIndexReader(device->backupType);
+  BackupSession& session = ReaderOf(device)->Session();
+  const std::string folder = session.NewCopyFolder();
+  if (folder.empty()) return YHWriteFailed;
+  session.SetEncrypted(std::make_unique<EncryptedBackup>(std::move(keys), device->backupPath, folder));
+  return YHUnlocked;
+}
