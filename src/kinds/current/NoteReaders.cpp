@@ -82,8 +82,9 @@ std::vector<Note::Entry> ReadLegacyNotes(Database& database) {
   return notes;
 }
 
-// Creation dates: ZCREATIONDATE up to iOS 11, ZCREATIONDATE1 on iOS 12,
-// ZCREATIONDATE3 later, where ZCREATIONDATE is left NULL. The folder's title
+// Creation dates: ZCREATIONDATE on the first generations, then ZCREATIONDATE1,
+// then ZCREATIONDATE3 (iOS 15 on); a note leaves the others NULL, so the
+// newest column that has a value is the note's. The folder's title
 // is its ZTITLE2. A locked note's body is encrypted: it is not read.
 std::vector<Note::Entry> ReadNoteStore(Database& database) {
   const SchemaInfo schema(database);

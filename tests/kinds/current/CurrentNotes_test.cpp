@@ -148,8 +148,9 @@ TEST(CurrentNotes, TheDescribedServiceStillAnswersAsBefore) {
 }
 
 TEST(CurrentNotes, EachGenerationsCreationColumnIsRead) {
-  // The plaso store has every creation column: a note of iOS 9-11 fills
-  // ZCREATIONDATE, one of iOS 12 ZCREATIONDATE1, later ones ZCREATIONDATE3.
+  // The plaso store has every creation column: notes of the first
+  // generations fill ZCREATIONDATE, later ones ZCREATIONDATE1, then
+  // ZCREATIONDATE3; the newest column with a value wins.
   TempDir root;
   const std::string store =
       Schema("NoteStore.sqlite-ios-plaso") + kEntities +
