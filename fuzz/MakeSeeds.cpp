@@ -12,6 +12,7 @@
 #include "fault/SampleBackup.h"
 #include "support/AttributedBodyBlob.h"
 #include "support/BackupBuilder.h"
+#include "support/NoteDocumentWriter.h"
 #include "support/NoteStoreBody.h"
 
 namespace {
@@ -84,6 +85,19 @@ void AttributedBodySeeds(Corpus& corpus) {
   corpus.Add(yhtest::AttributedBodyBlob(std::string(300, 'x')));
   corpus.Add(yhtest::AttributedBodyBlob(""));
   corpus.Add(yhtest::kAttributedBodyHead + yhtest::TypedStreamInteger(40000) + "cut short");
+}
+
+// Documents gzip'd as stored and as inflated: short, long, emoji, the end
+// mark of the old layout inside the text, and cut short.
+void NoteDocumentSeeds(Corpus& corpus) {
+  const std::string texts[] = {"milk, eggs", std::string(3000, 'n'), "Trip \U0001F3D4\uFE0F caf\u00E9",
+                               std::string("tab\x1A" "after", 9)};
+  for (const std::string& text : texts) {
+    corpus.Add(yhtest::NoteDocumentBlob(text));
+    corpus.Add(yhtest::NoteDocument(text));
+  }
+  corpus.Add(yhtest::NoteDocumentBlob("cut short").substr(0, 20));
+  corpus.Add(yhtest::NoteDocument("cut short").substr(0, 12));
 }
 
 yhfuzz::Value ValueOf(const std::string& literal) {
@@ -183,6 +197,8 @@ int main(int argc, char** argv) {
   AttributedBodySeeds(attributedBody);
   Corpus keyBag(out, "KeyBag");
   KeyBagSeeds(keyBag, scratch.Path());
+  Corpus noteDocument(out, "NoteDocument");
+  NoteDocumentSeeds(noteDocument);
   Corpus rows(out, "Rows");
   RowsSeeds(rows);
   return 0;

@@ -1,5 +1,7 @@
 #include "common/GZip.h"
 
+#include <algorithm>
+
 #define ZLIB_CONST
 #include <zlib.h>
 
@@ -39,4 +41,32 @@ int GZDecompress(unsigned char* src, unsigned int srcLen, unsigned char* dst, un
   if (inflateEnd(&stream) != Z_OK) return -1;
   *dstLen = static_cast<unsigned int>(stream.total_out);
   return 0;
+}
+
+std::optional<std::string> Gunzip(const void* data, size_t size, size_t limit) {
+  z_stream stream{};
+  if (inflateInit2(&stream, 15 + 16) != Z_OK) return std::nullopt;
+  stream.next_in = static_cast<const Bytef*>(data);
+  std::string out;
+  unsigned char chunk[16384];
+  size_t left = size;
+  int status = Z_OK;
+  while (status == Z_OK) {
+    // zlib counts in unsigned int: feed a large input in pieces.
+    if (stream.avail_in == 0 && left > 0) {
+      stream.avail_in = static_cast<uInt>(std::min<size_t>(left, 1u << 30));
+      left -= stream.avail_in;
+    }
+    stream.next_out = chunk;
+    stream.avail_out = sizeof chunk;
+    status = inflate(&stream, Z_NO_FLUSH);
+    const size_t produced = sizeof chunk - stream.avail_out;
+    if (out.size() + produced > limit) status = Z_MEM_ERROR;
+    else out.append(reinterpret_cast<const char*>(chunk), produced);
+    // No input left and no output made: the data ends inside the stream.
+    if (status == Z_BUF_ERROR || (status == Z_OK && produced == 0 && stream.avail_in == 0 && left == 0)) break;
+  }
+  inflateEnd(&stream);
+  if (status != Z_STREAM_END) return std::nullopt;
+  return out;
 }

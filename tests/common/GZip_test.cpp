@@ -116,3 +116,28 @@ TEST(GZip, EmptyInputProducesNothing) {
 }
 
 }  // namespace
+
+namespace {
+
+std::string AsText(const std::vector<unsigned char>& bytes) { return std::string(bytes.begin(), bytes.end()); }
+
+TEST(Gunzip, InflatesAWholeStreamOfAnySize) {
+  std::string text;
+  for (int i = 0; i < 20000; ++i) text += std::to_string(i * 7919 % 10007) + ",";
+  const std::string blob = AsText(Gzip(text));
+  EXPECT_EQ(Gunzip(blob.data(), blob.size(), text.size()), text);
+  EXPECT_EQ(Gunzip(blob.data(), blob.size(), 1u << 30), text);
+}
+
+TEST(Gunzip, GivesNothingPastTheLimitOrForACutOrForeignStream) {
+  const std::string text(100000, 'z');
+  const std::string blob = AsText(Gzip(text));
+  EXPECT_EQ(Gunzip(blob.data(), blob.size(), text.size() - 1), std::nullopt);
+  EXPECT_EQ(Gunzip(blob.data(), blob.size() - 4, text.size()), std::nullopt);
+  EXPECT_EQ(Gunzip(blob.data(), 10, text.size()), std::nullopt);
+  const std::string zlib = AsText(Deflate(text, 15));
+  EXPECT_EQ(Gunzip(zlib.data(), zlib.size(), text.size()), std::nullopt);
+  EXPECT_EQ(Gunzip("", 0, 10), std::nullopt);
+}
+
+}  // namespace

@@ -1,0 +1,119 @@
+#include "kinds/current/NoteReaders.h"
+
+#include <initializer_list>
+
+#include "common/ColumnHelpers.h"
+#include "common/LocalDate.h"
+#include "common/NoteDocument.h"
+#include "common/SchemaInfo.h"
+
+namespace current {
+namespace {
+
+const char kObjects[] = "ZICCLOUDSYNCINGOBJECT";
+const char kNoteData[] = "ZICNOTEDATA";
+
+// The first of these columns of the row that is not NULL: each generation
+// keeps a note's date in another column and leaves the others NULL.
+std::string FirstOf(const SchemaInfo& schema, const char* table, const char* alias,
+                    std::initializer_list<const char*> columns) {
+  std::string list;
+  for (const char* column : columns) list += schema.ColumnOrNull(table, column, alias) + ", ";
+  return "coalesce(" + list + "NULL)";
+}
+
+void SetDates(Note::Entry& note, const char* created, const char* modified) {
+  note.created = LocalDateText(created, TimeBase::Since2001);
+  note.modified = LocalDateText(modified, TimeBase::Since2001);
+  note.modifiedAt = UnixSeconds(modified, TimeBase::Since2001);
+}
+
+// The rows of the store that are notes: those with a body, and those whose
+// entity is the note entity (a note whose body row is gone, or a store
+// without body rows). Folders, accounts and attachments share the table.
+std::string NoteRows(const SchemaInfo& schema) {
+  std::string rows;
+  if (schema.HasColumn(kObjects, "ZNOTEDATA")) rows = "n.ZNOTEDATA is not null";
+  if (schema.HasColumn(kObjects, "Z_ENT") && schema.HasColumn("Z_PRIMARYKEY", "Z_NAME") &&
+      schema.HasColumn("Z_PRIMARYKEY", "Z_ENT")) {
+    rows += std::string(rows.empty() ? "" : " or ") +
+            "n.Z_ENT in (select Z_ENT from Z_PRIMARYKEY where Z_NAME = 'ICNote')";
+  }
+  return rows;
+}
+
+// The body row of each note, when the store has body rows.
+std::string BodyJoin(const SchemaInfo& schema) {
+  if (!schema.HasColumn(kNoteData, "ZDATA") || !schema.HasColumn(kNoteData, "Z_PK") ||
+      !schema.HasColumn(kObjects, "ZNOTEDATA")) {
+    return std::string();
+  }
+  return " left join ZICNOTEDATA d on d.Z_PK = n.ZNOTEDATA";
+}
+
+}  // namespace
+
+// ZNOTE dates are seconds since 2001; ZDELETEDFLAG marks a note deleted on
+// the device and not yet removed.
+std::vector<Note::Entry> ReadLegacyNotes(Database& database) {
+  const SchemaInfo schema(database);
+  std::vector<Note::Entry> notes;
+  if (!schema.HasTable("ZNOTE")) return notes;
+  const bool bodies = schema.HasColumn("ZNOTE", "ZBODY") && schema.HasColumn("ZNOTEBODY", "Z_PK");
+  const bool stores = schema.HasColumn("ZNOTE", "ZSTORE") && schema.HasColumn("ZSTORE", "Z_PK");
+  const std::string query =
+      "select " + schema.ColumnOrNull("ZNOTE", "ZCREATIONDATE", "n") + ", " +
+      schema.ColumnOrNull("ZNOTE", "ZMODIFICATIONDATE", "n") + ", " + schema.ColumnOrNull("ZNOTE", "ZTITLE", "n") +
+      ", " + (bodies ? schema.ColumnOrNull("ZNOTEBODY", "ZCONTENT", "b") : "NULL") + ", " +
+      (stores ? schema.ColumnOrNull("ZSTORE", "ZNAME", "s") : "NULL") + " from ZNOTE n" +
+      (bodies ? " left join ZNOTEBODY b on b.Z_PK = n.ZBODY" : "") +
+      (stores ? " left join ZSTORE s on s.Z_PK = n.ZSTORE" : "") +
+      (schema.HasColumn("ZNOTE", "ZDELETEDFLAG") ? " where coalesce(n.ZDELETEDFLAG, 0) = 0" : "") +
+      " order by n.rowid";
+  Database::Statement rows(database, query.c_str());
+  while (rows.Step()) {
+    Note::Entry note;
+    SetDates(note, rows.Text(0), rows.Text(1));
+    note.title = GetEmptyStringIsNull(rows.Text(2));
+    note.body = GetEmptyStringIsNull(rows.Text(3));
+    note.folder = GetEmptyStringIsNull(rows.Text(4));
+    notes.push_back(std::move(note));
+  }
+  return notes;
+}
+
+// Creation dates: ZCREATIONDATE on the first generations, then ZCREATIONDATE1,
+// then ZCREATIONDATE3 (iOS 15 on); a note leaves the others NULL, so the
+// newest column that has a value is the note's. The folder's title
+// is its ZTITLE2. A locked note's body is encrypted: it is not read.
+std::vector<Note::Entry> ReadNoteStore(Database& database) {
+  const SchemaInfo schema(database);
+  std::vector<Note::Entry> notes;
+  const std::string noteRows = NoteRows(schema);
+  if (noteRows.empty()) return notes;
+  const std::string bodyJoin = BodyJoin(schema);
+  const bool folders = schema.HasColumn(kObjects, "ZFOLDER") && schema.HasColumn(kObjects, "Z_PK");
+  const std::string query =
+      "select " + FirstOf(schema, kObjects, "n", {"ZCREATIONDATE3", "ZCREATIONDATE1", "ZCREATIONDATE"}) + ", " +
+      FirstOf(schema, kObjects, "n", {"ZMODIFICATIONDATE1"}) + ", " + schema.ColumnOrNull(kObjects, "ZTITLE1", "n") +
+      ", " + (bodyJoin.empty() ? "NULL" : "d.ZDATA") + ", " +
+      schema.ColumnOrNull(kObjects, "ZISPASSWORDPROTECTED", "n") + ", " +
+      (folders ? schema.ColumnOrNull(kObjects, "ZTITLE2", "f") : "NULL") + " from ZICCLOUDSYNCINGOBJECT n" +
+      bodyJoin + (folders ? " left join ZICCLOUDSYNCINGOBJECT f on f.Z_PK = n.ZFOLDER" : "") + " where (" +
+      noteRows + ")" +
+      (schema.HasColumn(kObjects, "ZMARKEDFORDELETION") ? " and coalesce(n.ZMARKEDFORDELETION, 0) != 1" : "") +
+      " order by n.rowid";
+  Database::Statement rows(database, query.c_str());
+  while (rows.Step()) {
+    Note::Entry note;
+    SetDates(note, rows.Text(0), rows.Text(1));
+    note.title = GetEmptyStringIsNull(rows.Text(2));
+    note.locked = rows.Int64(4) == 1;
+    if (!note.locked) note.body = NoteDocumentText(rows.Blob(3), static_cast<size_t>(rows.Bytes(3)));
+    note.folder = GetEmptyStringIsNull(rows.Text(5));
+    notes.push_back(std::move(note));
+  }
+  return notes;
+}
+
+}  // namespace current
