@@ -11,7 +11,8 @@ namespace {
 const char kDomain[] = "CameraRollDomain";
 const char kLibraryPath[] = "Media/PhotoData/Photos.sqlite";
 
-bool IsCameraFolder(const std::string& directory) { return directory == "DCIM" || directory.rfind("DCIM/", 0) == 0; }
+// Camera pictures are told from the others as the described service tells them.
+bool IsCameraPicture(const std::string& libraryPath) { return libraryPath.find("DCIM") != std::string::npos; }
 
 }  // namespace
 
@@ -35,7 +36,7 @@ void Photo::Read(const BackupDevice* device) {
     if (!stored || !VQIsFileExists(stored->path.c_str())) continue;
     located.path = stored->path;
     located.size = VQGetFileSize(stored->path.c_str());
-    located.camera = IsCameraFolder(asset.directory);
+    located.camera = IsCameraPicture(asset.directory + "/" + asset.fileName);
     located.asset = std::move(asset);
     located_.push_back(std::move(located));
   }

@@ -12,9 +12,10 @@
 namespace current {
 
 // The pictures and videos of the photo library whose files the backup holds,
-// read once and answered in two groups: `camera` those below DCIM, `other`
-// the rest. Each is located exactly by its path in CameraRollDomain.
-// Besides the described keys: "date", "original_name", "video" and "trashed".
+// read once and answered in two groups: `camera` those whose path names
+// DCIM, `other` the rest. Each is located exactly by its path in
+// CameraRollDomain. Besides the described keys: "date", "original_name",
+// "video" and "trashed".
 class Photo {
  public:
   Photo() : camera(*this, true), other(*this, false) {}

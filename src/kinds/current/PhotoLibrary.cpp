@@ -30,21 +30,14 @@ bool HasVideoExtension(const std::string& fileName) {
   return extension == "MOV" || extension == "MP4" || extension == "M4V";
 }
 
-// The original name comes from the attributes row that names its asset;
-// older rows are found through the asset's own link to them instead.
-std::string AttributesJoin(const SchemaInfo& schema, const std::string& assets) {
-  if (!schema.HasColumn(kAttributes, "ZORIGINALFILENAME")) return "";
-  if (schema.HasColumn(kAttributes, "ZASSET")) {
-    return std::string(" left join ") + kAttributes + " b on b.ZASSET = a.rowid";
-  }
-  if (schema.HasColumn(assets, "ZADDITIONALATTRIBUTES")) {
-    return std::string(" left join ") + kAttributes + " b on b.rowid = a.ZADDITIONALATTRIBUTES";
-  }
-  return "";
+// Real libraries link each attributes row to its asset through ZASSET.
+std::string AttributesJoin(const SchemaInfo& schema) {
+  if (!schema.HasColumn(kAttributes, "ZORIGINALFILENAME") || !schema.HasColumn(kAttributes, "ZASSET")) return "";
+  return std::string(" left join ") + kAttributes + " b on b.ZASSET = a.rowid";
 }
 
 std::string AssetQuery(const SchemaInfo& schema, const std::string& assets) {
-  const std::string join = AttributesJoin(schema, assets);
+  const std::string join = AttributesJoin(schema);
   const std::string originalName = join.empty() ? "NULL" : "b.ZORIGINALFILENAME";
   return "select " + schema.ColumnOrNull(assets, "ZDIRECTORY", "a") + ", " +
          schema.ColumnOrNull(assets, "ZFILENAME", "a") + ", " + schema.ColumnOrNull(assets, "ZDATECREATED", "a") +

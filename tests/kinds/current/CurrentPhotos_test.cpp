@@ -19,8 +19,8 @@ const char kLibrary[] = "Media/PhotoData/Photos.sqlite";
 struct Generation {
   std::string schema;
   std::string table;
-  bool trashed;          // has ZTRASHEDSTATE
-  bool originalNames;    // has ZADDITIONALASSETATTRIBUTES
+  bool trashed;        // has ZTRASHEDSTATE
+  bool originalNames;  // has ZADDITIONALASSETATTRIBUTES
 };
 
 // The attributes table as real libraries define it; newer schemas here hold
@@ -53,8 +53,7 @@ std::string Rows(const Generation& generation, const std::vector<Asset>& assets)
            (generation.trashed ? ", " + std::to_string(asset.trashed) : "") + ");\n";
     if (generation.originalNames && !asset.originalName.empty()) {
       sql += "INSERT INTO ZADDITIONALASSETATTRIBUTES (Z_PK, ZASSET, ZORIGINALFILENAME) VALUES (" +
-             std::to_string(100 + asset.key) + ", " + std::to_string(asset.key) + ", '" + asset.originalName +
-             "');\n";
+             std::to_string(100 + asset.key) + ", " + std::to_string(asset.key) + ", '" + asset.originalName + "');\n";
     }
   }
   return sql;
@@ -78,11 +77,11 @@ std::string Answer(const std::vector<Expected>& records) {
   std::string text = "[";
   for (const Expected& record : records) {
     if (text.size() > 1) text += ",";
-    text += "{\"file_name\":\"" + record.fileName + "\",\"path\":\"" + record.path + "\",\"size\":" +
-            std::to_string(record.size) + "u,\"type\":" + (record.camera ? "1" : "0") + "u,\"query_path\":\"" +
-            record.queryPath + "\",\"date\":\"" + record.date + "\",\"original_name\":\"" + record.originalName +
-            "\",\"video\":" + (record.video ? "true" : "false") + ",\"trashed\":" +
-            (record.trashed ? "true" : "false") + "}";
+    text += "{\"file_name\":\"" + record.fileName + "\",\"path\":\"" + record.path +
+            "\",\"size\":" + std::to_string(record.size) + "u,\"type\":" + (record.camera ? "1" : "0") +
+            "u,\"query_path\":\"" + record.queryPath + "\",\"date\":\"" + record.date + "\",\"original_name\":\"" +
+            record.originalName + "\",\"video\":" + (record.video ? "true" : "false") +
+            ",\"trashed\":" + (record.trashed ? "true" : "false") + "}";
   }
   return text + "]";
 }
@@ -152,27 +151,24 @@ TEST(CurrentPhotos, TheDescribedServiceStillAnswersAsBefore) {
   const std::string backup = builder.Write(root.Path() + "b");
   const auto stored = [&](const std::string& path) { return backup + builder.StoredPath(kCameraRoll, path); };
   ServedBackup described(backup, Service::Described);
-  const auto dict = [](const std::string& name, const std::string& path, int size, int type,
-                       const std::string& query) {
+  const auto dict = [](const std::string& name, const std::string& path, int size, int type, const std::string& query) {
     return "{\"file_name\":\"" + name + "\",\"path\":\"" + path + "\",\"size\":" + std::to_string(size) +
            "u,\"type\":" + std::to_string(type) + "u,\"query_path\":\"" + query + "\"}";
   };
-  EXPECT_EQ(described.Answer(ContentCameraPhoto),
-            "[" +
-                dict("IMG_0001.HEIC", stored("Media/DCIM/100APPLE/IMG_0001.HEIC"), 10, 1,
-                     "Media/DCIM/100APPLE/IMG_0001.HEIC") +
-                "," +
-                dict("IMG_0002.MOV", stored("Media/DCIM/100APPLE/IMG_0002.MOV"), 5, 1,
-                     "Media/DCIM/100APPLE/IMG_0002.MOV") +
-                "," +
-                dict("IMG_0005.PNG", stored("Media/DCIM/101APPLE/IMG_0005.PNG"), 0, 1,
-                     "Media/DCIM/101APPLE/IMG_0005.PNG") +
-                "]");
-  EXPECT_EQ(described.Answer(ContentOtherPhoto),
-            "[" +
-                dict("ABC.JPG", stored("Media/PhotoData/CPLAssets/group1/ABC.JPG"), 3, 0,
-                     "PhotoData/CPLAssets/group1/ABC.JPG") +
-                "]");
+  EXPECT_EQ(
+      described.Answer(ContentCameraPhoto),
+      "[" +
+          dict("IMG_0001.HEIC", stored("Media/DCIM/100APPLE/IMG_0001.HEIC"), 10, 1,
+               "Media/DCIM/100APPLE/IMG_0001.HEIC") +
+          "," +
+          dict("IMG_0002.MOV", stored("Media/DCIM/100APPLE/IMG_0002.MOV"), 5, 1, "Media/DCIM/100APPLE/IMG_0002.MOV") +
+          "," +
+          dict("IMG_0005.PNG", stored("Media/DCIM/101APPLE/IMG_0005.PNG"), 0, 1, "Media/DCIM/101APPLE/IMG_0005.PNG") +
+          "]");
+  EXPECT_EQ(described.Answer(ContentOtherPhoto), "[" +
+                                                     dict("ABC.JPG", stored("Media/PhotoData/CPLAssets/group1/ABC.JPG"),
+                                                          3, 0, "PhotoData/CPLAssets/group1/ABC.JPG") +
+                                                     "]");
 }
 
 TEST(CurrentPhotos, TheOldestLibrariesPhotoTableKnowsVideosByTheirExtension) {
@@ -204,26 +200,24 @@ TEST(CurrentPhotos, AssetsAddedInTheWalAreListed) {
     BackupBuilder builder(kind);
     builder
         .AddDatabaseWithWal(kCameraRoll, kLibrary, Library(kIos18, {}),
-                            Rows(kIos18, {{7, "DCIM/100APPLE", "IMG_0007.HEIC", "583675200", 0,
-                                                                  0, "Kept.heic"}}))
+                            Rows(kIos18, {{7, "DCIM/100APPLE", "IMG_0007.HEIC", "583675200", 0, 0, "Kept.heic"}}))
         .AddFile(kCameraRoll, "Media/DCIM/100APPLE/IMG_0007.HEIC", "heic");
     const std::string backup = builder.Write(root.Path() + "b");
     ScopedTimeZone utc("UTC");
     ServedBackup served(backup, Service::Current);
-    EXPECT_EQ(served.Answer(ContentCameraPhoto),
-              Answer({{"IMG_0007.HEIC", backup + builder.StoredPath(kCameraRoll, "Media/DCIM/100APPLE/IMG_0007.HEIC"),
-                       4, true, "Media/DCIM/100APPLE/IMG_0007.HEIC", "2019-07-01 12:00:00", "Kept.heic", false,
-                       false}}));
+    EXPECT_EQ(
+        served.Answer(ContentCameraPhoto),
+        Answer({{"IMG_0007.HEIC", backup + builder.StoredPath(kCameraRoll, "Media/DCIM/100APPLE/IMG_0007.HEIC"), 4,
+                 true, "Media/DCIM/100APPLE/IMG_0007.HEIC", "2019-07-01 12:00:00", "Kept.heic", false, false}}));
   }
 }
 
 TEST(CurrentPhotos, ALibraryInAnotherDomainOrWithoutAnyStoredFileAnswersNull) {
   TempDir root;
-  const std::string elsewhere =
-      BackupBuilder(IndexKind::ManifestDb)
-          .AddDatabase("MediaDomain", kLibrary, Library(kIos18, {kAssets[0]}))
-          .AddFile(kCameraRoll, "Media/DCIM/100APPLE/IMG_0001.HEIC", "heic")
-          .Write(root.Path() + "a");
+  const std::string elsewhere = BackupBuilder(IndexKind::ManifestDb)
+                                    .AddDatabase("MediaDomain", kLibrary, Library(kIos18, {kAssets[0]}))
+                                    .AddFile(kCameraRoll, "Media/DCIM/100APPLE/IMG_0001.HEIC", "heic")
+                                    .Write(root.Path() + "a");
   EXPECT_EQ(ServedBackup(elsewhere, Service::Current).Answer(ContentCameraPhoto), "null");
   const std::string cloudOnly = BackupBuilder(IndexKind::ManifestDb)
                                     .AddDatabase(kCameraRoll, kLibrary, Library(kIos18, {kAssets[0]}))
