@@ -196,7 +196,7 @@ void WriteIPhone12Backup(const std::string& backups) {
       .AddFile(kCameraRoll, "Media/DCIM/100APPLE/IMG_0415.HEIC", MediaFile(kHeic, 5200, 31))
       .AddFile(kCameraRoll, "Media/DCIM/100APPLE/IMG_0416.HEIC", MediaFile(kHeic, 4800, 32))
       .AddFile(kCameraRoll, "Media/DCIM/100APPLE/IMG_0417.JPG", MediaFile(kJpeg, 3300, 33))
-      .AddFile(kMedia, "Media/PhotoData/Sync/100SYNCD/IMG_0950.JPG", MediaFile(kJpeg, 2800, 34))
+      .AddFile(kCameraRoll, "Media/PhotoData/Sync/100SYNCD/IMG_0950.JPG", MediaFile(kJpeg, 2800, 34))
       .Write(backups + "/" + kFolder);
 }
 

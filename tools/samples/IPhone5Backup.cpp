@@ -222,7 +222,7 @@ void WriteIPhone5Backup(const std::string& backups) {
       .AddFile(kCameraRoll, "Media/DCIM/100APPLE/IMG_0001.JPG", MediaFile(kJpeg, 4200, 11))
       .AddFile(kCameraRoll, "Media/DCIM/100APPLE/IMG_0002.JPG", MediaFile(kJpeg, 3900, 12))
       .AddFile(kCameraRoll, "Media/DCIM/100APPLE/IMG_0003.PNG", MediaFile(kPng, 2100, 13))
-      .AddFile(kMedia, "Media/PhotoData/Sync/100SYNCD/IMG_0100.JPG", MediaFile(kJpeg, 2600, 14))
+      .AddFile(kCameraRoll, "Media/PhotoData/Sync/100SYNCD/IMG_0100.JPG", MediaFile(kJpeg, 2600, 14))
       .Write(backups + "/" + kFolder);
 }
 

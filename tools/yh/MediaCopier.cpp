@@ -17,6 +17,13 @@ std::string StringAt(plist_t record, const std::string& key) {
   return node && plist_get_node_type(node) == PLIST_STRING ? CellText(node) : "";
 }
 
+// A copy keeps the name the file had before the device renamed it, where
+// the record knows one.
+std::string CopyName(const Kind& kind, plist_t record) {
+  const std::string original = StringAt(record, "original_name");
+  return original.empty() ? StringAt(record, kind.fileNameKey) : original;
+}
+
 }  // namespace
 
 MediaCopier::MediaCopier(const std::string& backupPath, const std::string& copies, const OutputFolder& out,
@@ -39,7 +46,7 @@ std::vector<std::string> MediaCopier::Copy(const Kind& kind, plist_t answer, Kin
 }
 
 std::string MediaCopier::CopyOne(const Kind& kind, plist_t record, KindExport& result) {
-  const std::string name = StringAt(record, kind.fileNameKey);
+  const std::string name = CopyName(kind, record);
   const std::string path = StringAt(record, "path");
   BackupFiles::Source source = files_.Open(path);
   if (!source.problem.empty()) {

@@ -26,7 +26,8 @@ struct KindExport {
 };
 
 // Copies the media files that answers name into media/<kind>/ of an output
-// folder, under the answer's file name made safe, reading the backup only.
+// folder, under the record's non-empty "original_name" or else its file name,
+// made safe, reading the backup only.
 // Files that cannot be copied are named on standard error and skipped.
 class MediaCopier {
  public:

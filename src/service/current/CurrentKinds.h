@@ -5,6 +5,7 @@
 #include "kinds/current/CallHistory.h"
 #include "kinds/current/Contact.h"
 #include "kinds/current/Note.h"
+#include "kinds/current/Photo.h"
 #include "kinds/current/Sms.h"
 #include "kinds/current/SmsAttachment.h"
 
@@ -19,6 +20,7 @@ class CurrentKinds : public VqBase {
   current::Sms sms;
   current::SmsAttachment smsAttachment;
   current::Note note;
+  current::Photo photo;
 };
 
 #endif

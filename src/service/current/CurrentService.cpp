@@ -19,7 +19,9 @@ const CurrentField kCurrentRoutes[11] = {
     [](CurrentKinds& kinds) -> Kind* { return &kinds.sms; },            // ContentSms
     [](CurrentKinds& kinds) -> Kind* { return &kinds.smsAttachment; },  // ContentSmsAttachment
     [](CurrentKinds& kinds) -> Kind* { return &kinds.note; },           // ContentNote
-    nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+    nullptr, nullptr, nullptr, nullptr,
+    [](CurrentKinds& kinds) -> Kind* { return &kinds.photo.camera; },  // ContentCameraPhoto
+    [](CurrentKinds& kinds) -> Kind* { return &kinds.photo.other; },   // ContentOtherPhoto
 };
 
 void PrepareCurrentSession(BackupDevice*, BackupSession& session) {

@@ -81,10 +81,10 @@ class YhExportSafety : public ::testing::Test {
         .AddFile(kMedia, kAttachment, "attachment")
         .AddFile(kMedia, "Media/Recordings/..", "dot dot")
         .AddFile(kMedia, "Media/Recordings/\x1b]0;title\a.m4a", "title")
-        .AddFile(kMedia, "Media/PhotoData/d1/dup.jpg", "first dup")
-        .AddFile(kMedia, "Media/PhotoData/d2/dup.jpg", "second dup");
+        .AddFile(kCameraRoll, "Media/PhotoData/d1/dup.jpg", "first dup")
+        .AddFile(kCameraRoll, "Media/PhotoData/d2/dup.jpg", "second dup");
     for (const std::string& name : kHostileNames) {
-      builder.AddFile(kMedia, PhotoPath(name), "picture " + std::to_string(name.size()));
+      builder.AddFile(kCameraRoll, PhotoPath(name), "picture " + std::to_string(name.size()));
     }
     backup_ = builder.Write(dir_.Path() + "backup");
     yhtest::WriteFile(dir_.Path() + "secret/secret.jpg", kSecret);
@@ -92,7 +92,7 @@ class YhExportSafety : public ::testing::Test {
     Replace(builder, "outside.jpg",
             [&](const fs::path& stored) { fs::create_symlink(dir_.Path() + "secret/secret.jpg", stored); });
     Replace(builder, "inside.jpg", [&](const fs::path& stored) {
-      fs::create_symlink(backup_ + builder.StoredPath(kMedia, "Media/PhotoData/d1/dup.jpg"), stored);
+      fs::create_symlink(backup_ + builder.StoredPath(kCameraRoll, "Media/PhotoData/d1/dup.jpg"), stored);
     });
     Replace(builder, "folder.jpg", [&](const fs::path& stored) {
       fs::create_directory(stored);
@@ -104,7 +104,7 @@ class YhExportSafety : public ::testing::Test {
 
   template <typename Make>
   void Replace(const BackupBuilder& builder, const std::string& name, Make make) {
-    const fs::path stored = backup_ + builder.StoredPath(kMedia, PhotoPath(name));
+    const fs::path stored = backup_ + builder.StoredPath(kCameraRoll, PhotoPath(name));
     fs::remove(stored);
     make(stored);
   }

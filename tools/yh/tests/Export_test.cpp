@@ -61,7 +61,9 @@ TEST_F(YhExport, WritesEachKindAsJsonAndCsvAndCopiesTheMedia) {
       EXPECT_EQ(Entries(out_ + "/media/" + kind.name).size(), records);
       for (uint32_t i = 0; i < records; ++i) {
         const auto record = nlohmann::json::parse(show("json"))[i];
-        const std::string copy = out_ + "/media/" + kind.name + "/" + record[kind.fileNameKey].get<std::string>();
+        const std::string original = record.value("original_name", "");
+        const std::string name = original.empty() ? record[kind.fileNameKey].get<std::string>() : original;
+        const std::string copy = out_ + "/media/" + kind.name + "/" + name;
         EXPECT_EQ(ReadFile(copy), ReadFile(record["path"])) << copy;
         EXPECT_EQ(fs::file_size(copy), record["size"].get<uint64_t>());
       }
@@ -70,6 +72,32 @@ TEST_F(YhExport, WritesEachKindAsJsonAndCsvAndCopiesTheMedia) {
               (std::set<std::string>{"attachments", "camera-photos", "other-photos", "recordings"}));
     EXPECT_EQ(Entries(out_).size(), 2 * yh::Kinds().size() + 1);
   }
+}
+
+TEST_F(YhExport, CopiesKeepTheirOriginalNamesWhereTheRecordHasOne) {
+  const char kCameraRoll[] = "CameraRollDomain";
+  const std::string library =
+      yhtest::Schema("Photos.sqlite-ios7") +
+      "INSERT INTO ZGENERICASSET (Z_PK, ZDIRECTORY, ZFILENAME) VALUES (1, 'DCIM/100APPLE', 'IMG_0001.HEIC'), "
+      "(2, 'DCIM/100APPLE', 'IMG_0002.MOV'), (3, 'DCIM/100APPLE', 'IMG_0003.JPG');\n"
+      "INSERT INTO ZADDITIONALASSETATTRIBUTES (ZASSET, ZORIGINALFILENAME) VALUES (1, 'Beach.heic'), (3, '');\n";
+  const std::string backup = yhtest::BackupBuilder(yhtest::IndexKind::ManifestDb)
+                                 .AddDatabase(kCameraRoll, "Media/PhotoData/Photos.sqlite", library)
+                                 .AddFile(kCameraRoll, "Media/DCIM/100APPLE/IMG_0001.HEIC", "heic")
+                                 .AddFile(kCameraRoll, "Media/DCIM/100APPLE/IMG_0002.MOV", "mov")
+                                 .AddFile(kCameraRoll, "Media/DCIM/100APPLE/IMG_0003.JPG", "jpg")
+                                 .Write(dir_.Path() + "backup");
+  const YhResult run = Yh({"export", backup, "--out", out_, "--kinds", "camera-photos"});
+  ASSERT_EQ(run.code, 0) << run.err;
+  const std::string media = out_ + "/media/camera-photos/";
+  EXPECT_EQ(Entries(media), (std::set<std::string>{"Beach.heic", "IMG_0002.MOV", "IMG_0003.JPG"}));
+  EXPECT_EQ(ReadFile(media + "Beach.heic"), "heic");
+
+  fs::remove_all(out_);
+  const YhResult classic = Yh({"export", backup, "--out", out_, "--kinds", "camera-photos", "--classic"});
+  ASSERT_EQ(classic.code, 0) << classic.err;
+  EXPECT_EQ(Entries(media), (std::set<std::string>{"IMG_0001.HEIC", "IMG_0002.MOV", "IMG_0003.JPG"}))
+      << "records without original names keep their file names";
 }
 
 TEST_F(YhExport, PrintsASummary) {
