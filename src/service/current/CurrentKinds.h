@@ -2,6 +2,7 @@
 #define YH_SERVICE_CURRENT_CURRENTKINDS_H
 
 #include "common/VqBase.h"
+#include "kinds/current/Calendar.h"
 #include "kinds/current/CallHistory.h"
 #include "kinds/current/Contact.h"
 #include "kinds/current/Sms.h"
@@ -17,6 +18,7 @@ class CurrentKinds : public VqBase {
   current::CallHistory callHistory;
   current::Sms sms;
   current::SmsAttachment smsAttachment;
+  current::Calendar calendar;
 };
 
 #endif

@@ -18,7 +18,11 @@ const CurrentField kCurrentRoutes[11] = {
     [](CurrentKinds& kinds) -> Kind* { return &kinds.contact; },        // ContentContact
     [](CurrentKinds& kinds) -> Kind* { return &kinds.sms; },            // ContentSms
     [](CurrentKinds& kinds) -> Kind* { return &kinds.smsAttachment; },  // ContentSmsAttachment
-    nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+    nullptr,                                                            // ContentNote
+    nullptr,                                                            // ContentSafariHistory
+    [](CurrentKinds& kinds) -> Kind* { return &kinds.calendar.Events(); },     // ContentCalendarEvent
+    [](CurrentKinds& kinds) -> Kind* { return &kinds.calendar.Reminders(); },  // ContentCalendarReminder
+    nullptr, nullptr, nullptr,
 };
 
 void PrepareCurrentSession(BackupDevice*, BackupSession& session) {
