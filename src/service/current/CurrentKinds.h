@@ -5,6 +5,7 @@
 #include "kinds/current/Calendar.h"
 #include "kinds/current/CallHistory.h"
 #include "kinds/current/Contact.h"
+#include "kinds/current/History.h"
 #include "kinds/current/Sms.h"
 #include "kinds/current/SmsAttachment.h"
 
@@ -18,6 +19,7 @@ class CurrentKinds : public VqBase {
   current::CallHistory callHistory;
   current::Sms sms;
   current::SmsAttachment smsAttachment;
+  current::History history;
   current::Calendar calendar;
 };
 

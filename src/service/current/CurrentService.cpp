@@ -19,7 +19,7 @@ const CurrentField kCurrentRoutes[11] = {
     [](CurrentKinds& kinds) -> Kind* { return &kinds.sms; },            // ContentSms
     [](CurrentKinds& kinds) -> Kind* { return &kinds.smsAttachment; },  // ContentSmsAttachment
     nullptr,                                                            // ContentNote
-    nullptr,                                                            // ContentSafariHistory
+    [](CurrentKinds& kinds) -> Kind* { return &kinds.history; },        // ContentSafariHistory
     [](CurrentKinds& kinds) -> Kind* { return &kinds.calendar.Events(); },     // ContentCalendarEvent
     [](CurrentKinds& kinds) -> Kind* { return &kinds.calendar.Reminders(); },  // ContentCalendarReminder
     nullptr, nullptr, nullptr,
