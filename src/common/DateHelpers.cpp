@@ -77,15 +77,10 @@ void PutDigits(char* out, int value, int width) {
   for (int at = width - 1; at >= 0; --at, value /= 10) out[at] = static_cast<char>('0' + value % 10);
 }
 
-}  // namespace
-
-// "%.4d-%.2d-%.2d %.2d:%.2d:%.2d" of the local fields, digit by digit where
-// the fields have their usual widths: snprintf costs more than the rest of
-// the conversion, and a large request converts a date per row.
-char* FormatLocalDate(time_t when) {
-  CurrentZone();
-  std::tm local{};
-  localtime_r(&when, &local);
+// "%.4d-%.2d-%.2d %.2d:%.2d:%.2d" of the fields, digit by digit where the
+// fields have their usual widths: snprintf costs more than the rest of the
+// conversion, and a large request converts a date per row.
+char* FormatFields(const std::tm& local) {
   const int year = local.tm_year + 1900;
   if (year < 0 || year > 9999) return FormatDate("%.4d-%.2d-%.2d %.2d:%.2d:%.2d", local);
   char* text = static_cast<char*>(std::calloc(kDateSize, 1));
@@ -99,6 +94,20 @@ char* FormatLocalDate(time_t when) {
   return text;
 }
 
+}  // namespace
+
+char* FormatLocalDate(time_t when) {
+  CurrentZone();
+  std::tm local{};
+  localtime_r(&when, &local);
+  return FormatFields(local);
+}
+
+char* FormatWallClockDate(time_t when) {
+  std::tm fields{};
+  gmtime_r(&when, &fields);
+  return FormatFields(fields);
+}
 
 char* ConvertSecondsToTime(uint32_t seconds) {
   char* text = static_cast<char*>(std::calloc(kDurationSize, 1));

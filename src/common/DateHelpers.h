@@ -15,6 +15,10 @@ char* Convert2001GMTtoDate(int32_t secondsSince2001);
 // rules for that instant.
 char* FormatLocalDate(time_t when);
 
+// The same text of the instant's UTC fields: the clock reading of a floating
+// time, which devices store as if it were UTC.
+char* FormatWallClockDate(time_t when);
+
 // GetCurrentDate's text for the given local fields, with its blank-padded
 // day; kept apart so that the day padding can be checked on any date.
 char* FormatCurrentDate(const std::tm& local);

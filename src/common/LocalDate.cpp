@@ -36,12 +36,19 @@ std::optional<int64_t> StoredSeconds(const char* stored) {
   return static_cast<int64_t>(std::floor(seconds));
 }
 
+// The stored instant as seconds since 1970, not yet checked against the host.
+std::optional<time_t> StoredInstant(const char* stored, TimeBase base) {
+  const std::optional<int64_t> seconds = StoredSeconds(stored);
+  if (!seconds) return std::nullopt;
+  return static_cast<time_t>(*seconds + (base == TimeBase::Since2001 ? kUnixTo2001 : 0));
+}
+
 }  // namespace
 
 std::optional<int64_t> UnixSeconds(const char* stored, TimeBase base) {
-  const std::optional<int64_t> seconds = StoredSeconds(stored);
-  if (!seconds) return std::nullopt;
-  const time_t when = static_cast<time_t>(*seconds + (base == TimeBase::Since2001 ? kUnixTo2001 : 0));
+  const std::optional<time_t> instant = StoredInstant(stored, base);
+  if (!instant) return std::nullopt;
+  const time_t when = *instant;
   std::tm local{};
   if (!localtime_r(&when, &local)) return std::nullopt;
   return when;
@@ -50,4 +57,11 @@ std::optional<int64_t> UnixSeconds(const char* stored, TimeBase base) {
 std::string LocalDateText(const char* stored, TimeBase base) {
   const std::optional<int64_t> when = UnixSeconds(stored, base);
   return when ? TakeMallocText(FormatLocalDate(static_cast<time_t>(*when))) : std::string();
+}
+
+std::string FloatingDateText(const char* stored, TimeBase base) {
+  const std::optional<time_t> when = StoredInstant(stored, base);
+  std::tm fields{};
+  if (!when || !gmtime_r(&*when, &fields)) return std::string();
+  return TakeMallocText(FormatWallClockDate(*when));
 }

@@ -16,6 +16,11 @@ enum class TimeBase { Unix, Since2001 };
 // that is not a number, and an instant the host cannot express give "".
 std::string LocalDateText(const char* stored, TimeBase base);
 
+// The clock reading of a floating time (an all-day or floating calendar
+// entry), which devices store as if it were UTC: the same text in every zone.
+// Read by the same rules as LocalDateText.
+std::string FloatingDateText(const char* stored, TimeBase base);
+
 // The stored instant as whole seconds since 1970 (for ordering), read by the
 // same rules; nothing where LocalDateText gives "".
 std::optional<int64_t> UnixSeconds(const char* stored, TimeBase base);

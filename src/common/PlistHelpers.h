@@ -4,12 +4,18 @@
 #include <plist/plist.h>
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 // Reads a binary or XML property list; NULL for an empty, missing or
 // unparsable file. A string holding a zero byte ends there. The caller
 // frees the tree with plist_free.
 plist_t ReadPlist(const char* path);
+// A tree that frees itself.
+struct FreePlistTree {
+  void operator()(plist_t node) const { plist_free(node); }
+};
+using OwnedPlist = std::unique_ptr<void, FreePlistTree>;
 // 1 when the file opens and begins with "bplist00".
 int IsBinPlist(const char* path);
 void PrintPlist(plist_t node);

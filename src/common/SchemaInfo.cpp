@@ -35,3 +35,10 @@ std::string SchemaInfo::ColumnOrNull(const std::string& table, const std::string
   if (!HasColumn(table, column)) return "NULL";
   return (alias.empty() ? table : alias) + "." + column;
 }
+
+std::string SchemaInfo::SelectList(const std::string& table, std::initializer_list<const char*> columns,
+                                   const std::string& alias) const {
+  std::string list;
+  for (const char* column : columns) list += (list.empty() ? "" : ", ") + ColumnOrNull(table, column, alias);
+  return list;
+}

@@ -1,6 +1,7 @@
 #ifndef YH_COMMON_SCHEMAINFO_H
 #define YH_COMMON_SCHEMAINFO_H
 
+#include <initializer_list>
 #include <map>
 #include <set>
 #include <string>
@@ -20,6 +21,9 @@ class SchemaInfo {
   // a select list that keeps its column positions whatever the generation.
   std::string ColumnOrNull(const std::string& table, const std::string& column,
                            const std::string& alias = std::string()) const;
+  // ColumnOrNull of each column, separated by commas.
+  std::string SelectList(const std::string& table, std::initializer_list<const char*> columns,
+                         const std::string& alias = std::string()) const;
 
  private:
   // Lower-case names: SQLite compares names without regard to case.

@@ -6,6 +6,7 @@
 #include "common/Database.h"
 #include "common/PlistHelpers.h"
 #include "kinds/ColumnDate.h"
+#include "kinds/ReminderCalendars.h"
 #include "kinds/SourceFiles.h"
 
 namespace {
@@ -20,25 +21,13 @@ const char kEventQuery[] =
 
 const KeySource kCalendarSource{&ManifestDb::GetCalendarKey, &Mbdb::GetCalendarKey};
 
-// Calendars whose entries are reminders or birthdays rather than events.
-const char* const kSystemCalendars[] = {"Birthdays", "Facebook Birthdays",
-                                        "DEFAULT_TASK_CALENDAR_NAME", "Reminders"};
-
-int32_t CalendarType(const char* calendarTitle) {
-  if (!calendarTitle) return 1;
-  for (const char* name : kSystemCalendars) {
-    if (std::strcmp(calendarTitle, name) == 0) return 0;
-  }
-  return 1;
-}
-
 // An integer flag column: set when it holds anything but nothing or "0".
 bool IsSet(const char* value) { return value && *value && std::strcmp(value, "0") != 0; }
 
 int RecordingDbCallback(void* context, int, char** values, char**) {
   auto* records = static_cast<std::vector<CalendarItem*>*>(context);
   auto* item = new CalendarItem;
-  item->type = CalendarType(values[0]);
+  item->type = IsReminderCalendar(values[0]) ? 0 : 1;
   item->title = GetEmptyStringIsNull(values[1]);
   item->location = GetEmptyStringIsNull(values[2]);
   item->description = GetEmptyStringIsNull(values[3]);

@@ -2,10 +2,10 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 
 #include "common/ColumnHelpers.h"
 #include "common/Database.h"
+#include "common/PlistDictEntries.h"
 #include "common/PlistHelpers.h"
 #include "kinds/ColumnDate.h"
 #include "kinds/SourceFiles.h"
@@ -23,11 +23,6 @@ const char kBookmarkQuery[] = "select title,url,last_modified from bookmarks";
 const KeySource kHistoryPlistSource{&ManifestDb::GetSafariHistoryPlistKey, &Mbdb::GetSafariHistoryKey};
 const KeySource kHistoryDbSource{&ManifestDb::GetSafariHistoryDbKey, nullptr};
 const KeySource kBookmarkSource{nullptr, &Mbdb::GetSafariBookmarkKey};
-
-struct PlistFree {
-  void operator()(plist_t node) const { plist_free(node); }
-};
-using PlistTree = std::unique_ptr<void, PlistFree>;
 
 void InsertDate(plist_t dict, const std::string& date) {
   InsertPlistDictString(dict, "lastVisitedDate", date.c_str());
@@ -61,35 +56,11 @@ int BookmarkDbCallback(void* context, int, char** values, char**) {
   return 0;
 }
 
-// Walks a dictionary's entries in their stored order.
-class DictEntries {
- public:
-  explicit DictEntries(plist_t dict) : dict_(dict) { plist_dict_new_iter(dict_, &iter_); }
-  ~DictEntries() { std::free(iter_); }
-  DictEntries(const DictEntries&) = delete;
-  DictEntries& operator=(const DictEntries&) = delete;
-
-  bool Next(std::string* key, plist_t* value) {
-    char* name = nullptr;
-    *value = nullptr;
-    plist_dict_next_item(dict_, iter_, &name, value);
-    if (name) {
-      *key = name;
-      plist_std_free(name);
-    }
-    return *value != nullptr;
-  }
-
- private:
-  plist_t dict_;
-  plist_dict_iter iter_ = nullptr;
-};
-
 // One element of "WebHistoryDates": its first entry is the address, whatever
 // its key; of the others only the title, date and visit count are kept.
 void AppendPlistEntry(plist_t element, plist_t array) {
   if (plist_get_node_type(element) != PLIST_DICT) return;
-  DictEntries entries(element);
+  PlistDictEntries entries(element);
   std::string key;
   plist_t value = nullptr;
   if (!entries.Next(&key, &value)) return;
@@ -123,7 +94,7 @@ plist_t History::FindContent(void* device, int) {
 }
 
 void History::AddHistoryList(const std::string& path, plist_t array) {
-  PlistTree root(ReadPlist(path.c_str()));
+  OwnedPlist root(ReadPlist(path.c_str()));
   if (!root) return;
   plist_t dates = plist_dict_get_item(root.get(), "WebHistoryDates");
   if (plist_get_node_type(dates) != PLIST_ARRAY) return;

@@ -46,6 +46,16 @@ TEST(LocalDate, TheZoneRulesOfTheInstantApply) {
   EXPECT_EQ(LocalDateText("1561982400", TimeBase::Unix), "2019-07-01 08:00:00");
 }
 
+TEST(LocalDate, FloatingTimesReadTheSameInEveryZone) {
+  for (const char* zone : {"UTC", "America/New_York", "Asia/Tokyo"}) {
+    ScopedTimeZone timeZone(zone);
+    EXPECT_EQ(FloatingDateText("426124800", TimeBase::Since2001), "2014-07-04 00:00:00") << zone;
+    EXPECT_EQ(FloatingDateText("1235865600", TimeBase::Since2001), "2040-03-01 00:00:00") << zone;
+    EXPECT_EQ(FloatingDateText("", TimeBase::Since2001), "") << zone;
+    EXPECT_EQ(FloatingDateText(nullptr, TimeBase::Since2001), "") << zone;
+  }
+}
+
 TEST(LocalDate, WhatIsNoDateStaysEmpty) {
   ScopedTimeZone utc("UTC");
   EXPECT_EQ(LocalDateText(nullptr, TimeBase::Since2001), "");

@@ -2,8 +2,10 @@
 #define YH_SERVICE_CURRENT_CURRENTKINDS_H
 
 #include "common/VqBase.h"
+#include "kinds/current/Calendar.h"
 #include "kinds/current/CallHistory.h"
 #include "kinds/current/Contact.h"
+#include "kinds/current/History.h"
 #include "kinds/current/Note.h"
 #include "kinds/current/Photo.h"
 #include "kinds/current/Sms.h"
@@ -21,6 +23,8 @@ class CurrentKinds : public VqBase {
   current::SmsAttachment smsAttachment;
   current::Note note;
   current::Photo photo;
+  current::History history;
+  current::Calendar calendar;
 };
 
 #endif

@@ -18,8 +18,11 @@ const CurrentField kCurrentRoutes[11] = {
     [](CurrentKinds& kinds) -> Kind* { return &kinds.contact; },        // ContentContact
     [](CurrentKinds& kinds) -> Kind* { return &kinds.sms; },            // ContentSms
     [](CurrentKinds& kinds) -> Kind* { return &kinds.smsAttachment; },  // ContentSmsAttachment
-    [](CurrentKinds& kinds) -> Kind* { return &kinds.note; },           // ContentNote
-    nullptr, nullptr, nullptr, nullptr,
+    [](CurrentKinds& kinds) -> Kind* { return &kinds.note; },                 // ContentNote
+    [](CurrentKinds& kinds) -> Kind* { return &kinds.history; },              // ContentSafariHistory
+    [](CurrentKinds& kinds) -> Kind* { return &kinds.calendar.Events(); },     // ContentCalendarEvent
+    [](CurrentKinds& kinds) -> Kind* { return &kinds.calendar.Reminders(); },  // ContentCalendarReminder
+    nullptr,
     [](CurrentKinds& kinds) -> Kind* { return &kinds.photo.camera; },  // ContentCameraPhoto
     [](CurrentKinds& kinds) -> Kind* { return &kinds.photo.other; },   // ContentOtherPhoto
 };

@@ -1,0 +1,115 @@
+#include "kinds/current/SafariReaders.h"
+
+#include <cstdlib>
+#include <optional>
+
+#include "common/ColumnHelpers.h"
+#include "common/LocalDate.h"
+#include "common/PlistDictEntries.h"
+#include "common/PlistHelpers.h"
+#include "common/SchemaInfo.h"
+
+namespace current {
+namespace {
+
+std::string Text(const Database::Statement& row, int column) { return GetEmptyStringIsNull(row.Text(column)); }
+
+// One element of "WebHistoryDates": its first entry is the address, whatever
+// its key; the date is text holding seconds since 2001.
+std::optional<SafariEntry> PlistEntry(plist_t element) {
+  if (plist_get_node_type(element) != PLIST_DICT) return std::nullopt;
+  PlistDictEntries entries(element);
+  std::string key;
+  plist_t value = nullptr;
+  SafariEntry entry;
+  if (!entries.Next(&key, &value) || !PlistGetString(value, &entry.url)) return std::nullopt;
+  while (entries.Next(&key, &value)) {
+    if (key == "title") {
+      PlistGetString(value, &entry.title);
+    } else if (key == "lastVisitedDate") {
+      std::string seconds;
+      if (PlistGetString(value, &seconds)) entry.date = LocalDateText(seconds.c_str(), TimeBase::Since2001);
+    } else if (key == "visitCount" && plist_get_node_type(value) == PLIST_UINT) {
+      uint64_t count = 0;
+      plist_get_uint_val(value, &count);
+      entry.visitCount = static_cast<int64_t>(count);
+    }
+  }
+  entry.visits.push_back({entry.date, entry.title});
+  return entry;
+}
+
+}  // namespace
+
+// A page's title is that of its newest visit that has one (redirects have none).
+std::vector<SafariEntry> ReadHistoryDatabase(Database& database) {
+  const SchemaInfo schema(database);
+  std::vector<SafariEntry> entries;
+  if (!schema.HasTable("history_items")) return entries;
+  const bool hasVisits = schema.HasTable("history_visits") && schema.HasColumn("history_visits", "history_item");
+  std::string query = "select hi.id, " + schema.SelectList("history_items", {"url", "visit_count"}, "hi") + ", " +
+                      (hasVisits ? schema.SelectList("history_visits", {"visit_time", "title"}, "hv") : "NULL, NULL") +
+                      " from history_items hi";
+  if (hasVisits) query += " left join history_visits hv on hv.history_item = hi.id";
+  query += hasVisits ? " order by hi.id, hv.visit_time desc, hv.ROWID desc" : " order by hi.id";
+  Database::Statement rows(database, query.c_str());
+  int64_t item = 0;
+  while (rows.Step()) {
+    if (entries.empty() || rows.Int64(0) != item) {
+      item = rows.Int64(0);
+      SafariEntry entry;
+      entry.url = Text(rows, 1);
+      entry.visitCount = rows.Int64(2);
+      entry.date = LocalDateText(rows.Text(3), TimeBase::Since2001);
+      entry.instant = UnixSeconds(rows.Text(3), TimeBase::Since2001);
+      entries.push_back(std::move(entry));
+    }
+    SafariEntry& entry = entries.back();
+    if (rows.IsNull(3) && rows.IsNull(4)) continue;
+    const std::string title = Text(rows, 4);
+    if (entry.title.empty()) entry.title = title;
+    entry.visits.push_back({LocalDateText(rows.Text(3), TimeBase::Since2001), title});
+  }
+  return entries;
+}
+
+std::vector<SafariEntry> ReadBookmarks(Database& database) {
+  const SchemaInfo schema(database);
+  std::vector<SafariEntry> entries;
+  if (!schema.HasTable("bookmarks")) return entries;
+  std::string query =
+      "select " + schema.SelectList("bookmarks", {"title", "url", "last_modified"}) + " from bookmarks";
+  if (schema.HasColumn("bookmarks", "deleted")) query += " where ifnull(bookmarks.deleted, 0) = 0";
+  query += " order by bookmarks.ROWID";
+  Database::Statement rows(database, query.c_str());
+  while (rows.Step()) {
+    SafariEntry entry;
+    entry.url = Text(rows, 1);
+    if (entry.url.empty()) continue;
+    entry.bookmark = true;
+    entry.title = Text(rows, 0);
+    entry.date = LocalDateText(rows.Text(2), TimeBase::Since2001);
+    entry.visitCount = 1;
+    entries.push_back(std::move(entry));
+  }
+  return entries;
+}
+
+std::vector<SafariEntry> ReadHistoryList(const std::string& path) {
+  std::vector<SafariEntry> entries;
+  const OwnedPlist root(ReadPlist(path.c_str()));
+  if (!root || plist_get_node_type(root.get()) != PLIST_DICT) return entries;
+  plist_t dates = plist_dict_get_item(root.get(), "WebHistoryDates");
+  if (plist_get_node_type(dates) != PLIST_ARRAY) return entries;
+  plist_array_iter iter = nullptr;
+  plist_array_new_iter(dates, &iter);
+  for (plist_t element = nullptr;;) {
+    plist_array_next_item(dates, iter, &element);
+    if (!element) break;
+    if (std::optional<SafariEntry> entry = PlistEntry(element)) entries.push_back(std::move(*entry));
+  }
+  std::free(iter);
+  return entries;
+}
+
+}  // namespace current

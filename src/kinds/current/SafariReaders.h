@@ -1,0 +1,23 @@
+#ifndef YH_KINDS_CURRENT_SAFARIREADERS_H
+#define YH_KINDS_CURRENT_SAFARIREADERS_H
+
+#include <string>
+#include <vector>
+
+#include "common/Database.h"
+#include "kinds/current/SafariEntry.h"
+
+namespace current {
+
+// One entry per page of a History.db, with every visit, in stored order.
+std::vector<SafariEntry> ReadHistoryDatabase(Database& database);
+
+// The bookmarks of a Bookmarks.db (folders and deleted ones left out), in stored order.
+std::vector<SafariEntry> ReadBookmarks(Database& database);
+
+// The pages of an old History.plist, in stored order; each with its last visit.
+std::vector<SafariEntry> ReadHistoryList(const std::string& path);
+
+}  // namespace current
+
+#endif
