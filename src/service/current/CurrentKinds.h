@@ -4,6 +4,7 @@
 #include "common/VqBase.h"
 #include "kinds/current/CallHistory.h"
 #include "kinds/current/Contact.h"
+#include "kinds/current/Recording.h"
 #include "kinds/current/Sms.h"
 #include "kinds/current/SmsAttachment.h"
 
@@ -17,6 +18,7 @@ class CurrentKinds : public VqBase {
   current::CallHistory callHistory;
   current::Sms sms;
   current::SmsAttachment smsAttachment;
+  current::Recording recording;
 };
 
 #endif

@@ -18,7 +18,9 @@ const CurrentField kCurrentRoutes[11] = {
     [](CurrentKinds& kinds) -> Kind* { return &kinds.contact; },        // ContentContact
     [](CurrentKinds& kinds) -> Kind* { return &kinds.sms; },            // ContentSms
     [](CurrentKinds& kinds) -> Kind* { return &kinds.smsAttachment; },  // ContentSmsAttachment
-    nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+    nullptr, nullptr, nullptr, nullptr,
+    [](CurrentKinds& kinds) -> Kind* { return &kinds.recording; },  // ContentRecording
+    nullptr, nullptr,
 };
 
 void PrepareCurrentSession(BackupDevice*, BackupSession& session) {
