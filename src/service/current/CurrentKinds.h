@@ -7,18 +7,20 @@
 #include "kinds/current/Recording.h"
 #include "kinds/current/Sms.h"
 #include "kinds/current/SmsAttachment.h"
+#include "kinds/current/Voicemail.h"
 
-// The current service's own extractors of one record. Calls and messages
-// name their other parties through the one contacts object.
+// The current service's own extractors of one record. Calls, messages and
+// voicemail name their other parties through the one contacts object.
 class CurrentKinds : public VqBase {
  public:
-  CurrentKinds() : callHistory(contact), sms(contact) {}
+  CurrentKinds() : callHistory(contact), sms(contact), voicemail(contact) {}
 
   current::Contact contact;
   current::CallHistory callHistory;
   current::Sms sms;
   current::SmsAttachment smsAttachment;
   current::Recording recording;
+  current::Voicemail voicemail;
 };
 
 #endif
