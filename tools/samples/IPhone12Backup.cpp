@@ -151,7 +151,8 @@ std::string VoiceMemos() {
 // trashed date or the flag 8 one the owner deleted.
 std::string Voicemail() {
   return Schema("voicemail.db-ios9") +
-         Insert("voicemail", "ROWID, remote_uid, date, token, sender, callback_num, duration, expiration, trashed_date, flags",
+         Insert("voicemail",
+                "ROWID, remote_uid, date, token, sender, callback_num, duration, expiration, trashed_date, flags",
                 {{"1", "7", Since1970Text(kYear, 9, 8, 12, 4, 51), Sql("Complete"), Sql("+16175550199"),
                   Sql("+16175550199"), "41", "0", "0", "2"},
                  {"2", "8", Since1970Text(kYear, 9, 11, 16, 20, 9), Sql("Complete"), Sql("+14155550100"),

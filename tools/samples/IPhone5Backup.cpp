@@ -175,7 +175,8 @@ std::string VoiceMemos() {
 // Voicemail dates count from 1970; the flag 1 marks a heard message.
 std::string Voicemail() {
   return Schema("voicemail.db-ios9") +
-         Insert("voicemail", "ROWID, remote_uid, date, token, sender, callback_num, duration, expiration, trashed_date, flags",
+         Insert("voicemail",
+                "ROWID, remote_uid, date, token, sender, callback_num, duration, expiration, trashed_date, flags",
                 {{"1", "101", Time1970(7, 3, 17, 45, 20), Sql("Complete"), Sql("+15555648583"), Sql("+15555648583"),
                   "27", "0", "0", "3"}});
 }

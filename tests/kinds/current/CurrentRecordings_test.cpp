@@ -65,7 +65,8 @@ TEST(CurrentRecordings, EveryGenerationWithTrueDatesAndFilesLocatedExactly) {
         .AddFile(kGroup, "Recordings/20400301 120000-EF56.m4a", "m4a");
     const std::string backup = builder.Write(root.Path() + "b");
     const std::string old = backup + builder.StoredPath("MediaDomain", "Media/Recordings/20190701 120000.m4a");
-    const std::string cloud = backup + builder.StoredPath("MediaDomain", "Media/Recordings/20191201 140000-AB12CD34.m4a");
+    const std::string cloud =
+        backup + builder.StoredPath("MediaDomain", "Media/Recordings/20191201 140000-AB12CD34.m4a");
     const std::string group = backup + builder.StoredPath(kGroup, "Recordings/20400301 120000-EF56.m4a");
     for (const auto& [zone, hours] :
          {std::pair<const char*, std::vector<std::string>>{"UTC", {"12", "14", "12"}},

@@ -76,8 +76,10 @@ TEST(CurrentVoicemail, NewestFirstWithTrueDatesNamesAndFilesLocatedExactly) {
       ASSERT_TRUE(served.Analysed());
       EXPECT_EQ(served.Answer(ContentVoicemail),
                 Expected({
-                    {"", "+15550000000", "2040-03-01 " + hours[0] + ":00:00", "00:00:00", true, true, third, 6, true, "3.amr"},
-                    {"", "5550100", "2019-12-01 " + hours[1] + ":00:00", "00:00:30", false, true, "", 0, false, "2.amr"},
+                    {"", "+15550000000", "2040-03-01 " + hours[0] + ":00:00", "00:00:00", true, true, third, 6, true,
+                     "3.amr"},
+                    {"", "5550100", "2019-12-01 " + hours[1] + ":00:00", "00:00:30", false, true, "", 0, false,
+                     "2.amr"},
                     {"Ada", "+16175550199", "2019-07-01 " + hours[2] + ":00:00", "00:01:05", true, false, first, 7,
                      true, "1.amr"},
                     {"", "", "", "00:00:00", false, false, "", 0, false, "4.amr"},
@@ -136,9 +138,10 @@ TEST(CurrentVoicemail, DamagedOrEmptyDatabasesAnswerNull) {
     EXPECT_EQ(served.Answer(ContentVoicemail), "null");
   }
   TempDir root;
-  ServedBackup damaged(
-      BackupBuilder(IndexKind::ManifestDb).AddFile("HomeDomain", kVoicemailDb, "not a database").Write(root.Path() + "b"),
-      Service::Current);
+  ServedBackup damaged(BackupBuilder(IndexKind::ManifestDb)
+                           .AddFile("HomeDomain", kVoicemailDb, "not a database")
+                           .Write(root.Path() + "b"),
+                       Service::Current);
   EXPECT_EQ(damaged.Answer(ContentVoicemail), "null");
 }
 
