@@ -86,7 +86,10 @@ typedef enum iDeviceContentType {
   ContentCalendarReminder = 7,
   ContentRecording = 8,
   ContentCameraPhoto = 9,
-  ContentOtherPhoto = 10
+  ContentOtherPhoto = 10,
+  /* Answered by the current service only; the described service answers it
+   * NULL, as it answers any type it does not know. */
+  ContentVoicemail = 11
 } iDeviceContentType;
 
 /* The service table: four operations in this slot order. */
@@ -105,7 +108,8 @@ YH_EXPORT iDeviceBackupService* CreateDataRecoveryService(void);
  * it reads what today's devices store: true local dates (nanosecond counts
  * included), every conversation with group chats and texts kept only as
  * attributed strings, numbers matched by their digits, rows kept in a
- * database's -wal file. Extra keys follow the described ones (see README). */
+ * database's -wal file. Extra keys follow the described ones (see README).
+ * It also answers ContentVoicemail. */
 YH_EXPORT iDeviceBackupService* CreateCurrentDataRecoveryService(void);
 
 /* Frees the table only, never a backup list. */

@@ -147,6 +147,18 @@ std::string VoiceMemos() {
               {"2", Time(9, 5, 7, 30, 11), "63.2", Sql("/var/mobile/Media/Recordings/20230905 073011.m4a"), "NULL"}});
 }
 
+// Voicemail dates count from 1970; the flag 1 marks a heard message, a
+// trashed date or the flag 8 one the owner deleted.
+std::string Voicemail() {
+  return Schema("voicemail.db-ios9") +
+         Insert("voicemail",
+                "ROWID, remote_uid, date, token, sender, callback_num, duration, expiration, trashed_date, flags",
+                {{"1", "7", Since1970Text(kYear, 9, 8, 12, 4, 51), Sql("Complete"), Sql("+16175550199"),
+                  Sql("+16175550199"), "41", "0", "0", "2"},
+                 {"2", "8", Since1970Text(kYear, 9, 11, 16, 20, 9), Sql("Complete"), Sql("+14155550100"),
+                  Sql("+14155550100"), "18", "0", Time(9, 11, 18, 0, 0), "11"}});
+}
+
 std::string Photos() {
   return Schema("Photos.sqlite-ios7") + Insert("ZGENERICASSET", "Z_PK, ZDIRECTORY, ZFILENAME",
                                                {{"1", Sql("DCIM/100APPLE"), Sql("IMG_0415.HEIC")},
@@ -197,6 +209,9 @@ void WriteIPhone12Backup(const std::string& backups) {
       .AddFile(kCameraRoll, "Media/DCIM/100APPLE/IMG_0416.HEIC", MediaFile(kHeic, 4800, 32))
       .AddFile(kCameraRoll, "Media/DCIM/100APPLE/IMG_0417.JPG", MediaFile(kJpeg, 3300, 33))
       .AddFile(kCameraRoll, "Media/PhotoData/Sync/100SYNCD/IMG_0950.JPG", MediaFile(kJpeg, 2800, 34))
+      .AddDatabase(kHome, "Library/Voicemail/voicemail.db", Voicemail())
+      .AddFile(kHome, "Library/Voicemail/1.amr", MediaFile(kAmr, 3100, 5))
+      .AddFile(kHome, "Library/Voicemail/2.amr", MediaFile(kAmr, 1400, 6))
       .Write(backups + "/" + kFolder);
 }
 

@@ -172,6 +172,15 @@ std::string VoiceMemos() {
               {"2", Time(6, 30, 20, 12, 4), "42.0", Sql("/var/mobile/Media/Recordings/20140630 201204.m4a"), "NULL"}});
 }
 
+// Voicemail dates count from 1970; the flag 1 marks a heard message.
+std::string Voicemail() {
+  return Schema("voicemail.db-ios9") +
+         Insert("voicemail",
+                "ROWID, remote_uid, date, token, sender, callback_num, duration, expiration, trashed_date, flags",
+                {{"1", "101", Time1970(7, 3, 17, 45, 20), Sql("Complete"), Sql("+15555648583"), Sql("+15555648583"),
+                  "27", "0", "0", "3"}});
+}
+
 std::string Photos() {
   return Schema("Photos.sqlite-ios7") + Insert("ZGENERICASSET", "Z_PK, ZDIRECTORY, ZFILENAME",
                                                {{"1", Sql("DCIM/100APPLE"), Sql("IMG_0001.JPG")},
@@ -223,6 +232,8 @@ void WriteIPhone5Backup(const std::string& backups) {
       .AddFile(kCameraRoll, "Media/DCIM/100APPLE/IMG_0002.JPG", MediaFile(kJpeg, 3900, 12))
       .AddFile(kCameraRoll, "Media/DCIM/100APPLE/IMG_0003.PNG", MediaFile(kPng, 2100, 13))
       .AddFile(kCameraRoll, "Media/PhotoData/Sync/100SYNCD/IMG_0100.JPG", MediaFile(kJpeg, 2600, 14))
+      .AddDatabase(kHome, "Library/Voicemail/voicemail.db", Voicemail())
+      .AddFile(kHome, "Library/Voicemail/1.amr", MediaFile(kAmr, 2200, 5))
       .Write(backups + "/" + kFolder);
 }
 

@@ -22,6 +22,7 @@ const std::string kM4a(
     "ftypM4A ",
     12);
 const std::string kCaf("caff\x00\x01", 6);
+const std::string kAmr("#!AMR\n");
 
 int64_t UnixTime(int year, int month, int day, int hour, int minute, int second) {
   std::tm utc{};

@@ -35,6 +35,7 @@ extern const std::string kPng;
 extern const std::string kHeic;
 extern const std::string kM4a;
 extern const std::string kCaf;
+extern const std::string kAmr;
 
 // A note-store body as the device keeps it: a gzip-compressed record whose
 // text follows a 14-byte header and ends at the byte 0x1A. An SQL blob literal.

@@ -36,6 +36,10 @@ const std::vector<Kind>& Kinds() {
       {8, "recordings", "name", {"date", "title", "duration", "name", "path", "size"}},
       {9, "camera-photos", "file_name", MediaColumns()},
       {10, "other-photos", "file_name", MediaColumns()},
+      {11,
+       "voicemail",
+       "file_name",
+       {"name", "address", "date", "duration", "heard", "deleted", "path", "size", "present", "file_name"}},
   };
   return kinds;
 }

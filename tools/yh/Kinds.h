@@ -23,7 +23,7 @@ struct Kind {
 // The name that selects every kind.
 extern const char kAllKinds[];
 
-// The eleven kinds, in content-type order.
+// The twelve kinds, in content-type order.
 const std::vector<Kind>& Kinds();
 
 // The kind named by its name or its content-type number; nullptr otherwise.

@@ -30,7 +30,7 @@ CLI::Validator KindCheck() {
   return CLI::Validator(
       [](std::string& text) {
         return yh::IsKindOrAll(text) ? std::string()
-                                     : "unknown kind \"" + text + "\" (kinds: " + yh::KindNames() + ", 0 to 10, all)";
+                                     : "unknown kind \"" + text + "\" (kinds: " + yh::KindNames() + ", 0 to 11, all)";
       },
       "", "kind");
 }
@@ -85,7 +85,7 @@ int main(int argc, char** argv) {
   app.set_version_flag("--version", std::string("yh ") + YH_VERSION + "\nlibYH " + LIBYH_VERSION);
   app.require_subcommand(1);
   app.footer("Kinds: " + yh::KindNames() +
-             " (or 0 to 10, in that order), all.\n"
+             " (or 0 to 11, in that order), all.\n"
              "Exit codes: 0 done; 1 nothing found or a backup that cannot be read; 2 usage error.");
 
   const std::map<std::string, Format> listFormats{{"table", Format::Table}, {"json", Format::Json}};

@@ -1,12 +1,10 @@
 #include "kinds/current/CallReaders.h"
 
-#include <cmath>
 #include <cstdlib>
 
-#include "common/DateHelpers.h"
+#include "common/DurationText.h"
 #include "common/LocalDate.h"
 #include "common/SchemaInfo.h"
-#include "common/TextHelpers.h"
 
 namespace current {
 namespace {
@@ -14,12 +12,6 @@ namespace {
 std::string Column(const Database::Statement& row, int column) {
   const char* text = row.Text(column);
   return text ? std::string(text, static_cast<size_t>(row.Bytes(column))) : std::string();
-}
-
-std::string Duration(const char* stored) {
-  const double seconds = stored ? std::strtod(stored, nullptr) : 0;
-  const double whole = std::isfinite(seconds) && seconds > 0 ? std::min(seconds, 4294967295.0) : 0;
-  return TakeMallocText(ConvertSecondsToTime(static_cast<uint32_t>(whole)));
 }
 
 std::string SelectList(const SchemaInfo& schema, const std::string& table, std::initializer_list<const char*> columns) {
@@ -51,7 +43,7 @@ std::vector<CallHistory::Call> ReadCallDatabase(Database& database) {
     const int64_t flags = rows.Int64(3);
     const bool outgoing = (flags & 1) != 0;
     call.type = rows.IsNull(3) ? "Unknown" : outgoing ? "Outgoing" : "Incoming";
-    call.duration = Duration(rows.Text(4));
+    call.duration = DurationText(rows.Text(4));
     call.countryCode = Column(rows, 5);
     call.networkCode = Column(rows, 6);
     call.answered = outgoing || (rows.Text(4) && std::strtod(rows.Text(4), nullptr) > 0);
@@ -82,7 +74,7 @@ std::vector<CallHistory::Call> ReadCallStore(Database& database) {
     call.instant = UnixSeconds(rows.Text(2), TimeBase::Since2001);
     const int64_t originated = rows.Int64(3);
     call.type = rows.IsNull(3) ? "Unknown" : originated == 1 ? "Outgoing" : originated == 0 ? "Incoming" : "Unknown";
-    call.duration = Duration(rows.Text(4));
+    call.duration = DurationText(rows.Text(4));
     call.countryCode = Column(rows, 5);
     call.networkCode = Column(rows, 6);
     call.location = Column(rows, 7);

@@ -8,14 +8,16 @@
 #include "kinds/current/History.h"
 #include "kinds/current/Note.h"
 #include "kinds/current/Photo.h"
+#include "kinds/current/Recording.h"
 #include "kinds/current/Sms.h"
 #include "kinds/current/SmsAttachment.h"
+#include "kinds/current/Voicemail.h"
 
-// The current service's own extractors of one record. Calls and messages
-// name their other parties through the one contacts object.
+// The current service's own extractors of one record. Calls, messages and
+// voicemail name their other parties through the one contacts object.
 class CurrentKinds : public VqBase {
  public:
-  CurrentKinds() : callHistory(contact), sms(contact) {}
+  CurrentKinds() : callHistory(contact), sms(contact), voicemail(contact) {}
 
   current::Contact contact;
   current::CallHistory callHistory;
@@ -25,6 +27,8 @@ class CurrentKinds : public VqBase {
   current::Photo photo;
   current::History history;
   current::Calendar calendar;
+  current::Recording recording;
+  current::Voicemail voicemail;
 };
 
 #endif

@@ -13,7 +13,7 @@ namespace {
 // own; the other types are answered as the described service answers them.
 using CurrentField = Kind* (*)(CurrentKinds& kinds);
 
-const CurrentField kCurrentRoutes[11] = {
+const CurrentField kCurrentRoutes[12] = {
     [](CurrentKinds& kinds) -> Kind* { return &kinds.callHistory; },    // ContentCallHistory
     [](CurrentKinds& kinds) -> Kind* { return &kinds.contact; },        // ContentContact
     [](CurrentKinds& kinds) -> Kind* { return &kinds.sms; },            // ContentSms
@@ -22,9 +22,10 @@ const CurrentField kCurrentRoutes[11] = {
     [](CurrentKinds& kinds) -> Kind* { return &kinds.history; },              // ContentSafariHistory
     [](CurrentKinds& kinds) -> Kind* { return &kinds.calendar.Events(); },     // ContentCalendarEvent
     [](CurrentKinds& kinds) -> Kind* { return &kinds.calendar.Reminders(); },  // ContentCalendarReminder
-    nullptr,
-    [](CurrentKinds& kinds) -> Kind* { return &kinds.photo.camera; },  // ContentCameraPhoto
-    [](CurrentKinds& kinds) -> Kind* { return &kinds.photo.other; },   // ContentOtherPhoto
+    [](CurrentKinds& kinds) -> Kind* { return &kinds.recording; },            // ContentRecording
+    [](CurrentKinds& kinds) -> Kind* { return &kinds.photo.camera; },         // ContentCameraPhoto
+    [](CurrentKinds& kinds) -> Kind* { return &kinds.photo.other; },          // ContentOtherPhoto
+    [](CurrentKinds& kinds) -> Kind* { return &kinds.voicemail; },            // ContentVoicemail
 };
 
 void PrepareCurrentSession(BackupDevice*, BackupSession& session) {
@@ -38,7 +39,7 @@ int32_t AnalyzeCurrentBackup(BackupDevice* device) { return AnalyzeBackupWith(de
 
 plist_t GetCurrentContentList(BackupDevice* device, iDeviceContentType type) {
   const auto index = static_cast<uint32_t>(type);  // negative types count as large
-  if (index > 10) return nullptr;
+  if (index > 11) return nullptr;
   IndexReader* reader = ReaderOf(device);
   if (!reader) return nullptr;
   auto* kinds = static_cast<CurrentKinds*>(reader->Session().currentKinds.get());

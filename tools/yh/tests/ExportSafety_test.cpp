@@ -135,7 +135,7 @@ TEST_F(YhExportSafety, HostileNamesStayInsideTheOutputFolder) {
     ++files;
     EXPECT_NE(ReadFile(entry.path().string()), kSecret) << entry.path();
   }
-  EXPECT_EQ(files, 2 * 11 + 13u) << "11 kinds as JSON and CSV, 10 of 12 pictures, 2 recordings, 1 attachment";
+  EXPECT_EQ(files, 2 * 12 + 13u) << "12 kinds as JSON and CSV, 10 of 12 pictures, 2 recordings, 1 attachment";
 
   const std::string photos = out_ + "/media/other-photos/";
   EXPECT_EQ(ReadFile(photos + "dup.jpg"), "first dup");

@@ -69,7 +69,7 @@ TEST_F(YhExport, WritesEachKindAsJsonAndCsvAndCopiesTheMedia) {
       }
     }
     EXPECT_EQ(Entries(out_ + "/media"),
-              (std::set<std::string>{"attachments", "camera-photos", "other-photos", "recordings"}));
+              (std::set<std::string>{"attachments", "camera-photos", "other-photos", "recordings", "voicemail"}));
     EXPECT_EQ(Entries(out_).size(), 2 * yh::Kinds().size() + 1);
   }
 }
@@ -116,7 +116,8 @@ TEST_F(YhExport, PrintsASummary) {
                          "recordings     2        2      6524   0\n"
                          "camera-photos  3        3      10228  0\n"
                          "other-photos   1        1      2610   0\n"
-                         "total          29       8      24178  0\n");
+                         "voicemail      1        1      2206   0\n"
+                         "total          30       9      26384  0\n");
 }
 
 TEST_F(YhExport, KindsCanBeChosen) {
@@ -127,6 +128,13 @@ TEST_F(YhExport, KindsCanBeChosen) {
   EXPECT_EQ(Entries(out_ + "/media"), std::set<std::string>{"camera-photos"});
   EXPECT_TRUE(Contains(run.out, "\nnotes          2"));
   EXPECT_EQ(Lines(run.out).size(), 5u) << "title, header, two kinds, total";
+}
+
+TEST_F(YhExport, VoicemailHasNoFilesWithTheDescribedService) {
+  const YhResult run = Exported(kNewSample, {"--kinds", "voicemail", "--classic"});
+  ASSERT_EQ(run.code, 0) << run.err;
+  EXPECT_EQ(Entries(out_), (std::set<std::string>{"voicemail.json", "voicemail.csv"}));
+  EXPECT_TRUE(Contains(run.out, "\nvoicemail  0        0      0      0\n"));
 }
 
 TEST_F(YhExport, NothingIsEverOverwritten) {

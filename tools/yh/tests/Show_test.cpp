@@ -240,6 +240,18 @@ TEST(YhShow, TheCurrentServiceIsTheDefaultAndItsExtraKeysFollowTheDescribedColum
   EXPECT_NE(Show(kNewSample, "messages", "json").out, ShowClassic(kNewSample, "messages", "json").out);
 }
 
+TEST(YhShow, VoicemailComesFromTheCurrentServiceOnly) {
+  const std::string header = "name,address,date,duration,heard,deleted,path,size,present,file_name\n";
+  const std::string backup = SamplePath(kNewSample) + "/";
+  EXPECT_EQ(Show(kNewSample, "voicemail", "csv").out,
+            header + ",+14155550100,2023-09-11 16:20:09,00:00:18,true,true," + backup +
+                "20/20ed83be4a9cafa4190cb7977a91f5093c97fd08,1406,true,2.amr\n"
+                "Mary Somerville,+16175550199,2023-09-08 12:04:51,00:00:41,false,false," +
+                backup + "51/51cb8449dcb7daaad6e62b150673a8e424877e5f,3106,true,1.amr\n");
+  EXPECT_EQ(ShowClassic(kNewSample, "voicemail", "json").out, "null\n");
+  EXPECT_EQ(ShowClassic(kNewSample, "11", "csv").out, header);
+}
+
 TEST(YhShow, ContactPropertiesAreOneRowEachWithThePersonsId) {
   const auto rows = ParseCsv(Show(kOldSample, "contacts", "csv").out);
   ASSERT_EQ(rows.size(), 7u);

@@ -32,6 +32,9 @@
       ['duration', 'Duration'], ['name', 'File', 'file'], ['audio', 'Play', 'audio']]},
     'camera-photos': {label: 'Camera photos', view: 'grid'},
     'other-photos': {label: 'Other photos', view: 'grid'},
+    'voicemail': {label: 'Voicemail', view: 'table', columns: [['name', 'Name'], ['address', 'Number'],
+      ['date', 'Date'], ['duration', 'Duration'], ['heard', 'Heard'], ['deleted', 'Deleted'],
+      ['file_name', 'File', 'file']]},
   };
 
   const loaded = new Map();

@@ -1,0 +1,125 @@
+#include "kinds/current/Recording.h"
+
+#include <set>
+
+#include "common/ColumnHelpers.h"
+#include "common/DurationText.h"
+#include "common/FileHelpers.h"
+#include "common/LocalDate.h"
+#include "common/PlistHelpers.h"
+#include "common/SchemaInfo.h"
+#include "kinds/LocalDatabase.h"
+
+namespace current {
+namespace {
+
+// The voice memos app group's domain, where iOS 14 on keeps memos.
+const char* const kVoiceMemosGroup = "AppDomainGroup-group.com.apple.VoiceMemos.shared";
+
+// The device's home folder as memo databases write it.
+const char* const kHomePrefixes[] = {"~/", "/var/mobile/", "/private/var/mobile/"};
+
+std::string FolderOf(const std::string& path) {
+  const std::string::size_type slash = path.rfind('/');
+  return slash == std::string::npos ? std::string() : path.substr(0, slash + 1);
+}
+
+std::string NameOf(const std::string& path) {
+  const std::string::size_type slash = path.rfind('/');
+  return slash == std::string::npos ? path : path.substr(slash + 1);
+}
+
+// Where the memo's file may lie in the database's domain, most exact first.
+// ZPATH is a device path up to iOS 11 and a file name beside the database
+// later; a device path outside the home folder (an app group's container)
+// is known to the backup only by its name beside the database.
+std::vector<std::string> Candidates(const std::string& stored, const std::string& databasePath) {
+  const std::string beside = FolderOf(databasePath) + NameOf(stored);
+  if (stored.empty() || stored.back() == '/') return {};
+  if (stored[0] != '/' && stored[0] != '~') return {FolderOf(databasePath) + stored};
+  for (const char* prefix : kHomePrefixes) {
+    const std::string text(prefix);
+    if (stored.compare(0, text.size(), text) == 0) return {stored.substr(text.size()), beside};
+  }
+  return {beside};
+}
+
+std::vector<Recording::Memo> ReadMemos(Database& database) {
+  const SchemaInfo schema(database);
+  // CloudRecordings.db names its table ZCLOUDRECORDING, Recordings.db ZRECORDING.
+  const std::string table = schema.HasTable("ZCLOUDRECORDING") ? "ZCLOUDRECORDING" : "ZRECORDING";
+  std::vector<Recording::Memo> memos;
+  if (!schema.HasTable(table)) return memos;
+  const std::string query = "select " + schema.ColumnOrNull(table, "ZDATE") + ", " +
+                            schema.ColumnOrNull(table, "ZDURATION") + ", " +
+                            schema.ColumnOrNull(table, "ZCUSTOMLABEL") + ", " +
+                            schema.ColumnOrNull(table, "ZENCRYPTEDTITLE") + ", " +
+                            schema.ColumnOrNull(table, "ZPATH") + ", " +
+                            schema.ColumnOrNull(table, "ZEVICTIONDATE") + " from " + table + " order by rowid";
+  Database::Statement rows(database, query.c_str());
+  while (rows.Step()) {
+    Recording::Memo memo;
+    memo.date = LocalDateText(rows.Text(0), TimeBase::Since2001);
+    memo.duration = DurationText(rows.Text(1));
+    memo.title = GetEmptyStringIsNull(rows.Text(2));
+    if (memo.title.empty()) memo.title = GetEmptyStringIsNull(rows.Text(3));
+    memo.storedPath = GetEmptyStringIsNull(rows.Text(4));
+    memo.name = NameOf(memo.storedPath);
+    memo.deleted = !rows.IsNull(5);
+    memos.push_back(std::move(memo));
+  }
+  return memos;
+}
+
+std::vector<StoredFile> MemoDatabases(const BackupDevice* device) {
+  std::vector<StoredFile> databases = StoredFilesAt(device, "Media/Recordings/Recordings.db");
+  for (StoredFile& file : StoredFilesAt(device, "Media/Recordings/CloudRecordings.db")) databases.push_back(file);
+  if (auto group = StoredFileIn(device, kVoiceMemosGroup, "Recordings/CloudRecordings.db")) databases.push_back(*group);
+  return databases;
+}
+
+}  // namespace
+
+void Recording::Read(const BackupDevice* device) {
+  read_ = true;
+  // A device that moved its memos to CloudRecordings.db may keep the old
+  // database too: a file is listed once.
+  std::set<std::string> listedFiles;
+  for (const StoredFile& file : MemoDatabases(device)) {
+    const LocalDatabase local = LocalDatabaseOf(device, file);
+    Database database(local.path, local.access);
+    for (Memo& memo : ReadMemos(database)) {
+      for (const std::string& candidate : Candidates(memo.storedPath, file.relativePath)) {
+        const std::optional<StoredFile> stored = StoredFileIn(device, file.domain, candidate);
+        if (!stored || !VQIsRegularFile(stored->path.c_str())) continue;
+        memo.path = stored->path;
+        memo.size = VQGetFileSize(stored->path.c_str());
+        memo.present = true;
+        break;
+      }
+      if (memo.present && !listedFiles.insert(memo.path).second) continue;
+      memos_.push_back(std::move(memo));
+    }
+  }
+}
+
+plist_t Recording::FindContent(void* device, int /*flag*/) {
+  if (!read_) Read(static_cast<const BackupDevice*>(device));
+  if (memos_.empty()) return nullptr;
+  plist_t array = plist_new_array();
+  for (const Memo& memo : memos_) {
+    plist_t dict = plist_new_dict();
+    InsertPlistDictString(dict, "date", memo.date.c_str());
+    InsertPlistDictString(dict, "title", memo.title.c_str());
+    InsertPlistDictString(dict, "duration", memo.duration.c_str());
+    InsertPlistDictString(dict, "name", memo.name.c_str());
+    InsertPlistDictString(dict, "path", memo.path.c_str());
+    plist_dict_set_item(dict, "size", plist_new_uint(memo.size));
+    plist_dict_set_item(dict, "present", plist_new_bool(memo.present));
+    plist_dict_set_item(dict, "deleted", plist_new_bool(memo.deleted));
+    plist_array_append_item(array, dict);
+  }
+  return array;
+}
+
+}  // namespace current

@@ -1,0 +1,95 @@
+#include "kinds/current/Voicemail.h"
+
+#include <algorithm>
+
+#include "common/ColumnHelpers.h"
+#include "common/DurationText.h"
+#include "common/FileHelpers.h"
+#include "common/LocalDate.h"
+#include "common/PlistHelpers.h"
+#include "common/SchemaInfo.h"
+#include "kinds/LocalDatabase.h"
+
+namespace current {
+namespace {
+
+const char* const kVoicemailFolder = "Library/Voicemail/";
+
+// Bits of voicemail.flags: 1 once heard, 8 once moved to the deleted list
+// (public parsers take 11 and 75, which both hold it, as deleted).
+const int64_t kHeardFlag = 1;
+const int64_t kDeletedFlag = 8;
+
+std::vector<Voicemail::Message> ReadMessages(Database& database) {
+  const SchemaInfo schema(database);
+  std::vector<Voicemail::Message> messages;
+  if (!schema.HasTable("voicemail")) return messages;
+  const std::string query = "select voicemail.ROWID, " + schema.ColumnOrNull("voicemail", "sender") + ", " +
+                            schema.ColumnOrNull("voicemail", "date") + ", " +
+                            schema.ColumnOrNull("voicemail", "duration") + ", " +
+                            schema.ColumnOrNull("voicemail", "flags") + ", " +
+                            schema.ColumnOrNull("voicemail", "trashed_date") + " from voicemail order by ROWID";
+  Database::Statement rows(database, query.c_str());
+  while (rows.Step()) {
+    Voicemail::Message message;
+    message.fileName = std::to_string(rows.Int64(0)) + ".amr";
+    message.address = GetEmptyStringIsNull(rows.Text(1));
+    message.date = LocalDateText(rows.Text(2), TimeBase::Unix);
+    message.instant = UnixSeconds(rows.Text(2), TimeBase::Unix);
+    message.duration = DurationText(rows.Text(3));
+    const int64_t flags = rows.Int64(4);
+    message.heard = (flags & kHeardFlag) != 0;
+    message.deleted = (flags & kDeletedFlag) != 0 || rows.Int64(5) != 0;
+    messages.push_back(std::move(message));
+  }
+  return messages;
+}
+
+}  // namespace
+
+void Voicemail::Read(const BackupDevice* device) {
+  read_ = true;
+  for (const StoredFile& file : StoredFilesAt(device, std::string(kVoicemailFolder) + "voicemail.db")) {
+    const LocalDatabase local = LocalDatabaseOf(device, file);
+    Database database(local.path, local.access);
+    for (Message& message : ReadMessages(database)) {
+      const std::optional<StoredFile> stored = StoredFileIn(device, file.domain, kVoicemailFolder + message.fileName);
+      if (stored && VQIsRegularFile(stored->path.c_str())) {
+        message.path = stored->path;
+        message.size = VQGetFileSize(stored->path.c_str());
+        message.present = true;
+      }
+      messages_.push_back(std::move(message));
+    }
+  }
+  // Newest first; voicemail without a date last.
+  std::stable_sort(messages_.begin(), messages_.end(), [](const Message& a, const Message& b) {
+    return a.instant.value_or(INT64_MIN) > b.instant.value_or(INT64_MIN);
+  });
+  for (Message& message : messages_) {
+    if (const std::string* name = contacts_.FindNameByPhone(device, message.address)) message.name = *name;
+  }
+}
+
+plist_t Voicemail::FindContent(void* device, int /*flag*/) {
+  if (!read_) Read(static_cast<const BackupDevice*>(device));
+  if (messages_.empty()) return nullptr;
+  plist_t array = plist_new_array();
+  for (const Message& message : messages_) {
+    plist_t dict = plist_new_dict();
+    InsertPlistDictString(dict, "name", message.name.c_str());
+    InsertPlistDictString(dict, "address", message.address.c_str());
+    InsertPlistDictString(dict, "date", message.date.c_str());
+    InsertPlistDictString(dict, "duration", message.duration.c_str());
+    plist_dict_set_item(dict, "heard", plist_new_bool(message.heard));
+    plist_dict_set_item(dict, "deleted", plist_new_bool(message.deleted));
+    InsertPlistDictString(dict, "path", message.path.c_str());
+    plist_dict_set_item(dict, "size", plist_new_uint(message.size));
+    plist_dict_set_item(dict, "present", plist_new_bool(message.present));
+    InsertPlistDictString(dict, "file_name", message.fileName.c_str());
+    plist_array_append_item(array, dict);
+  }
+  return array;
+}
+
+}  // namespace current
