@@ -153,7 +153,9 @@ TEST_P(UnlockBackupTest, AWrongPasswordLeavesTheBackupLocked) {
   for (const char* wrong : {"", "Secret", "secret "}) {
     const Reading reading = Read(CreateCurrentDataRecoveryService, encrypted, wrong);
     EXPECT_EQ(reading.unlock, YHWrongPassword) << wrong;
-    if (GetParam() == IndexKind::ManifestDb) EXPECT_FALSE(reading.analysed) << wrong;
+    if (GetParam() == IndexKind::ManifestDb) {
+      EXPECT_FALSE(reading.analysed) << wrong;
+    }
     EXPECT_TRUE(PrivateFolders().empty());
   }
 }

@@ -2,6 +2,7 @@
 
 #include <ctime>
 
+#include "support/NoteDocumentWriter.h"
 #include "support/NoteStoreBody.h"
 
 namespace samples {
@@ -72,6 +73,6 @@ std::string MediaFile(const std::string& signature, size_t size, unsigned seed) 
   return bytes;
 }
 
-std::string NoteStoreData(const std::string& text) { return yhtest::SqlBlob(yhtest::NoteStoreBody(text)); }
+std::string NoteStoreData(const std::string& text) { return yhtest::SqlBlob(yhtest::NoteDocumentBlob(text)); }
 
 }  // namespace samples

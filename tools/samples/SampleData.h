@@ -37,8 +37,8 @@ extern const std::string kM4a;
 extern const std::string kCaf;
 extern const std::string kAmr;
 
-// A note-store body as the device keeps it: a gzip-compressed record whose
-// text follows a 14-byte header and ends at the byte 0x1A. An SQL blob literal.
+// A note-store body as the device keeps it: the gzip'd note document (a
+// protocol buffer holding the text). An SQL blob literal.
 std::string NoteStoreData(const std::string& text);
 
 }  // namespace samples

@@ -263,9 +263,9 @@ TEST(YhShow, ContactPropertiesAreOneRowEachWithThePersonsId) {
 
 TEST(YhShow, NoteBodiesKeepTheirLineBreaksInCsvAndLoseThemInTables) {
   const YhResult csv = Show(kNewSample, "notes", "csv");
-  EXPECT_TRUE(Contains(csv.out, ",Packing list,\"Packing list\nPassport\nCharger\nSunscreen\"\n"));
+  EXPECT_TRUE(Contains(csv.out, ",Packing list,\"Packing list\nPassport\nCharger\nSunscreen\",false,\n"));
   const YhResult table = Show(kNewSample, "notes", "table");
-  EXPECT_TRUE(Contains(table.out, "Packing list  Packing list Passport Charger Sunscreen\n"));
+  EXPECT_TRUE(Contains(table.out, "Packing list  Packing list Passport Charger Sunscreen   false\n"));
 }
 
 TEST(YhShow, AllGivesEveryKindInOrder) {

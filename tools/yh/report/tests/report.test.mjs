@@ -234,7 +234,8 @@ describe('the report of a hostile backup', () => {
     await go(page, '#kind/camera-photos', '#grid figure');
     await page.waitForFunction(() => [...document.images].every((image) => image.complete));
     const files = await page.$$eval('#grid a', (nodes) => nodes.map((node) => node.getAttribute('href')));
-    assert.deepEqual(files, ['media/camera-photos/%22%3E%3Cimg%20src%3Dx%20onerror%3Dwindow.pwned%3D6%3E.JPG',
+    // The grid keeps the answer's order, which is the photo library's; the set is what matters here.
+    assert.deepEqual([...files].sort(), ['media/camera-photos/%22%3E%3Cimg%20src%3Dx%20onerror%3Dwindow.pwned%3D6%3E.JPG',
       'media/camera-photos/Sunset.BMP', 'media/camera-photos/a%23b%3Fc%3D%252e%252e.BMP']);
     for (const file of files) assert.ok(fs.existsSync(path.join(folder, decodeURIComponent(file))), file);
     // The two real pictures load; the stand-in JPEG shows as a tile.
