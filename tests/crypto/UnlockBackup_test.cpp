@@ -8,6 +8,7 @@
 #include "fault/FaultBench.h"
 #include "libYH.h"
 #include "support/BackupBuilder.h"
+#include "support/RealBackups.h"
 #include "support/ScopedEnv.h"
 #include "support/TreeSnapshot.h"
 
@@ -199,6 +200,30 @@ TEST_P(UnlockBackupTest, TheCopiesGoAlsoAfterAFailedAnalysis) {
   yhtest::FreeDeviceList(list);
   FreeiDeviceBackupService(service);
   EXPECT_TRUE(PrivateFolders().empty());
+}
+
+// The real iOS 9 device's backup read in place answers, with either service,
+// as the plain copy DecryptBackup writes of it; its one missing stored file
+// (a camera video) is left out of the photos without failing the rest. The
+// device kept contacts and pictures, an empty call store and no messages.
+TEST(UnlockRealBackup, BothServicesAnswerInPlaceAsOnItsDecryptedCopy) {
+  yhtest::TempDir out;
+  const std::string plain = out.Path() + "plain/";
+  ASSERT_EQ(DecryptBackup(yhtest::RealIos9Backup().c_str(), plain.c_str(), "20201225", nullptr, nullptr),
+            YHDecryptedWithGaps);
+  const std::string before = yhtest::SnapshotTree(yhtest::RealIos9Backup());
+  for (CreateService create : {CreateDataRecoveryService, CreateCurrentDataRecoveryService}) {
+    const Reading expected = Read(create, plain, nullptr);
+    const Reading reading = Read(create, yhtest::RealIos9Backup(), "20201225");
+    EXPECT_EQ(reading.unlock, YHUnlocked);
+    EXPECT_TRUE(reading.analysed);
+    EXPECT_EQ(WithPaths(reading.dumps, reading.paths, expected.paths), expected.dumps);
+    for (int type : {ContentContact, ContentCameraPhoto}) {
+      EXPECT_NE(reading.dumps[static_cast<size_t>(type)], "null") << type;
+      EXPECT_NE(reading.dumps[static_cast<size_t>(type)], "[]") << type;
+    }
+  }
+  EXPECT_EQ(yhtest::SnapshotTree(yhtest::RealIos9Backup()), before);
 }
 
 INSTANTIATE_TEST_SUITE_P(BothIndexes, UnlockBackupTest, ::testing::Values(IndexKind::Mbdb, IndexKind::ManifestDb),
