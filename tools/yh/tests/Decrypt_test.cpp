@@ -2,9 +2,8 @@
 
 #include <string>
 
+#include "EncryptedSamples.h"
 #include "YhRun.h"
-#include "fault/SampleBackup.h"
-#include "support/BackupBuilder.h"
 #include "support/TreeSnapshot.h"
 
 namespace yhtool {
@@ -12,16 +11,7 @@ namespace {
 
 using yhtest::IndexKind;
 
-class YhDecrypt : public ::testing::TestWithParam<IndexKind> {
- protected:
-  void SetUp() override {
-    plain_ = yhtest::sample::Builder(GetParam()).Write(root_.Path() + "plain");
-    encrypted_ = yhtest::sample::Builder(GetParam()).Encrypt({"open sesame", 1, 1}).Write(root_.Path() + "enc");
-  }
-  yhtest::TempDir root_;
-  std::string plain_;
-  std::string encrypted_;
-};
+class YhDecrypt : public EncryptedSamples {};
 
 TEST_P(YhDecrypt, WritesACopyThatShowsAsThePlainBackup) {
   const std::string before = yhtest::SnapshotTree(encrypted_);
@@ -64,7 +54,7 @@ TEST_P(YhDecrypt, APlainBackupIsRefused) {
 }
 
 INSTANTIATE_TEST_SUITE_P(BothIndexes, YhDecrypt, ::testing::Values(IndexKind::Mbdb, IndexKind::ManifestDb),
-                         [](const auto& info) { return info.param == IndexKind::Mbdb ? "Mbdb" : "ManifestDb"; });
+                         IndexParamName);
 
 }  // namespace
 }  // namespace yhtool

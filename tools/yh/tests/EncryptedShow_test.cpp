@@ -3,9 +3,8 @@
 #include <filesystem>
 #include <string>
 
+#include "EncryptedSamples.h"
 #include "YhRun.h"
-#include "fault/SampleBackup.h"
-#include "support/BackupBuilder.h"
 #include "support/TreeSnapshot.h"
 
 namespace yhtool {
@@ -15,16 +14,7 @@ using yhtest::IndexKind;
 
 // yh show, export and report read an encrypted backup in place once given
 // its password.
-class YhEncrypted : public ::testing::TestWithParam<IndexKind> {
- protected:
-  void SetUp() override {
-    plain_ = yhtest::sample::Builder(GetParam()).Write(root_.Path() + "plain");
-    encrypted_ = yhtest::sample::Builder(GetParam()).Encrypt({"open sesame", 1, 1}).Write(root_.Path() + "enc");
-  }
-  yhtest::TempDir root_;
-  std::string plain_;
-  std::string encrypted_;
-};
+class YhEncrypted : public EncryptedSamples {};
 
 TEST_P(YhEncrypted, ShowsWhatThePlainBackupShowsAndLeavesNoCopy) {
   const std::string before = yhtest::SnapshotTree(encrypted_);
@@ -71,7 +61,7 @@ TEST_P(YhEncrypted, NoPasswordAndNoTerminalSaysHowToGiveOne) {
 }
 
 INSTANTIATE_TEST_SUITE_P(BothIndexes, YhEncrypted, ::testing::Values(IndexKind::Mbdb, IndexKind::ManifestDb),
-                         [](const auto& info) { return info.param == IndexKind::Mbdb ? "Mbdb" : "ManifestDb"; });
+                         IndexParamName);
 
 }  // namespace
 }  // namespace yhtool
