@@ -4,6 +4,7 @@
 #include <thread>
 #include <vector>
 
+#include "fault/SampleBackup.h"
 #include "kinds/AddressBookSql.h"
 #include "libYH.h"
 #include "service/ServiceOperations.h"
@@ -105,6 +106,32 @@ TEST(CurrentService, TwoThreadsAnalyseTwoBackupsAtOnce) {
   EXPECT_EQ(answers[1], secondAlone + ServedBackup(second, Service::Current).Answer(ContentContact));
   EXPECT_NE(answers[0].find("Ada"), std::string::npos);
   EXPECT_NE(answers[1].find("2020-01-06 05:40:00"), std::string::npos);
+}
+
+// Every kind of the sample backups of both index kinds, read from two threads
+// at once, answers as it does alone.
+TEST(CurrentService, TwoThreadsReadEveryKindOfTwoBackupsAtOnce) {
+  TempDir root;
+  ScopedTimeZone newYork("America/New_York");
+  const std::string backups[] = {sample::Builder(IndexKind::Mbdb).Write(root.Path() + "old"),
+                                 sample::Builder(IndexKind::ManifestDb).Write(root.Path() + "new")};
+  const auto everything = [](const std::string& backup) {
+    ServedBackup served(backup, Service::Current);
+    std::string answers;
+    for (int type = 0; type <= ContentVoicemail; ++type) answers += served.Answer(type) + "\n";
+    return answers;
+  };
+  const std::string alone[] = {everything(backups[0]), everything(backups[1])};
+  std::string together[2];
+  const auto run = [&](int which) {
+    for (int round = 0; round < 5; ++round) together[which] = everything(backups[which]);
+  };
+  std::thread one(run, 0);
+  std::thread two(run, 1);
+  one.join();
+  two.join();
+  EXPECT_EQ(together[0], alone[0]);
+  EXPECT_EQ(together[1], alone[1]);
 }
 
 }  // namespace
