@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <plist/plist.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -127,8 +128,10 @@ TEST(EncryptedMbdbDamage, AFileWhoseKeyIsDamagedOrMissingIsSkipped) {
     std::vector<std::string> skipped;
     EXPECT_EQ(DecryptBackup(backup.c_str(), (root.Path() + "copy").c_str(), "pw", CollectSkipped, &skipped),
               YHDecryptedWithGaps);
+    // Two files are decrypted at a time, so the skipped ones come in either order.
     EXPECT_EQ(skipped.size(), 2u);
-    EXPECT_EQ(skipped.front(), yhtest::BackupBuilder(IndexKind::Mbdb).StoredPath("HomeDomain", kContacts));
+    const std::string contacts = yhtest::BackupBuilder(IndexKind::Mbdb).StoredPath("HomeDomain", kContacts);
+    EXPECT_NE(std::find(skipped.begin(), skipped.end(), contacts), skipped.end());
   }
 }
 
