@@ -47,6 +47,8 @@ class Database {
     bool BindText(int parameter, const std::string& text);
     bool Step();  // true while a row is ready
     const char* Text(int column) const;
+    // The column's text with every byte, zero bytes included; "" for NULL.
+    std::string WholeText(int column) const;
     bool IsNull(int column) const;
     bool IsBlob(int column) const;
     int64_t Int64(int column) const;

@@ -6,17 +6,13 @@
 #include <map>
 #include <set>
 
+#include "common/ColumnHelpers.h"
 #include "common/LocalDate.h"
 #include "common/SchemaInfo.h"
 #include "common/TextHelpers.h"
 
 namespace current {
 namespace {
-
-std::string Column(const Database::Statement& row, int column) {
-  const char* text = row.Text(column);
-  return text ? text : "";
-}
 
 // Built-in labels are stored as "_$!<Mobile>!$_"; custom ones as typed.
 std::string CleanLabel(const std::string& label) {
@@ -109,14 +105,14 @@ std::vector<Contact::Person> ReadAddressBook(Database& database) {
   while (personRows.Step()) {
     Contact::Person person;
     person.id = personRows.Int64(0);
-    const std::string parts = Column(personRows, 1) + " " + Column(personRows, 2) + " " + Column(personRows, 3);
+    const std::string parts = GetEmptyStringIsNull(personRows.Text(1)) + " " + GetEmptyStringIsNull(personRows.Text(2)) + " " + GetEmptyStringIsNull(personRows.Text(3));
     person.name = TakeMallocText(DeleteDelims(parts.c_str(), " ", " "));
-    person.organization = Column(personRows, 4);
-    person.department = Column(personRows, 5);
-    person.note = Column(personRows, 6);
-    person.birthday = BirthdayText(Column(personRows, 7));
-    person.jobTitle = Column(personRows, 8);
-    person.nickname = Column(personRows, 9);
+    person.organization = GetEmptyStringIsNull(personRows.Text(4));
+    person.department = GetEmptyStringIsNull(personRows.Text(5));
+    person.note = GetEmptyStringIsNull(personRows.Text(6));
+    person.birthday = BirthdayText(GetEmptyStringIsNull(personRows.Text(7)));
+    person.jobTitle = GetEmptyStringIsNull(personRows.Text(8));
+    person.nickname = GetEmptyStringIsNull(personRows.Text(9));
     person.creationDate = LocalDateText(personRows.Text(10), TimeBase::Since2001);
     people[person.id] = std::move(person);
   }
@@ -129,7 +125,7 @@ std::vector<Contact::Person> ReadAddressBook(Database& database) {
         "select e.parent_id, k.value, e.value from ABMultiValueEntry e left join ABMultiValueEntryKey k on "
         "k.rowid = e.key order by e.rowid");
     while (entryRows.Step()) {
-      lines[entryRows.Int64(0)].emplace_back(Column(entryRows, 1), Column(entryRows, 2));
+      lines[entryRows.Int64(0)].emplace_back(GetEmptyStringIsNull(entryRows.Text(1)), GetEmptyStringIsNull(entryRows.Text(2)));
     }
   }
 
@@ -141,7 +137,7 @@ std::vector<Contact::Person> ReadAddressBook(Database& database) {
   while (valueRows.Step()) {
     const auto owner = people.find(valueRows.Int64(0));
     if (owner == people.end()) continue;
-    std::string value = Column(valueRows, 4);
+    std::string value = GetEmptyStringIsNull(valueRows.Text(4));
     const auto structured = valueRows.IsNull(1) ? lines.end() : lines.find(valueRows.Int64(1));
     if (structured != lines.end()) {
       const std::string joined = JoinLines(structured->second);
@@ -151,7 +147,7 @@ std::vector<Contact::Person> ReadAddressBook(Database& database) {
     // Without the property column every value may be a number or an address.
     const bool names = valueRows.IsNull(2) || valueRows.Int64(2) == kPhone || valueRows.Int64(2) == kEmail;
     if (names) owner->second.addresses.push_back(value);
-    std::string label = CleanLabel(Column(valueRows, 3));
+    std::string label = CleanLabel(GetEmptyStringIsNull(valueRows.Text(3)));
     if (label.empty()) label = PropertyName(valueRows.Int64(2));
     owner->second.properties.emplace_back(UniqueLabel(label, takenLabels[owner->first]), std::move(value));
   }

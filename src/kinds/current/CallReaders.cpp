@@ -9,17 +9,6 @@
 namespace current {
 namespace {
 
-std::string Column(const Database::Statement& row, int column) {
-  const char* text = row.Text(column);
-  return text ? std::string(text, static_cast<size_t>(row.Bytes(column))) : std::string();
-}
-
-std::string SelectList(const SchemaInfo& schema, const std::string& table, std::initializer_list<const char*> columns) {
-  std::string list;
-  for (const char* column : columns) list += (list.empty() ? "" : ", ") + schema.ColumnOrNull(table, column);
-  return list;
-}
-
 }  // namespace
 
 // Flags of the old database: bit 0 set for a call the owner made, bit 4 for
@@ -30,22 +19,22 @@ std::vector<CallHistory::Call> ReadCallDatabase(Database& database) {
   std::vector<CallHistory::Call> calls;
   if (!schema.HasTable("call")) return calls;
   const std::string query = "select " +
-                            SelectList(schema, "call", {"name", "address", "date", "flags", "duration",
+                            schema.SelectList("call", {"name", "address", "date", "flags", "duration",
                                                         "country_code", "network_code"}) +
                             " from call order by call.ROWID";
   Database::Statement rows(database, query.c_str());
   while (rows.Step()) {
     CallHistory::Call call;
-    call.name = Column(rows, 0);
-    call.address = Column(rows, 1);
+    call.name = rows.WholeText(0);
+    call.address = rows.WholeText(1);
     call.date = LocalDateText(rows.Text(2), TimeBase::Unix);
     call.instant = UnixSeconds(rows.Text(2), TimeBase::Unix);
     const int64_t flags = rows.Int64(3);
     const bool outgoing = (flags & 1) != 0;
     call.type = rows.IsNull(3) ? "Unknown" : outgoing ? "Outgoing" : "Incoming";
     call.duration = DurationText(rows.Text(4));
-    call.countryCode = Column(rows, 5);
-    call.networkCode = Column(rows, 6);
+    call.countryCode = rows.WholeText(5);
+    call.networkCode = rows.WholeText(6);
     call.answered = outgoing || (rows.Text(4) && std::strtod(rows.Text(4), nullptr) > 0);
     call.service = (flags & 16) != 0 ? "FaceTime" : "Phone";
     calls.push_back(std::move(call));
@@ -61,23 +50,23 @@ std::vector<CallHistory::Call> ReadCallStore(Database& database) {
   if (!schema.HasTable("ZCALLRECORD")) return calls;
   const std::string query =
       "select " +
-      SelectList(schema, "ZCALLRECORD", {"ZNAME", "ZADDRESS", "ZDATE", "ZORIGINATED", "ZDURATION",
+      schema.SelectList("ZCALLRECORD", {"ZNAME", "ZADDRESS", "ZDATE", "ZORIGINATED", "ZDURATION",
                                          "ZISO_COUNTRY_CODE", "ZSERVICE_PROVIDER", "ZLOCATION", "ZANSWERED",
                                          "ZCALLTYPE"}) +
       " from ZCALLRECORD order by ZCALLRECORD.rowid";
   Database::Statement rows(database, query.c_str());
   while (rows.Step()) {
     CallHistory::Call call;
-    call.name = Column(rows, 0);
-    call.address = Column(rows, 1);
+    call.name = rows.WholeText(0);
+    call.address = rows.WholeText(1);
     call.date = LocalDateText(rows.Text(2), TimeBase::Since2001);
     call.instant = UnixSeconds(rows.Text(2), TimeBase::Since2001);
     const int64_t originated = rows.Int64(3);
     call.type = rows.IsNull(3) ? "Unknown" : originated == 1 ? "Outgoing" : originated == 0 ? "Incoming" : "Unknown";
     call.duration = DurationText(rows.Text(4));
-    call.countryCode = Column(rows, 5);
-    call.networkCode = Column(rows, 6);
-    call.location = Column(rows, 7);
+    call.countryCode = rows.WholeText(5);
+    call.networkCode = rows.WholeText(6);
+    call.location = rows.WholeText(7);
     call.answered = rows.Int64(8) != 0;
     const int64_t callType = rows.Int64(9);
     call.service = callType == 8 ? "FaceTime Video" : callType == 16 ? "FaceTime Audio" : "Phone";

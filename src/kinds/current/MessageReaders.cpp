@@ -13,22 +13,11 @@ namespace {
 
 using Conversations = std::map<std::string, Sms::Conversation>;
 
-std::string Column(const Database::Statement& row, int column) {
-  const char* text = row.Text(column);
-  return text ? std::string(text, static_cast<size_t>(row.Bytes(column))) : std::string();
-}
-
 // Since iOS 16 many texts are kept only in the archived attributed string.
 std::string MessageText(const Database::Statement& row, int textColumn, int bodyColumn) {
-  std::string text = Column(row, textColumn);
+  std::string text = row.WholeText(textColumn);
   if (!text.empty() || row.IsNull(bodyColumn)) return text;
   return DecodeAttributedBodyText(row.Blob(bodyColumn), static_cast<size_t>(row.Bytes(bodyColumn))).value_or("");
-}
-
-std::string SelectList(const SchemaInfo& schema, const std::string& table, std::initializer_list<const char*> columns) {
-  std::string list;
-  for (const char* column : columns) list += (list.empty() ? "" : ", ") + schema.ColumnOrNull(table, column);
-  return list;
 }
 
 void AddParticipant(Sms::Conversation& conversation, const std::string& address) {
@@ -50,19 +39,19 @@ void ReadChats(Database& database, const SchemaInfo& schema, Conversations& conv
   std::unordered_map<int64_t, std::string> handles;
   if (schema.HasTable("handle")) {
     Database::Statement rows(database, "select ROWID, id from handle");
-    while (rows.Step()) handles[rows.Int64(0)] = Column(rows, 1);
+    while (rows.Step()) handles[rows.Int64(0)] = rows.WholeText(1);
   }
   std::unordered_map<int64_t, std::string> chatIds;
   if (schema.HasTable("chat")) {
     const std::string query =
-        "select chat.ROWID, " + SelectList(schema, "chat", {"chat_identifier", "guid", "display_name", "style"}) +
+        "select chat.ROWID, " + schema.SelectList("chat", {"chat_identifier", "guid", "display_name", "style"}) +
         " from chat order by chat.ROWID";
     Database::Statement rows(database, query.c_str());
     while (rows.Step()) {
-      std::string id = Column(rows, 1);
-      if (id.empty()) id = Column(rows, 2);
+      std::string id = rows.WholeText(1);
+      if (id.empty()) id = rows.WholeText(2);
       Sms::Conversation& conversation = ConversationFor(conversations, id);
-      if (conversation.displayName.empty()) conversation.displayName = Column(rows, 3);
+      if (conversation.displayName.empty()) conversation.displayName = rows.WholeText(3);
       // Style 43 marks a group chat, 45 a chat with one other party.
       conversation.group = conversation.group || rows.Int64(4) == 43;
       chatIds[rows.Int64(0)] = id;
@@ -87,7 +76,7 @@ void ReadChats(Database& database, const SchemaInfo& schema, Conversations& conv
   }
   if (!schema.HasTable("message")) return;
   const std::string query = "select message.ROWID, " +
-                            SelectList(schema, "message", {"text", "attributedBody", "handle_id", "date",
+                            schema.SelectList("message", {"text", "attributedBody", "handle_id", "date",
                                                            "is_from_me", "service", "country"}) +
                             " from message order by message.ROWID";
   Database::Statement rows(database, query.c_str());
@@ -100,8 +89,8 @@ void ReadChats(Database& database, const SchemaInfo& schema, Conversations& conv
     message.date = LocalDateText(rows.Text(4), TimeBase::Since2001);
     message.instant = UnixSeconds(rows.Text(4), TimeBase::Since2001);
     message.fromMe = rows.Int64(5) != 0;
-    message.service = Column(rows, 6);
-    message.country = Column(rows, 7);
+    message.service = rows.WholeText(6);
+    message.country = rows.WholeText(7);
     if (!message.fromMe) message.sender = address;
     const auto chat = chatOfMessage.find(message.rowId);
     const bool inChat = chat != chatOfMessage.end();
@@ -119,12 +108,12 @@ void ReadLegacy(Database& database, const SchemaInfo& schema, Conversations& con
   std::map<int64_t, std::vector<std::string>> members;
   if (schema.HasTable("group_member")) {
     Database::Statement rows(database, "select group_id, address from group_member order by ROWID");
-    while (rows.Step()) members[rows.Int64(0)].push_back(Column(rows, 1));
+    while (rows.Step()) members[rows.Int64(0)].push_back(rows.WholeText(1));
   }
   enum { kRowId, kText, kBody, kAddress, kDate, kFlags, kGroup, kIsMadrid, kHandle, kMadridFlags, kService, kCountry, kRoom };
   const std::string query =
       "select message.ROWID, " +
-      SelectList(schema, "message", {"text", "madrid_attributedBody", "address", "date", "flags", "group_id",
+      schema.SelectList("message", {"text", "madrid_attributedBody", "address", "date", "flags", "group_id",
                                      "is_madrid", "madrid_handle", "madrid_flags", "madrid_service", "country",
                                      "madrid_roomname"}) +
       " from message order by message.ROWID";
@@ -133,7 +122,7 @@ void ReadLegacy(Database& database, const SchemaInfo& schema, Conversations& con
     Sms::Message message;
     message.rowId = rows.Int64(kRowId);
     message.text = MessageText(rows, kText, kBody);
-    message.country = Column(rows, kCountry);
+    message.country = rows.WholeText(kCountry);
     const bool iMessage = rows.Int64(kIsMadrid) != 0;
     const TimeBase base = iMessage ? TimeBase::Since2001 : TimeBase::Unix;
     message.date = LocalDateText(rows.Text(kDate), base);
@@ -142,15 +131,15 @@ void ReadLegacy(Database& database, const SchemaInfo& schema, Conversations& con
     std::string id;
     if (iMessage) {
       message.fromMe = (rows.Int64(kMadridFlags) & 0x8000) != 0;
-      message.service = Column(rows, kService);
-      const std::string handle = Column(rows, kHandle);
+      message.service = rows.WholeText(kService);
+      const std::string handle = rows.WholeText(kHandle);
       if (!message.fromMe) message.sender = handle;
       parties.push_back(handle);
-      id = Column(rows, kRoom).empty() ? handle : Column(rows, kRoom);
+      id = rows.WholeText(kRoom).empty() ? handle : rows.WholeText(kRoom);
     } else {
       message.fromMe = (rows.Int64(kFlags) & 1) != 0;
       message.service = "SMS";
-      const std::string address = Column(rows, kAddress);
+      const std::string address = rows.WholeText(kAddress);
       if (!message.fromMe) message.sender = address;
       const auto group = members.find(rows.Int64(kGroup));
       parties = group != members.end() ? group->second : std::vector<std::string>{address};

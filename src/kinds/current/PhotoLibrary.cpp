@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 
+#include "common/ColumnHelpers.h"
 #include "common/LocalDate.h"
 #include "common/SchemaInfo.h"
 
@@ -10,11 +11,6 @@ namespace current {
 namespace {
 
 const char kAttributes[] = "ZADDITIONALASSETATTRIBUTES";
-
-std::string Column(const Database::Statement& row, int column) {
-  const char* text = row.Text(column);
-  return text ? text : "";
-}
 
 std::string Upper(std::string text) {
   std::transform(text.begin(), text.end(), text.begin(),
@@ -67,13 +63,13 @@ std::vector<LibraryAsset> ReadPhotoLibrary(Database& database) {
   Database::Statement rows(database, query.c_str());
   while (rows.Step()) {
     LibraryAsset asset;
-    asset.directory = Column(rows, 0);
-    asset.fileName = Column(rows, 1);
+    asset.directory = GetEmptyStringIsNull(rows.Text(0));
+    asset.fileName = GetEmptyStringIsNull(rows.Text(1));
     if (asset.directory.empty() || asset.fileName.empty()) continue;
     asset.date = LocalDateText(rows.Text(2), TimeBase::Since2001);
     asset.video = rows.IsNull(3) ? HasVideoExtension(asset.fileName) : rows.Int64(3) == 1;
     asset.trashed = !rows.IsNull(4) && rows.Int64(4) == 1;
-    asset.originalName = Column(rows, 5);
+    asset.originalName = GetEmptyStringIsNull(rows.Text(5));
     assets.push_back(std::move(asset));
   }
   return assets;

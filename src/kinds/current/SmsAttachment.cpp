@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 
+#include "common/ColumnHelpers.h"
 #include "common/FileHelpers.h"
 #include "common/LocalDate.h"
 #include "common/PlistHelpers.h"
@@ -25,11 +26,6 @@ std::string BelowHome(const std::string& stored) {
   return stored;
 }
 
-std::string Column(const Database::Statement& row, int column) {
-  const char* text = row.Text(column);
-  return text ? text : "";
-}
-
 bool IsImage(std::string mimeType) {
   std::transform(mimeType.begin(), mimeType.end(), mimeType.begin(),
                  [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
@@ -48,12 +44,12 @@ std::vector<SmsAttachment::Attachment> ReadAttachments(Database& database) {
                             schema.ColumnOrNull(table, "created_date") + " from " + table + " order by ROWID";
   Database::Statement rows(database, query.c_str());
   while (rows.Step()) {
-    if (rows.IsNull(0) || Column(rows, 0).empty()) continue;
+    if (rows.IsNull(0) || GetEmptyStringIsNull(rows.Text(0)).empty()) continue;
     SmsAttachment::Attachment attachment;
-    attachment.queryPath = BelowHome(Column(rows, 0));
-    attachment.mimeType = Column(rows, 1);
+    attachment.queryPath = BelowHome(GetEmptyStringIsNull(rows.Text(0)));
+    attachment.mimeType = GetEmptyStringIsNull(rows.Text(1));
     attachment.image = IsImage(attachment.mimeType);
-    attachment.originalName = Column(rows, 2);
+    attachment.originalName = GetEmptyStringIsNull(rows.Text(2));
     attachment.date = LocalDateText(rows.Text(3), TimeBase::Since2001);
     attachments.push_back(std::move(attachment));
   }

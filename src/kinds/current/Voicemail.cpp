@@ -24,11 +24,9 @@ std::vector<Voicemail::Message> ReadMessages(Database& database) {
   const SchemaInfo schema(database);
   std::vector<Voicemail::Message> messages;
   if (!schema.HasTable("voicemail")) return messages;
-  const std::string query = "select voicemail.ROWID, " + schema.ColumnOrNull("voicemail", "sender") + ", " +
-                            schema.ColumnOrNull("voicemail", "date") + ", " +
-                            schema.ColumnOrNull("voicemail", "duration") + ", " +
-                            schema.ColumnOrNull("voicemail", "flags") + ", " +
-                            schema.ColumnOrNull("voicemail", "trashed_date") + " from voicemail order by ROWID";
+  const std::string query = "select voicemail.ROWID, " +
+                            schema.SelectList("voicemail", {"sender", "date", "duration", "flags", "trashed_date"}) +
+                            " from voicemail order by ROWID";
   Database::Statement rows(database, query.c_str());
   while (rows.Step()) {
     Voicemail::Message message;
