@@ -1,5 +1,6 @@
 #include "Generation.h"
 #include "Sql.h"
+#include "support/NoteDocumentWriter.h"
 #include "support/NoteStoreBody.h"
 
 namespace bench {
@@ -24,7 +25,7 @@ void AddNotes(Generation& generation) {
                  pk + ", 12, 1, " + std::to_string(created) + ".5, " + std::to_string(created + random.Below(100000)) +
                      ".5, " + Quote(random.Words(3)) + ", " + std::to_string(note));
       sql.Insert("ZICNOTEDATA", "Z_PK, Z_ENT, Z_OPT, ZNOTE, ZDATA",
-                 std::to_string(note) + ", 11, 1, " + pk + ", " + yhtest::SqlBlob(yhtest::NoteStoreBody(NoteText(random))));
+                 std::to_string(note) + ", 11, 1, " + pk + ", " + yhtest::SqlBlob(yhtest::NoteDocumentBlob(NoteText(random))));
     }
     generation.rows.Database("AppDomainGroup-group.com.apple.notes", "NoteStore.sqlite", sql.Text());
     return;
