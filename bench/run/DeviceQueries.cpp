@@ -60,8 +60,31 @@ const char kOldPhotos[] =
     "select directory || '/' || filename,filename from Photo where filename is not null and directory "
     "is not null";
 
+void ParsePropertyList(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  const std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+  plist_t root = nullptr;
+  plist_from_bin(bytes.data(), static_cast<uint32_t>(bytes.size()), &root);
+  plist_free(root);
+}
+
+}  // namespace
+
+sqlite3* OpenDeviceDatabase(const std::string& file) {
+  sqlite3* db = nullptr;
+  const std::string uri = "file:" + file + "?immutable=1";
+  if (sqlite3_open_v2(uri.c_str(), &db, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI, nullptr) != SQLITE_OK) {
+    sqlite3_close(db);
+    return nullptr;
+  }
+  // As the library does: sorting and DISTINCT in memory, not in temporary files.
+  sqlite3_exec(db, "PRAGMA temp_store=MEMORY", nullptr, nullptr, nullptr);
+  return db;
+}
+
 // True when the query ran to its end.
-bool Run(sqlite3* db, const char* sql) {
+bool RunToEnd(sqlite3* db, const char* sql) {
+  if (!db) return false;
   sqlite3_stmt* rows = nullptr;
   if (sqlite3_prepare_v2(db, sql, -1, &rows, nullptr) != SQLITE_OK) {
     sqlite3_finalize(rows);
@@ -80,16 +103,6 @@ bool Run(sqlite3* db, const char* sql) {
   sqlite3_finalize(rows);
   return status == SQLITE_DONE;
 }
-
-void ParsePropertyList(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  const std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-  plist_t root = nullptr;
-  plist_from_bin(bytes.data(), static_cast<uint32_t>(bytes.size()), &root);
-  plist_free(root);
-}
-
-}  // namespace
 
 const std::vector<DeviceSource>& DeviceSources() {
   static const std::vector<DeviceSource> sources = {
@@ -134,12 +147,9 @@ void RunQueries(const DeviceSource& source, const std::string& storedFile) {
     ParsePropertyList(storedFile);
     return;
   }
-  sqlite3* db = nullptr;
-  const std::string uri = "file:" + storedFile + "?immutable=1";
-  if (sqlite3_open_v2(uri.c_str(), &db, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI, nullptr) == SQLITE_OK) {
-    for (const Query& query : source.queries) {
-      if (!Run(db, query.sql) && query.older) Run(db, query.older);
-    }
+  sqlite3* db = OpenDeviceDatabase(storedFile);
+  for (const Query& query : source.queries) {
+    if (!RunToEnd(db, query.sql) && query.older) RunToEnd(db, query.older);
   }
   sqlite3_close(db);
 }

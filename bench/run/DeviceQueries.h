@@ -1,10 +1,20 @@
 #ifndef YH_BENCH_RUN_DEVICEQUERIES_H
 #define YH_BENCH_RUN_DEVICEQUERIES_H
 
+#include <sqlite3.h>
+
 #include <string>
 #include <vector>
 
 namespace bench {
+
+// A device database opened as the library opens it (read-only, immutable,
+// temporary b-trees in memory), or NULL.
+sqlite3* OpenDeviceDatabase(const std::string& file);
+
+// Runs one query to its last row, reading every column as the library's
+// readers do; false when it did not run to its end (or `db` is NULL).
+bool RunToEnd(sqlite3* db, const char* sql);
 
 // One query a content kind runs on a device database, and the older form
 // that runs only when it fails.

@@ -28,6 +28,7 @@ FloorTimes MeasureFloor(const std::string& backup) {
     times.byKind[source.kind] += ms;
     times.queries += ms;
     if (source.rereads) times.rereads += ms;
+    if (source.propertyList) times.propertyLists += ms;
   }
   return times;
 }

@@ -15,6 +15,8 @@ struct FloorTimes {
   double queries = 0;
   // Of the queries, those of the kinds that read again on every request.
   double rereads = 0;
+  // Of the queries, the parsing of property lists (which no SQL trace shows).
+  double propertyLists = 0;
   std::map<std::string, double> byKind;
   double Total() const { return listing + queries; }
   // The floor of two requests of every content type.
