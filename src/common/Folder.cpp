@@ -4,7 +4,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "common/FileHelpers.h"
 
 namespace {
 
@@ -25,8 +24,11 @@ Folder::~Folder() {
   if (handle_ >= 0) close(handle_);
 }
 
-bool Folder::Has(const std::string& name) const {
-  if (handle_ < 0 || name.empty() || name.front() == '/') return VQIsFileExists((path_ + name).c_str()) != 0;
+bool Folder::Has(const std::string& name, Entry* entry) const {
   struct stat info;
-  return fstatat(handle_, name.c_str(), &info, 0) == 0;
+  const bool found = handle_ < 0 || name.empty() || name.front() == '/'
+                         ? stat((path_ + name).c_str(), &info) == 0
+                         : fstatat(handle_, name.c_str(), &info, 0) == 0;
+  if (found && entry) *entry = {static_cast<uint64_t>(info.st_size), S_ISREG(info.st_mode)};
+  return found;
 }

@@ -1,6 +1,7 @@
 #ifndef YH_COMMON_FOLDER_H
 #define YH_COMMON_FOLDER_H
 
+#include <cstdint>
 #include <string>
 
 // A backup folder held open while its index is read, so that each of a
@@ -15,9 +16,16 @@ class Folder {
   Folder(const Folder&) = delete;
   Folder& operator=(const Folder&) = delete;
 
+  // What stat() finds of a name below the folder.
+  struct Entry {
+    uint64_t size;
+    bool regular;  // a plain file, or a link to one
+  };
+
   // Whether stat() finds `name`, a path below the folder: folders and links
-  // to existing things count, as they do for VQIsFileExists.
-  bool Has(const std::string& name) const;
+  // to existing things count, as they do for VQIsFileExists. When it does and
+  // `entry` is given, it gets what stat() found.
+  bool Has(const std::string& name, Entry* entry = nullptr) const;
 
  private:
   std::string path_;

@@ -53,8 +53,9 @@ int ManifestDb::ManifestDbCallback(void* context, int, char** values, char**) {
   if (!StaysInBackup(fileId)) return 0;
   // substr takes what there is of a fileID shorter than two characters.
   const std::string stored = fileId.substr(0, 2) + GetPathSeperatorLine() + fileId;
-  const bool exists = reader->folder_ ? reader->folder_->Has(stored)
-                                      : VQIsFileExists((reader->backupPath_ + stored).c_str()) != 0;
+  Folder::Entry entry{};
+  const bool exists = reader->folder_ ? reader->folder_->Has(stored, &entry)
+                                      : Folder(reader->backupPath_).Has(stored, &entry);
   if (!exists) return 0;
 
   auto record = std::make_unique<DBFileRecord>();
@@ -62,6 +63,7 @@ int ManifestDb::ManifestDbCallback(void* context, int, char** values, char**) {
   record->domain = GetEmptyStringIsNull(values[1]);
   record->relativePath = GetEmptyStringIsNull(values[2]);
   record->flags = GetZeroIntIsNull(values[3]);
+  record->stored = entry;
 
   reader->contentList_.push_back(record.get());
   DBFileRecord* kept = record.release();

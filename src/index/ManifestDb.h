@@ -29,6 +29,9 @@ class ManifestDb : public IndexReader {
     std::string relativePath;
     std::string domain;
     int32_t flags = 0;
+    // The stored file as found when the index was read: the media kinds
+    // report its size without asking the file system again.
+    Folder::Entry stored{};
   };
 
   using KeyList = std::vector<std::string>;

@@ -129,7 +129,7 @@ int32_t Mbdb::ReadMBDB(const char* path) {
     RecordPtr record = ReadRecord(file.get());
     if (!record) break;
     record->storedName = MbdbStoredName(record->domain, record->path);
-    if (folder.Has(record->storedName)) {
+    if (folder.Has(record->storedName, &record->stored)) {
       Keep(record.release());
     } else {
       // Deliberate: a record whose stored file is absent is neither kept nor

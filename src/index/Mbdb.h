@@ -10,6 +10,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "common/Folder.h"
 #include "common/VqBase.h"
 #include "index/IndexReader.h"
 #include "index/PathIndex.h"
@@ -48,6 +49,9 @@ class Mbdb : public IndexReader {
     uint8_t protectionClass = 0;
     uint8_t propertyCount = 0;
     Property* properties = nullptr;
+    // The stored file as found when the index was read: the media kinds
+    // report its size without asking the file system again.
+    Folder::Entry stored{};
   };
 
   using KeyList = std::vector<std::string>;

@@ -1,11 +1,24 @@
 #include "kinds/StoredFiles.h"
 
+#include "common/FileHelpers.h"
 #include "index/ManifestDb.h"
 #include "index/Mbdb.h"
 #include "kinds/ReadableFile.h"
 #include "kinds/SourceFiles.h"
 
 namespace {
+
+// A record's file as the kinds see it. A decrypted copy is looked at anew:
+// its size is not the stored file's.
+StoredFile StoredFileOf(const BackupDevice* device, const std::string& domain, const std::string& relativePath,
+                  const std::string& storedPath, const Folder::Entry& stored) {
+  StoredFile file{domain, relativePath, ReadablePath(device, storedPath), stored.size, stored.regular};
+  if (file.path != storedPath) {
+    file.size = file.path.empty() ? 0 : VQGetFileSize(file.path.c_str());
+    file.regular = !file.path.empty() && VQIsRegularFile(file.path.c_str()) != 0;
+  }
+  return file;
+}
 
 // The two readers seen alike: their records' domain and relative path, and
 // where each record's bytes lie.
@@ -14,8 +27,8 @@ struct ManifestDbFiles {
   ManifestDb* reader;
   static const std::string& PathOf(const ManifestDb::DBFileRecord& record) { return record.relativePath; }
   StoredFile FileOf(const ManifestDb::DBFileRecord& record) const {
-    return {record.domain, record.relativePath,
-            ReadablePath(device, ManifestDbStoredPath(device->backupPath, record.fileID))};
+    return StoredFileOf(device, record.domain, record.relativePath,
+                    ManifestDbStoredPath(device->backupPath, record.fileID), record.stored);
   }
 };
 
@@ -24,7 +37,7 @@ struct MbdbFiles {
   Mbdb* reader;
   static const std::string& PathOf(const Mbdb::MBFileRecord& record) { return record.path; }
   StoredFile FileOf(const Mbdb::MBFileRecord& record) const {
-    return {record.domain, record.path, ReadablePath(device, reader->GetBackupPath() + record.storedName)};
+    return StoredFileOf(device, record.domain, record.path, reader->GetBackupPath() + record.storedName, record.stored);
   }
 };
 

@@ -1,6 +1,7 @@
 #ifndef YH_KINDS_STOREDFILES_H
 #define YH_KINDS_STOREDFILES_H
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -12,7 +13,13 @@
 struct StoredFile {
   std::string domain;
   std::string relativePath;
-  std::string path;  // where its bytes lie in the backup
+  std::string path;  // where its bytes lie in the backup ("" when they cannot be read)
+  // Design decision: what stat() found of the bytes when the index was read
+  // (of the decrypted copy, for an encrypted backup), so that thirty
+  // thousand pictures cost no second look each. A file removed from the
+  // backup after its analysis keeps its size here.
+  uint64_t size = 0;
+  bool regular = false;  // a plain file, not a folder
 };
 
 // Every file of the index that `matches`, in index order; none before analysis.

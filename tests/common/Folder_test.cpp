@@ -48,6 +48,25 @@ TEST_F(FolderTest, FindsFilesFoldersAndLinksBelowTheFolder) {
   EXPECT_FALSE(folder.Has("3d/missing"));
 }
 
+TEST_F(FolderTest, GivesTheSizeAndWhetherAPlainFileWasFound) {
+  for (const std::string& path : {root_ + "backup/", root_ + "backup"}) {
+    const Folder folder(path);
+    const std::string prefix = path.back() == '/' ? "" : "/";
+    Folder::Entry entry{99, false};
+    ASSERT_TRUE(folder.Has(prefix + "3d/3d0d7e", &entry));
+    EXPECT_EQ(entry.size, 6u);
+    EXPECT_TRUE(entry.regular);
+    ASSERT_TRUE(folder.Has(prefix + "link", &entry));
+    EXPECT_EQ(entry.size, 6u);
+    EXPECT_TRUE(entry.regular);
+    ASSERT_TRUE(folder.Has(prefix + "3d", &entry));
+    EXPECT_FALSE(entry.regular);
+    entry = {99, true};
+    EXPECT_FALSE(folder.Has(prefix + "missing", &entry));
+    EXPECT_EQ(entry.size, 99u);
+  }
+}
+
 TEST_F(FolderTest, AnswersAsTheJoinedPathWouldForEveryShapeOfName) {
   for (const std::string& path : {root_ + "backup/", root_ + "backup", root_ + "missing/", std::string()}) {
     const Folder folder(path);

@@ -1,6 +1,5 @@
 #include "kinds/current/Photo.h"
 
-#include "common/FileHelpers.h"
 #include "common/PlistHelpers.h"
 #include "kinds/LocalDatabase.h"
 #include "kinds/StoredFiles.h"
@@ -33,9 +32,9 @@ void Photo::Read(const BackupDevice* device) {
     // derivative whose path merely contains it. An asset kept only in the
     // cloud has no file here and is left out.
     const std::optional<StoredFile> stored = StoredFileIn(device, kDomain, located.relativePath);
-    if (!stored || !VQIsFileExists(stored->path.c_str())) continue;
+    if (!stored || stored->path.empty()) continue;
     located.path = stored->path;
-    located.size = VQGetFileSize(stored->path.c_str());
+    located.size = stored->size;
     located.camera = IsCameraPicture(asset.directory + "/" + asset.fileName);
     located.asset = std::move(asset);
     located_.push_back(std::move(located));

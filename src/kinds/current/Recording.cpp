@@ -4,7 +4,6 @@
 
 #include "common/ColumnHelpers.h"
 #include "common/DurationText.h"
-#include "common/FileHelpers.h"
 #include "common/LocalDate.h"
 #include "common/PlistHelpers.h"
 #include "common/SchemaInfo.h"
@@ -91,9 +90,9 @@ void Recording::Read(const BackupDevice* device) {
     for (Memo& memo : ReadMemos(database)) {
       for (const std::string& candidate : Candidates(memo.storedPath, file.relativePath)) {
         const std::optional<StoredFile> stored = StoredFileIn(device, file.domain, candidate);
-        if (!stored || !VQIsRegularFile(stored->path.c_str())) continue;
+        if (!stored || !stored->regular) continue;
         memo.path = stored->path;
-        memo.size = VQGetFileSize(stored->path.c_str());
+        memo.size = stored->size;
         memo.present = true;
         break;
       }

@@ -4,7 +4,6 @@
 
 #include "common/ColumnHelpers.h"
 #include "common/DurationText.h"
-#include "common/FileHelpers.h"
 #include "common/LocalDate.h"
 #include "common/PlistHelpers.h"
 #include "common/SchemaInfo.h"
@@ -52,9 +51,9 @@ void Voicemail::Read(const BackupDevice* device) {
     Database database(local.path, local.access);
     for (Message& message : ReadMessages(database)) {
       const std::optional<StoredFile> stored = StoredFileIn(device, file.domain, kVoicemailFolder + message.fileName);
-      if (stored && VQIsRegularFile(stored->path.c_str())) {
+      if (stored && stored->regular) {
         message.path = stored->path;
-        message.size = VQGetFileSize(stored->path.c_str());
+        message.size = stored->size;
         message.present = true;
       }
       messages_.push_back(std::move(message));

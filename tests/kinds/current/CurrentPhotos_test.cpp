@@ -145,6 +145,21 @@ TEST(CurrentPhotos, EveryGenerationLocatedExactlyWithTrueDates) {
   }
 }
 
+// The index's own look at each stored file gives the sizes: a picture that
+// grows after the analysis is still reported as it was.
+TEST(CurrentPhotos, SizesAreThoseSeenWhenTheIndexWasRead) {
+  for (IndexKind kind : kIndexKinds) {
+    TempDir root;
+    const BackupBuilder builder = PhotoBackup(kind, kIos18);
+    const std::string backup = builder.Write(root.Path() + "b");
+    ServedBackup served(backup, Service::Current);
+    ASSERT_TRUE(served.Analysed());
+    WriteFile(backup + builder.StoredPath(kCameraRoll, "Media/DCIM/100APPLE/IMG_0001.HEIC"), "many more heic bytes");
+    const std::string answer = served.Answer(ContentCameraPhoto);
+    EXPECT_NE(answer.find("\"size\":10u"), std::string::npos) << answer;
+  }
+}
+
 TEST(CurrentPhotos, TheDescribedServiceStillAnswersAsBefore) {
   TempDir root;
   const BackupBuilder builder = PhotoBackup(IndexKind::ManifestDb, kIos7);
