@@ -1,7 +1,8 @@
-// GZDecompress and the note-store body extraction on arbitrary bytes. The
-// last two bytes give an output capacity for a direct GZDecompress call; the
-// rest is inflated directly and then, as the ZDATA of a note-store row in
-// the sample backup, read by the notes extractor.
+// GZDecompress (checked against its stepwise reading) and the note-store
+// body extraction on arbitrary bytes. The last two bytes give an output
+// capacity for a direct GZDecompress call; the rest is inflated directly and
+// then, as the ZDATA of a note-store row in the sample backup, read by the
+// notes extractor.
 #include <fuzzer/FuzzedDataProvider.h>
 
 #include <cstddef>
@@ -39,6 +40,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   unsigned int length = capacity;
   const int status = GZDecompress(source.data(), static_cast<unsigned int>(source.size()), out.data(), &length);
   if (length > capacity || (status != 0 && length != capacity)) std::abort();
+  // Reading the input at once must answer as reading it byte by byte does.
+  std::vector<unsigned char> stepwise(capacity);
+  unsigned int stepwiseLength = capacity;
+  const int stepwiseStatus =
+      GZDecompressStepwise(source.data(), static_cast<unsigned int>(source.size()), stepwise.data(), &stepwiseLength);
+  if (stepwiseStatus != status || stepwiseLength != length || stepwise != out) std::abort();
 
   const std::string store = sample.Stored("AppDomainGroup-group.com.apple.notes", "NoteStore.sqlite");
   yhfuzz::SetAside original(store);

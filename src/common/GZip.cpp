@@ -1,6 +1,7 @@
 #include "common/GZip.h"
 
 #include <algorithm>
+#include <vector>
 
 #define ZLIB_CONST
 #include <zlib.h>
@@ -11,15 +12,38 @@ namespace {
 // when the data stops being valid gzip, as the classic gzip readers do.
 const unsigned char kZlibHeader[] = {0x78, 0x01};
 
+// The whole input in one call: inflating does not depend on how the input
+// is cut, so where the stream ends, or fills the capacity, without an error
+// the output is the stepwise one's. Anything else (an error, a stream cut
+// short, whose last bytes the stepwise reading may hold back) is left to it.
+// The output goes to `dst` only on success: callers read on past the output
+// length into what the buffer held before.
+bool InflateAtOnce(unsigned char* src, unsigned int srcLen, unsigned char* dst, unsigned int* dstLen) {
+  std::vector<unsigned char> out(*dstLen);
+  z_stream stream{};
+  stream.next_in = src;
+  stream.avail_in = srcLen;
+  stream.next_out = out.data();
+  stream.avail_out = *dstLen;
+  if (inflateInit2(&stream, 31) != Z_OK) return false;
+  const int status = inflate(&stream, Z_NO_FLUSH);
+  const bool whole = status == Z_STREAM_END || (status == Z_OK && stream.total_out == *dstLen);
+  if (inflateEnd(&stream) != Z_OK || !whole) return false;
+  std::copy(out.begin(), out.begin() + stream.total_out, dst);
+  *dstLen = static_cast<unsigned int>(stream.total_out);
+  return true;
+}
+
 }  // namespace
 
-int GZDecompress(unsigned char* src, unsigned int srcLen, unsigned char* dst, unsigned int* dstLen) {
+// The stream inflated one byte in and one byte out per step, so that the
+// output stops exactly at the capacity however the data is laid out, and a
+// stream that stops being valid gzip resumes at the very byte where it did.
+int GZDecompressStepwise(unsigned char* src, unsigned int srcLen, unsigned char* dst, unsigned int* dstLen) {
   z_stream stream{};
   stream.next_in = src;
   stream.next_out = dst;
   if (inflateInit2(&stream, 31) != Z_OK) return -1;
-  // One byte in and one byte out per step, so that the output stops exactly
-  // at the capacity however the data is laid out.
   while (stream.total_out < *dstLen && stream.total_in < srcLen) {
     stream.avail_in = 1;
     stream.avail_out = 1;
@@ -41,6 +65,11 @@ int GZDecompress(unsigned char* src, unsigned int srcLen, unsigned char* dst, un
   if (inflateEnd(&stream) != Z_OK) return -1;
   *dstLen = static_cast<unsigned int>(stream.total_out);
   return 0;
+}
+
+int GZDecompress(unsigned char* src, unsigned int srcLen, unsigned char* dst, unsigned int* dstLen) {
+  if (*dstLen > 0 && srcLen > 0 && InflateAtOnce(src, srcLen, dst, dstLen)) return 0;
+  return GZDecompressStepwise(src, srcLen, dst, dstLen);
 }
 
 std::optional<std::string> Gunzip(const void* data, size_t size, size_t limit) {

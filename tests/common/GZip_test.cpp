@@ -108,6 +108,44 @@ TEST(GZip, TruncatedInputGivesWhatWasInflated) {
   EXPECT_EQ(std::string(dst.begin(), dst.begin() + dstLen), text.substr(0, dstLen));
 }
 
+// Reading the whole input at once must answer as the byte-by-byte reading
+// does, the bytes left in the buffer beyond the output included, for whole,
+// cut, damaged and trailing-garbage streams and every kind of capacity.
+TEST(GZip, AnswersAsTheStepwiseReadingDoes) {
+  const std::string text = SampleText();
+  std::vector<std::vector<unsigned char>> inputs;
+  const std::vector<unsigned char> whole = Gzip(text);
+  for (size_t cut : {size_t{1}, size_t{5}, size_t{10}, size_t{11}, whole.size() / 3, whole.size() - 8,
+                     whole.size() - 1, whole.size()}) {
+    inputs.emplace_back(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(cut));
+  }
+  for (size_t at : {size_t{3}, size_t{10}, size_t{12}, whole.size() / 2, whole.size() - 4}) {
+    std::vector<unsigned char> damaged = whole;
+    damaged[at] ^= 0x5A;
+    inputs.push_back(damaged);
+  }
+  std::vector<unsigned char> trailing = whole;
+  trailing.insert(trailing.end(), {'x', 'y', 'z'});
+  inputs.push_back(trailing);
+  inputs.push_back(Deflate("hello hello hello", 15));
+  inputs.push_back(Gzip(""));
+  for (const std::vector<unsigned char>& input : inputs) {
+    for (unsigned int capacity : {1u, 14u, 100u, 2048u, static_cast<unsigned int>(text.size()) + 9}) {
+      std::vector<unsigned char> src = input;
+      std::vector<unsigned char> fast(capacity + 8, 0xEE);
+      std::vector<unsigned char> stepwise(capacity + 8, 0xEE);
+      unsigned int fastLen = capacity;
+      unsigned int stepwiseLen = capacity;
+      const int fastStatus = GZDecompress(src.data(), static_cast<unsigned int>(src.size()), fast.data(), &fastLen);
+      const int stepwiseStatus =
+          GZDecompressStepwise(src.data(), static_cast<unsigned int>(src.size()), stepwise.data(), &stepwiseLen);
+      EXPECT_EQ(fastStatus, stepwiseStatus) << input.size() << " bytes, capacity " << capacity;
+      EXPECT_EQ(fastLen, stepwiseLen) << input.size() << " bytes, capacity " << capacity;
+      EXPECT_EQ(fast, stepwise) << input.size() << " bytes, capacity " << capacity;
+    }
+  }
+}
+
 TEST(GZip, EmptyInputProducesNothing) {
   unsigned char dst[8] = {};
   unsigned int dstLen = sizeof dst;
