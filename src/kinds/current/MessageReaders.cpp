@@ -13,6 +13,8 @@ namespace {
 
 using Conversations = std::map<std::string, Sms::Conversation>;
 
+const std::string kNoAddress;
+
 // Since iOS 16 many texts are kept only in the archived attributed string.
 std::string MessageText(const Database::Statement& row, int textColumn, int bodyColumn) {
   std::string text = row.WholeText(textColumn);
@@ -41,7 +43,8 @@ void ReadChats(Database& database, const SchemaInfo& schema, Conversations& conv
     Database::Statement rows(database, "select ROWID, id from handle");
     while (rows.Step()) handles[rows.Int64(0)] = rows.WholeText(1);
   }
-  std::unordered_map<int64_t, std::string> chatIds;
+  // Conversations stay where the map put them, so rows can point at them.
+  std::unordered_map<int64_t, Sms::Conversation*> chats;
   if (schema.HasTable("chat")) {
     const std::string query =
         "select chat.ROWID, " + schema.SelectList("chat", {"chat_identifier", "guid", "display_name", "style"}) +
@@ -54,24 +57,24 @@ void ReadChats(Database& database, const SchemaInfo& schema, Conversations& conv
       if (conversation.displayName.empty()) conversation.displayName = rows.WholeText(3);
       // Style 43 marks a group chat, 45 a chat with one other party.
       conversation.group = conversation.group || rows.Int64(4) == 43;
-      chatIds[rows.Int64(0)] = id;
+      chats[rows.Int64(0)] = &conversation;
     }
   }
   if (schema.HasTable("chat_handle_join")) {
     Database::Statement rows(database, "select chat_id, handle_id from chat_handle_join order by rowid");
     while (rows.Step()) {
-      const auto chat = chatIds.find(rows.Int64(0));
+      const auto chat = chats.find(rows.Int64(0));
       const auto handle = handles.find(rows.Int64(1));
-      if (chat != chatIds.end() && handle != handles.end()) AddParticipant(conversations[chat->second], handle->second);
+      if (chat != chats.end() && handle != handles.end()) AddParticipant(*chat->second, handle->second);
     }
   }
   // A message joined to two chats is listed once, in the first.
-  std::unordered_map<int64_t, std::string> chatOfMessage;
+  std::unordered_map<int64_t, Sms::Conversation*> chatOfMessage;
   if (schema.HasTable("chat_message_join")) {
     Database::Statement rows(database, "select message_id, chat_id from chat_message_join order by chat_id, message_id");
     while (rows.Step()) {
-      const auto chat = chatIds.find(rows.Int64(1));
-      if (chat != chatIds.end()) chatOfMessage.emplace(rows.Int64(0), chat->second);
+      const auto chat = chats.find(rows.Int64(1));
+      if (chat != chats.end()) chatOfMessage.emplace(rows.Int64(0), chat->second);
     }
   }
   if (!schema.HasTable("message")) return;
@@ -85,7 +88,7 @@ void ReadChats(Database& database, const SchemaInfo& schema, Conversations& conv
     message.rowId = rows.Int64(0);
     message.text = MessageText(rows, 1, 2);
     const auto handle = handles.find(rows.Int64(3));
-    const std::string address = handle == handles.end() ? std::string() : handle->second;
+    const std::string& address = handle == handles.end() ? kNoAddress : handle->second;
     message.date = LocalDateText(rows.Text(4), TimeBase::Since2001);
     message.instant = UnixSeconds(rows.Text(4), TimeBase::Since2001);
     message.fromMe = rows.Int64(5) != 0;
@@ -94,7 +97,7 @@ void ReadChats(Database& database, const SchemaInfo& schema, Conversations& conv
     if (!message.fromMe) message.sender = address;
     const auto chat = chatOfMessage.find(message.rowId);
     const bool inChat = chat != chatOfMessage.end();
-    Sms::Conversation& conversation = ConversationFor(conversations, inChat ? chat->second : address);
+    Sms::Conversation& conversation = inChat ? *chat->second : ConversationFor(conversations, address);
     if (!inChat) AddParticipant(conversation, address);
     conversation.messages.push_back(std::move(message));
   }

@@ -6,10 +6,16 @@
 
 namespace current {
 
-void Sms::Name(const BackupDevice* device, Conversation& conversation) {
+const std::string* Sms::NameOf(const BackupDevice* device, const std::string& address, NameCache& cache) {
+  const auto [at, added] = cache.try_emplace(address, nullptr);
+  if (added) at->second = contacts_.FindNameByPhone(device, address);
+  return at->second;
+}
+
+void Sms::Name(const BackupDevice* device, Conversation& conversation, NameCache& cache) {
   std::string everyone;
   for (const std::string& address : conversation.participants) {
-    const std::string* name = contacts_.FindNameByPhone(device, address);
+    const std::string* name = NameOf(device, address, cache);
     conversation.participantNames.push_back(name ? *name : std::string());
     everyone += (everyone.empty() ? "" : ", ") + (name ? *name : address);
   }
@@ -25,17 +31,18 @@ void Sms::Name(const BackupDevice* device, Conversation& conversation) {
   }
   for (Message& message : conversation.messages) {
     if (message.sender.empty()) continue;
-    if (const std::string* name = contacts_.FindNameByPhone(device, message.sender)) message.senderName = *name;
+    if (const std::string* name = NameOf(device, message.sender, cache)) message.senderName = *name;
   }
 }
 
 void Sms::Read(const BackupDevice* device) {
   read_ = true;
+  NameCache names;
   for (const StoredFile& file : StoredFilesAt(device, "Library/SMS/sms.db")) {
     const LocalDatabase local = LocalDatabaseOf(device, file);
     Database database(local.path, local.access);
     for (Conversation& conversation : ReadMessageDatabase(database)) {
-      Name(device, conversation);
+      Name(device, conversation, names);
       conversations_.push_back(std::move(conversation));
     }
   }

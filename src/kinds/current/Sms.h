@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "kinds/Kind.h"
@@ -49,7 +50,11 @@ class Sms : public Kind {
 
  private:
   void Read(const BackupDevice* device);
-  void Name(const BackupDevice* device, Conversation& conversation);
+  // Names by address, asked of the address book once per address: one
+  // long conversation names its sender thousands of times.
+  using NameCache = std::unordered_map<std::string, const std::string*>;
+  const std::string* NameOf(const BackupDevice* device, const std::string& address, NameCache& cache);
+  void Name(const BackupDevice* device, Conversation& conversation, NameCache& cache);
 
   Contact& contacts_;
   bool read_ = false;
