@@ -2,17 +2,20 @@
 #define YH_INDEX_MANIFESTDB_H
 
 #include <cstdint>
-#include <list>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "common/Folder.h"
 #include "common/VqBase.h"
+#include "index/HexName.h"
 #include "index/IndexReader.h"
 #include "index/PathIndex.h"
+#include "index/PathTable.h"
+#include "index/RecordStore.h"
+#include "index/SharedTexts.h"
+#include "index/TextArena.h"
 
 // Reader of the SQLite index of newer backups: the Files table maps each
 // fileID to a domain and a device-relative path; the stored file lies at
@@ -21,25 +24,32 @@ class ManifestDb : public IndexReader {
  public:
   class DBFileRecord : public VqBase {
    public:
-    DBFileRecord() = default;
+    // The texts are viewed, not copied, and must outlive the record; a
+    // fileID of 40 lower-case hex digits is kept as its 20 bytes.
+    DBFileRecord(std::string_view fileID, std::string_view domain, std::string_view relativePath, int32_t flags);
+    // The copy views the same texts.
     DBFileRecord(const DBFileRecord& other) = default;
     ~DBFileRecord() override = default;
 
-    std::string fileID;
-    std::string relativePath;
-    std::string domain;
-    int32_t flags = 0;
+    std::string fileID() const { return fileIdText_.empty() ? HexNameOf(fileIdBytes_) : std::string(fileIdText_); }
+    std::string_view relativePath() const { return relativePath_; }
+    std::string_view domain() const { return domain_; }
+    int32_t flags() const { return flags_; }
+
+   private:
+    std::string_view relativePath_;
+    std::string_view domain_;
+    std::string_view fileIdText_;  // empty when the fileID is kept as bytes
+    HexNameBytes fileIdBytes_{};
+    int32_t flags_;
   };
 
   using KeyList = std::vector<std::string>;
-  // Looked up by exact path only; hashing spares the comparisons of long
-  // shared prefixes that an ordered map makes on every insertion. Keys view
-  // the records' own paths, which live as long as the reader.
-  using PathMap = std::unordered_map<std::string_view, DBFileRecord*>;
-  using ContentList = std::list<DBFileRecord*>;
+  using PathMap = PathTable<DBFileRecord>;
+  using ContentList = std::vector<DBFileRecord*>;
 
   ManifestDb() = default;
-  ~ManifestDb() override;
+  ~ManifestDb() override = default;
 
   // 1 when the Files table was read to the end, 0 otherwise. `path` is the
   // backup folder and must end in "/".
@@ -69,10 +79,13 @@ class ManifestDb : public IndexReader {
 
  private:
   // The key list a known database path feeds, or NULL.
-  KeyList* KeyListFor(const std::string& relativePath);
+  KeyList* KeyListFor(std::string_view relativePath);
   void MapPaths();
 
   std::string backupPath_;
+  SharedTexts domains_;
+  TextArena texts_;
+  RecordStore<DBFileRecord> records_;
   std::unique_ptr<const PathIndex> pathIndex_;
   const Folder* folder_ = nullptr;  // the backup folder, held while the rows are read
   PathMap pathMap_;

@@ -12,19 +12,20 @@ namespace {
 struct ManifestDbFiles {
   const BackupDevice* device;
   ManifestDb* reader;
-  static const std::string& PathOf(const ManifestDb::DBFileRecord& record) { return record.relativePath; }
+  static std::string_view PathOf(const ManifestDb::DBFileRecord& record) { return record.relativePath(); }
   StoredFile FileOf(const ManifestDb::DBFileRecord& record) const {
-    return {record.domain, record.relativePath,
-            ReadablePath(device, ManifestDbStoredPath(device->backupPath, record.fileID))};
+    return {std::string(record.domain()), std::string(record.relativePath()),
+            ReadablePath(device, ManifestDbStoredPath(device->backupPath, record.fileID()))};
   }
 };
 
 struct MbdbFiles {
   const BackupDevice* device;
   Mbdb* reader;
-  static const std::string& PathOf(const Mbdb::MBFileRecord& record) { return record.path; }
+  static std::string_view PathOf(const Mbdb::MBFileRecord& record) { return record.path(); }
   StoredFile FileOf(const Mbdb::MBFileRecord& record) const {
-    return {record.domain, record.path, ReadablePath(device, reader->GetBackupPath() + record.storedName)};
+    return {std::string(record.domain()), std::string(record.path()),
+            ReadablePath(device, reader->GetBackupPath() + record.storedName())};
   }
 };
 
@@ -32,7 +33,7 @@ template <class Files, class Matches>
 std::vector<StoredFile> Find(const Files& files, const Matches& matches) {
   std::vector<StoredFile> found;
   for (const auto* record : *files.reader->GetContentList()) {
-    if (matches(record->domain, Files::PathOf(*record))) found.push_back(files.FileOf(*record));
+    if (matches(record->domain(), Files::PathOf(*record))) found.push_back(files.FileOf(*record));
   }
   return found;
 }
@@ -41,11 +42,10 @@ std::vector<StoredFile> Find(const Files& files, const Matches& matches) {
 // in another domain are the records scanned for the one asked for.
 template <class Files>
 std::optional<StoredFile> FindIn(const Files& files, const std::string& domain, const std::string& relativePath) {
-  const auto& map = *files.reader->GetQueryPathKeyMap();
-  const auto hit = map.find(relativePath);
-  if (hit == map.end()) return std::nullopt;
-  if (hit->second->domain == domain) return files.FileOf(*hit->second);
-  std::vector<StoredFile> found = Find(files, [&](const std::string& fileDomain, const std::string& path) {
+  const auto* hit = files.reader->GetQueryPathKeyMap()->Find(relativePath);
+  if (!hit) return std::nullopt;
+  if (hit->domain() == domain) return files.FileOf(*hit);
+  std::vector<StoredFile> found = Find(files, [&](std::string_view fileDomain, std::string_view path) {
     return fileDomain == domain && path == relativePath;
   });
   if (found.empty()) return std::nullopt;
@@ -65,12 +65,12 @@ Result WithFiles(const BackupDevice* device, Result none, const Use& use) {
 
 std::vector<StoredFile> FindStoredFiles(
     const BackupDevice* device,
-    const std::function<bool(const std::string& domain, const std::string& relativePath)>& matches) {
+    const std::function<bool(std::string_view domain, std::string_view relativePath)>& matches) {
   return WithFiles(device, std::vector<StoredFile>(), [&](const auto& files) { return Find(files, matches); });
 }
 
 std::vector<StoredFile> StoredFilesAt(const BackupDevice* device, const std::string& relativePath) {
-  return FindStoredFiles(device, [&](const std::string&, const std::string& path) { return path == relativePath; });
+  return FindStoredFiles(device, [&](std::string_view, std::string_view path) { return path == relativePath; });
 }
 
 std::optional<StoredFile> StoredFileIn(const BackupDevice* device, const std::string& domain,
