@@ -23,14 +23,15 @@ bool StaysInBackup(const std::string& fileId) {
 
 }  // namespace
 
-ManifestDb::DBFileRecord::DBFileRecord(std::string_view fileID, std::string_view domain,
-                                       std::string_view relativePath, int32_t flags)
-    : relativePath_(relativePath), domain_(domain), flags_(flags) {
-  if (IsHexName(fileID)) {
-    fileIdBytes_ = HexNameToBytes(fileID);
-  } else {
-    fileIdText_ = fileID;
-  }
+ManifestDb::DBFileRecord::DBFileRecord(const char* fileID, const char* domain, std::string_view relativePath,
+                                       int32_t flags)
+    : relativePath_(relativePath.data()),
+      domain_(domain),
+      relativePathSize_(static_cast<uint32_t>(relativePath.size())),
+      flags_(flags),
+      fileId_{fileID},
+      packed_(IsHexName(fileID)) {
+  if (packed_) fileId_.bytes = HexNameToBytes(fileID);
 }
 
 uint32_t ManifestDb::ReadDb(const char* path) {
@@ -61,9 +62,10 @@ int ManifestDb::ManifestDbCallback(void* context, int, char** values, char**) {
 
   // The reader owns its records; extractors use them only while the backup
   // record that owns the reader lives, and copy whatever they keep longer.
-  // A fileID of hex digits is kept as bytes, so only another one is stored.
-  DBFileRecord* kept = reader->records_.Add(IsHexName(fileId) ? fileId : reader->texts_.Add(fileId),
-                                            reader->domains_.Intern(GetEmptyStringIsNull(values[1])),
+  // A fileID of hex digits is kept as bytes, so only another one is stored
+  // (with its closing zero byte).
+  const char* id = IsHexName(fileId) ? fileId.c_str() : reader->texts_.Add({fileId.c_str(), fileId.size() + 1}).data();
+  DBFileRecord* kept = reader->records_.Add(id, reader->domains_.Intern(GetEmptyStringIsNull(values[1])),
                                             reader->texts_.Add(GetEmptyStringIsNull(values[2])),
                                             GetZeroIntIsNull(values[3]));
   reader->contentList_.push_back(kept);

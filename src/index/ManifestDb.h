@@ -24,24 +24,31 @@ class ManifestDb : public IndexReader {
  public:
   class DBFileRecord : public VqBase {
    public:
-    // The texts are viewed, not copied, and must outlive the record; a
-    // fileID of 40 lower-case hex digits is kept as its 20 bytes.
-    DBFileRecord(std::string_view fileID, std::string_view domain, std::string_view relativePath, int32_t flags);
-    // The copy views the same texts.
+    // The texts are pointed to, not copied, and must outlive the record;
+    // `fileID` and `domain` end with a zero byte. A fileID of 40 lower-case
+    // hex digits is kept as its 20 bytes instead.
+    DBFileRecord(const char* fileID, const char* domain, std::string_view relativePath, int32_t flags);
+    // The copy points to the same texts.
     DBFileRecord(const DBFileRecord& other) = default;
     ~DBFileRecord() override = default;
 
-    std::string fileID() const { return fileIdText_.empty() ? HexNameOf(fileIdBytes_) : std::string(fileIdText_); }
-    std::string_view relativePath() const { return relativePath_; }
+    std::string fileID() const { return packed_ ? HexNameOf(fileId_.bytes) : std::string(fileId_.text); }
+    std::string_view relativePath() const { return {relativePath_, relativePathSize_}; }
     std::string_view domain() const { return domain_; }
     int32_t flags() const { return flags_; }
 
    private:
-    std::string_view relativePath_;
-    std::string_view domain_;
-    std::string_view fileIdText_;  // empty when the fileID is kept as bytes
-    HexNameBytes fileIdBytes_{};
+    union FileId {
+      const char* text;
+      HexNameBytes bytes;
+    };
+
+    const char* relativePath_;
+    const char* domain_;
+    uint32_t relativePathSize_;
     int32_t flags_;
+    FileId fileId_;
+    bool packed_;
   };
 
   using KeyList = std::vector<std::string>;

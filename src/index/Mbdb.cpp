@@ -50,6 +50,29 @@ void AppendText(const std::vector<unsigned char>& bytes, std::string* out) {
   if (!bytes.empty()) out->append(reinterpret_cast<const char*>(bytes.data()));
 }
 
+// A value's bytes as read, without the buffer's closing zero.
+bool ReadBytes(FILE* file, std::string* out) {
+  std::vector<unsigned char> bytes;
+  if (!ReadValue(file, &bytes)) return false;
+  if (!bytes.empty()) out->assign(bytes.begin(), bytes.end() - 1);
+  return true;
+}
+
+// A data value as text: itself when every byte is printable, which leaves
+// no zero byte in it, otherwise upper-case hex.
+std::string DataText(std::string_view bytes) {
+  const bool printable =
+      std::all_of(bytes.begin(), bytes.end(), [](char byte) { return byte >= 32 && byte <= 127; });
+  if (printable) return std::string(bytes);
+  std::string text;
+  text.reserve(2 * bytes.size());
+  for (const char byte : bytes) {
+    text += Mbdb::toHex(static_cast<unsigned char>(byte) >> 4);
+    text += Mbdb::toHex(byte);
+  }
+  return text;
+}
+
 struct tm BrokenDownUtc(uint32_t seconds) {
   time_t time = seconds;
   struct tm fields {};
@@ -62,8 +85,8 @@ struct ReadValues {
   std::string domain;
   std::string path;
   std::string linkTarget;
-  std::string dataHash;
-  std::string encryptionKey;
+  std::string dataHash;  // as stored
+  std::string encryptionKey;  // as stored
   std::array<unsigned char, kFixedBlockSize> fixedBlock;
   std::unique_ptr<Mbdb::MBFileRecord::Property[]> properties;
 };
@@ -78,8 +101,8 @@ bool ReadRecord(FILE* file, ReadValues* values) {
   values->encryptionKey.clear();
   values->properties.reset();
   if (!Mbdb::getS(file, &values->domain) || !Mbdb::getS(file, &values->path) ||
-      !Mbdb::getS(file, &values->linkTarget) || !Mbdb::getD(file, &values->dataHash) ||
-      !Mbdb::getD(file, &values->encryptionKey)) {
+      !Mbdb::getS(file, &values->linkTarget) || !ReadBytes(file, &values->dataHash) ||
+      !ReadBytes(file, &values->encryptionKey)) {
     return false;
   }
   if (std::fread(values->fixedBlock.data(), 1, kFixedBlockSize, file) != kFixedBlockSize) return false;
@@ -96,6 +119,14 @@ bool ReadRecord(FILE* file, ReadValues* values) {
 }
 
 }  // namespace
+
+std::string Mbdb::MBFileRecord::dataHash() const {
+  return DataText(Texts().substr(size_t{fields_.pathSize} + fields_.linkTargetSize, fields_.dataHashSize));
+}
+
+std::string Mbdb::MBFileRecord::encryptionKey() const {
+  return DataText(Texts().substr(size_t{fields_.pathSize} + fields_.linkTargetSize + fields_.dataHashSize));
+}
 
 std::string Mbdb::MBFileRecord::fixedBlockText() const {
   return toHex(fields_.fixedBlock.data(), kFixedBlockSize, kFixedBlockGroups,
@@ -150,9 +181,10 @@ int32_t Mbdb::ReadMBDB(const char* path) {
     if (!folder.Has(HexNameOf(storedName))) continue;
     const std::string texts = values.path + values.linkTarget + values.dataHash + values.encryptionKey;
     Keep(records_.Add(MBFileRecord::Fields{
-        domains_.Intern(values.domain), texts_.Add(texts), static_cast<uint32_t>(values.path.size()),
-        static_cast<uint32_t>(values.linkTarget.size()), static_cast<uint32_t>(values.dataHash.size()), storedName,
-        values.fixedBlock, std::move(values.properties)}));
+        domains_.Intern(values.domain), texts_.Add(texts).data(), static_cast<uint16_t>(values.path.size()),
+        static_cast<uint16_t>(values.linkTarget.size()), static_cast<uint16_t>(values.dataHash.size()),
+        static_cast<uint16_t>(values.encryptionKey.size()), storedName, values.fixedBlock,
+        std::move(values.properties)}));
   }
   MapPaths();
   return 1;
@@ -229,18 +261,8 @@ bool Mbdb::getS(FILE* file, std::string* out) {
 }
 
 bool Mbdb::getD(FILE* file, std::string* out) {
-  std::vector<unsigned char> bytes;
-  if (!ReadValue(file, &bytes)) return false;
-  const size_t length = bytes.empty() ? 0 : bytes.size() - 1;
-  const bool printable =
-      std::all_of(bytes.begin(), bytes.begin() + length, [](unsigned char byte) { return byte >= 32 && byte <= 127; });
-  if (printable) {
-    AppendText(bytes, out);
-    return true;
-  }
-  for (size_t i = 0; i < length; ++i) {
-    *out += toHex(bytes[i] >> 4);
-    *out += toHex(bytes[i]);
-  }
+  std::string bytes;
+  if (!ReadBytes(file, &bytes)) return false;
+  *out += DataText(bytes);
   return true;
 }

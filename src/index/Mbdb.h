@@ -32,15 +32,17 @@ class Mbdb : public IndexReader {
       std::string value;
     };
 
-    // The texts and the fixed block as read; `domain` and `texts` (path,
-    // link target, data hash and encryption key one after another) are
-    // views of storage that outlives the record.
+    // The values and the fixed block as read. `domain` (ending with a zero
+    // byte) and `texts` (path, link target, then the data hash and the
+    // encryption key as stored, one after another) lie in storage that
+    // outlives the record. Every value's length has 16 bits in the index.
     struct Fields {
-      std::string_view domain;
-      std::string_view texts;
-      uint32_t pathSize;
-      uint32_t linkTargetSize;
-      uint32_t dataHashSize;
+      const char* domain;
+      const char* texts;
+      uint16_t pathSize;
+      uint16_t linkTargetSize;
+      uint16_t dataHashSize;
+      uint16_t encryptionKeySize;
       HexNameBytes storedName;
       std::array<unsigned char, 40> fixedBlock;
       std::unique_ptr<Property[]> properties;
@@ -50,14 +52,11 @@ class Mbdb : public IndexReader {
 
     std::string storedName() const { return HexNameOf(fields_.storedName); }  // 40 lower-case hex digits
     std::string_view domain() const { return fields_.domain; }
-    std::string_view path() const { return fields_.texts.substr(0, fields_.pathSize); }
-    std::string_view linkTarget() const { return fields_.texts.substr(fields_.pathSize, fields_.linkTargetSize); }
-    std::string_view dataHash() const {
-      return fields_.texts.substr(fields_.pathSize + fields_.linkTargetSize, fields_.dataHashSize);
-    }
-    std::string_view encryptionKey() const {
-      return fields_.texts.substr(fields_.pathSize + fields_.linkTargetSize + fields_.dataHashSize);
-    }
+    std::string_view path() const { return Texts().substr(0, fields_.pathSize); }
+    std::string_view linkTarget() const { return Texts().substr(fields_.pathSize, fields_.linkTargetSize); }
+    // As getD gives them.
+    std::string dataHash() const;
+    std::string encryptionKey() const;
     // The fixed block as spaced upper-case hex, one group a field.
     std::string fixedBlockText() const;
     uint16_t mode() const;
@@ -75,6 +74,11 @@ class Mbdb : public IndexReader {
     const Property* properties() const { return fields_.properties.get(); }
 
    private:
+    std::string_view Texts() const {
+      return {fields_.texts, size_t{fields_.pathSize} + fields_.linkTargetSize + fields_.dataHashSize +
+                                 fields_.encryptionKeySize};
+    }
+
     Fields fields_;
   };
 

@@ -1,8 +1,13 @@
 #include "index/SharedTexts.h"
 
-std::string_view SharedTexts::Intern(std::string_view text) {
-  if (text == last_) return last_;
+const char* SharedTexts::Intern(std::string_view text) {
+  if (last_.data() && text == last_) return last_.data();
   const auto found = known_.find(text);
-  last_ = found != known_.end() ? *found : *known_.insert(arena_.Add(text)).first;
-  return last_;
+  if (found != known_.end()) {
+    last_ = *found;
+  } else {
+    const std::string terminated(text);
+    last_ = *known_.insert(arena_.Add({terminated.c_str(), terminated.size() + 1}).substr(0, text.size())).first;
+  }
+  return last_.data();
 }
