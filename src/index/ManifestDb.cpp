@@ -1,7 +1,6 @@
 #include "index/ManifestDb.h"
 
-#include <memory>
-#include <utility>
+#include <string_view>
 
 #include "common/ColumnHelpers.h"
 #include "common/Database.h"
@@ -24,11 +23,16 @@ bool StaysInBackup(const std::string& fileId) {
 
 }  // namespace
 
-// Design decision: the reader owns its records and releases them here.
-// Extractors use the records only while the backup record that owns this
-// reader lives, and copy whatever they keep beyond that.
-ManifestDb::~ManifestDb() {
-  for (DBFileRecord* record : contentList_) delete record;
+ManifestDb::DBFileRecord::DBFileRecord(const char* fileID, const char* domain, std::string_view relativePath,
+                                       int32_t flags, Folder::Entry stored)
+    : relativePath_(relativePath.data()),
+      domain_(domain),
+      relativePathSize_(static_cast<uint32_t>(relativePath.size())),
+      flags_(flags),
+      fileId_{fileID},
+      packed_(IsHexName(fileID)),
+      stored_(stored) {
+  if (packed_) fileId_.bytes = HexNameToBytes(fileID);
 }
 
 uint32_t ManifestDb::ReadDb(const char* path) {
@@ -58,34 +62,30 @@ int ManifestDb::ManifestDbCallback(void* context, int, char** values, char**) {
                                       : Folder(reader->backupPath_).Has(stored, &entry);
   if (!exists) return 0;
 
-  auto record = std::make_unique<DBFileRecord>();
-  record->fileID = fileId;
-  record->domain = GetEmptyStringIsNull(values[1]);
-  record->relativePath = GetEmptyStringIsNull(values[2]);
-  record->flags = GetZeroIntIsNull(values[3]);
-  record->stored = entry;
-
-  reader->contentList_.push_back(record.get());
-  DBFileRecord* kept = record.release();
-  if (KeyList* keys = reader->KeyListFor(kept->relativePath)) keys->push_back(kept->fileID);
+  // The reader owns its records; extractors use them only while the backup
+  // record that owns the reader lives, and copy whatever they keep longer.
+  // A fileID of hex digits is kept as bytes, so only another one is stored
+  // (with its closing zero byte).
+  const char* id = IsHexName(fileId) ? fileId.c_str() : reader->texts_.Add({fileId.c_str(), fileId.size() + 1}).data();
+  DBFileRecord* kept = reader->records_.Add(id, reader->domains_.Intern(GetEmptyStringIsNull(values[1])),
+                                            reader->texts_.Add(GetEmptyStringIsNull(values[2])),
+                                            GetZeroIntIsNull(values[3]), entry);
+  reader->contentList_.push_back(kept);
+  if (KeyList* keys = reader->KeyListFor(kept->relativePath())) keys->push_back(kept->fileID());
   return 0;
 }
 
-// Once, sized for every kept record: grown row by row, a map of a quarter
-// of a million paths is rehashed over and over. A later row of the same path
-// takes its place, as it would have row by row; rows kept before a failed
-// read are mapped too.
-void ManifestDb::MapPaths() {
-  pathMap_.reserve(contentList_.size());
-  for (DBFileRecord* record : contentList_) pathMap_[record->relativePath] = record;
-}
+// Once, sized for every kept record. A later row of the same path takes its
+// place, as it would have row by row; rows kept before a failed read are
+// mapped too.
+void ManifestDb::MapPaths() { pathMap_.Fill(contentList_, &DBFileRecord::relativePath); }
 
 const PathIndex& ManifestDb::GetPathIndex() {
   if (!pathIndex_) pathIndex_ = IndexPathsOf(contentList_, &DBFileRecord::relativePath);
   return *pathIndex_;
 }
 
-ManifestDb::KeyList* ManifestDb::KeyListFor(const std::string& relativePath) {
+ManifestDb::KeyList* ManifestDb::KeyListFor(std::string_view relativePath) {
   // Compared in this order; the first match wins. The domain is not compared.
   static const std::pair<const char*, KeyList ManifestDb::*> kKnownPaths[] = {
       {"Library/SMS/sms.db", &ManifestDb::smsKey_},

@@ -2,17 +2,20 @@
 #define YH_INDEX_MANIFESTDB_H
 
 #include <cstdint>
-#include <list>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "common/Folder.h"
 #include "common/VqBase.h"
+#include "index/HexName.h"
 #include "index/IndexReader.h"
 #include "index/PathIndex.h"
+#include "index/PathTable.h"
+#include "index/RecordStore.h"
+#include "index/SharedTexts.h"
+#include "index/TextArena.h"
 
 // Reader of the SQLite index of newer backups: the Files table maps each
 // fileID to a domain and a device-relative path; the stored file lies at
@@ -21,28 +24,44 @@ class ManifestDb : public IndexReader {
  public:
   class DBFileRecord : public VqBase {
    public:
-    DBFileRecord() = default;
+    // The texts are pointed to, not copied, and must outlive the record;
+    // `fileID` and `domain` end with a zero byte. A fileID of 40 lower-case
+    // hex digits is kept as its 20 bytes instead.
+    DBFileRecord(const char* fileID, const char* domain, std::string_view relativePath, int32_t flags,
+                 Folder::Entry stored);
+    // The copy points to the same texts.
     DBFileRecord(const DBFileRecord& other) = default;
     ~DBFileRecord() override = default;
 
-    std::string fileID;
-    std::string relativePath;
-    std::string domain;
-    int32_t flags = 0;
+    std::string fileID() const { return packed_ ? HexNameOf(fileId_.bytes) : std::string(fileId_.text); }
+    std::string_view relativePath() const { return {relativePath_, relativePathSize_}; }
+    std::string_view domain() const { return domain_; }
+    int32_t flags() const { return flags_; }
     // The stored file as found when the index was read: the media kinds
     // report its size without asking the file system again.
-    Folder::Entry stored{};
+    const Folder::Entry& stored() const { return stored_; }
+
+   private:
+    union FileId {
+      const char* text;
+      HexNameBytes bytes;
+    };
+
+    const char* relativePath_;
+    const char* domain_;
+    uint32_t relativePathSize_;
+    int32_t flags_;
+    FileId fileId_;
+    bool packed_;
+    Folder::Entry stored_;
   };
 
   using KeyList = std::vector<std::string>;
-  // Looked up by exact path only; hashing spares the comparisons of long
-  // shared prefixes that an ordered map makes on every insertion. Keys view
-  // the records' own paths, which live as long as the reader.
-  using PathMap = std::unordered_map<std::string_view, DBFileRecord*>;
-  using ContentList = std::list<DBFileRecord*>;
+  using PathMap = PathTable<DBFileRecord>;
+  using ContentList = std::vector<DBFileRecord*>;
 
   ManifestDb() = default;
-  ~ManifestDb() override;
+  ~ManifestDb() override = default;
 
   // 1 when the Files table was read to the end, 0 otherwise. `path` is the
   // backup folder and must end in "/".
@@ -72,10 +91,13 @@ class ManifestDb : public IndexReader {
 
  private:
   // The key list a known database path feeds, or NULL.
-  KeyList* KeyListFor(const std::string& relativePath);
+  KeyList* KeyListFor(std::string_view relativePath);
   void MapPaths();
 
   std::string backupPath_;
+  SharedTexts domains_;
+  TextArena texts_;
+  RecordStore<DBFileRecord> records_;
   std::unique_ptr<const PathIndex> pathIndex_;
   const Folder* folder_ = nullptr;  // the backup folder, held while the rows are read
   PathMap pathMap_;

@@ -1,6 +1,7 @@
 #include "index/Mbdb.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <memory>
 #include <utility>
@@ -20,7 +21,6 @@ constexpr int kFixedBlockSize = 40;
 const int kFixedBlockGroups[] = {2, 4, 4, 4, 4, 4, 4, 4, 8, 1, 1};
 
 using FilePtr = std::unique_ptr<FILE, int (*)(FILE*)>;
-using RecordPtr = std::unique_ptr<Mbdb::MBFileRecord>;
 
 // True when no byte is left; a byte looked at is put back.
 bool AtEnd(FILE* file) {
@@ -50,6 +50,29 @@ void AppendText(const std::vector<unsigned char>& bytes, std::string* out) {
   if (!bytes.empty()) out->append(reinterpret_cast<const char*>(bytes.data()));
 }
 
+// A value's bytes as read, without the buffer's closing zero.
+bool ReadBytes(FILE* file, std::string* out) {
+  std::vector<unsigned char> bytes;
+  if (!ReadValue(file, &bytes)) return false;
+  if (!bytes.empty()) out->assign(bytes.begin(), bytes.end() - 1);
+  return true;
+}
+
+// A data value as text: itself when every byte is printable, which leaves
+// no zero byte in it, otherwise upper-case hex.
+std::string DataText(std::string_view bytes) {
+  const bool printable =
+      std::all_of(bytes.begin(), bytes.end(), [](char byte) { return byte >= 32 && byte <= 127; });
+  if (printable) return std::string(bytes);
+  std::string text;
+  text.reserve(2 * bytes.size());
+  for (const char byte : bytes) {
+    text += Mbdb::toHex(static_cast<unsigned char>(byte) >> 4);
+    text += Mbdb::toHex(byte);
+  }
+  return text;
+}
+
 struct tm BrokenDownUtc(uint32_t seconds) {
   time_t time = seconds;
   struct tm fields {};
@@ -57,58 +80,83 @@ struct tm BrokenDownUtc(uint32_t seconds) {
   return fields;
 }
 
-void DecodeFixedBlock(const unsigned char* block, Mbdb::MBFileRecord* record) {
-  record->fixedBlockText =
-      Mbdb::toHex(block, kFixedBlockSize, kFixedBlockGroups, sizeof kFixedBlockGroups / sizeof kFixedBlockGroups[0]);
-  record->mode = BigEndianBitConverter::ToUInt16(block, 0);
-  record->inodeHigh = BigEndianBitConverter::ToInt32(block, 2);
-  record->inodeLow = BigEndianBitConverter::ToUInt32(block, 6);
-  record->userId = BigEndianBitConverter::ToUInt32(block, 10);
-  record->groupId = BigEndianBitConverter::ToUInt32(block, 14);
-  record->modified = BrokenDownUtc(BigEndianBitConverter::ToUInt32(block, 18));
-  record->accessed = BrokenDownUtc(BigEndianBitConverter::ToUInt32(block, 22));
-  record->changed = BrokenDownUtc(BigEndianBitConverter::ToUInt32(block, 26));
-  // Sizes are kept to their low 32 bits on purpose.
-  record->size = static_cast<int32_t>(static_cast<uint32_t>(BigEndianBitConverter::ToInt64(block, 30)));
-  record->protectionClass = block[38];
-  record->propertyCount = block[39];
-}
+// One record's values as read, reused from record to record.
+struct ReadValues {
+  std::string domain;
+  std::string path;
+  std::string linkTarget;
+  std::string dataHash;  // as stored
+  std::string encryptionKey;  // as stored
+  std::array<unsigned char, kFixedBlockSize> fixedBlock;
+  std::unique_ptr<Mbdb::MBFileRecord::Property[]> properties;
+};
 
-// One record without its stored name, or NULL when the file ends or a read
-// fails inside it; the partial record is destroyed on the way out.
-RecordPtr ReadRecord(FILE* file) {
-  RecordPtr record = std::make_unique<Mbdb::MBFileRecord>();
-  if (!Mbdb::getS(file, &record->domain) || !Mbdb::getS(file, &record->path) ||
-      !Mbdb::getS(file, &record->linkTarget) || !Mbdb::getD(file, &record->dataHash) ||
-      !Mbdb::getD(file, &record->encryptionKey)) {
-    return nullptr;
+// One record without its stored name; false when the file ends or a read
+// fails inside it.
+bool ReadRecord(FILE* file, ReadValues* values) {
+  values->domain.clear();
+  values->path.clear();
+  values->linkTarget.clear();
+  values->dataHash.clear();
+  values->encryptionKey.clear();
+  values->properties.reset();
+  if (!Mbdb::getS(file, &values->domain) || !Mbdb::getS(file, &values->path) ||
+      !Mbdb::getS(file, &values->linkTarget) || !ReadBytes(file, &values->dataHash) ||
+      !ReadBytes(file, &values->encryptionKey)) {
+    return false;
   }
-  unsigned char block[kFixedBlockSize];
-  if (std::fread(block, 1, kFixedBlockSize, file) != kFixedBlockSize) return nullptr;
-  DecodeFixedBlock(block, record.get());
-  if (record->propertyCount != 0) {
-    record->properties = new Mbdb::MBFileRecord::Property[record->propertyCount];
-    for (int i = 0; i < record->propertyCount; ++i) {
-      if (!Mbdb::getS(file, &record->properties[i].name) || !Mbdb::getD(file, &record->properties[i].value)) {
-        return nullptr;
+  if (std::fread(values->fixedBlock.data(), 1, kFixedBlockSize, file) != kFixedBlockSize) return false;
+  const int propertyCount = values->fixedBlock[kFixedBlockSize - 1];
+  if (propertyCount != 0) {
+    values->properties = std::make_unique<Mbdb::MBFileRecord::Property[]>(propertyCount);
+    for (int i = 0; i < propertyCount; ++i) {
+      if (!Mbdb::getS(file, &values->properties[i].name) || !Mbdb::getD(file, &values->properties[i].value)) {
+        return false;
       }
     }
   }
-  return record;
+  return true;
 }
 
 }  // namespace
 
-// Covers records destroyed part-read; a kept record's properties are
-// released by the reader before the record itself.
-Mbdb::MBFileRecord::~MBFileRecord() { delete[] properties; }
+std::string Mbdb::MBFileRecord::dataHash() const {
+  return DataText(Texts().substr(size_t{fields_.pathSize} + fields_.linkTargetSize, fields_.dataHashSize));
+}
 
-Mbdb::~Mbdb() {
-  for (MBFileRecord* record : contentList_) {
-    delete[] record->properties;
-    record->properties = nullptr;
-    delete record;
-  }
+std::string Mbdb::MBFileRecord::encryptionKey() const {
+  return DataText(Texts().substr(size_t{fields_.pathSize} + fields_.linkTargetSize + fields_.dataHashSize));
+}
+
+std::string Mbdb::MBFileRecord::fixedBlockText() const {
+  return toHex(fields_.fixedBlock.data(), kFixedBlockSize, kFixedBlockGroups,
+               sizeof kFixedBlockGroups / sizeof kFixedBlockGroups[0]);
+}
+
+uint16_t Mbdb::MBFileRecord::mode() const { return BigEndianBitConverter::ToUInt16(fields_.fixedBlock.data(), 0); }
+
+int32_t Mbdb::MBFileRecord::inodeHigh() const { return BigEndianBitConverter::ToInt32(fields_.fixedBlock.data(), 2); }
+
+uint32_t Mbdb::MBFileRecord::inodeLow() const { return BigEndianBitConverter::ToUInt32(fields_.fixedBlock.data(), 6); }
+
+uint32_t Mbdb::MBFileRecord::userId() const { return BigEndianBitConverter::ToUInt32(fields_.fixedBlock.data(), 10); }
+
+uint32_t Mbdb::MBFileRecord::groupId() const { return BigEndianBitConverter::ToUInt32(fields_.fixedBlock.data(), 14); }
+
+struct tm Mbdb::MBFileRecord::modified() const {
+  return BrokenDownUtc(BigEndianBitConverter::ToUInt32(fields_.fixedBlock.data(), 18));
+}
+
+struct tm Mbdb::MBFileRecord::accessed() const {
+  return BrokenDownUtc(BigEndianBitConverter::ToUInt32(fields_.fixedBlock.data(), 22));
+}
+
+struct tm Mbdb::MBFileRecord::changed() const {
+  return BrokenDownUtc(BigEndianBitConverter::ToUInt32(fields_.fixedBlock.data(), 26));
+}
+
+int32_t Mbdb::MBFileRecord::size() const {
+  return static_cast<int32_t>(static_cast<uint32_t>(BigEndianBitConverter::ToInt64(fields_.fixedBlock.data(), 30)));
 }
 
 int32_t Mbdb::ReadMBDB(const char* path) {
@@ -124,30 +172,28 @@ int32_t Mbdb::ReadMBDB(const char* path) {
     return 0;
   }
   const Folder folder(backupPath_);
-  while (!AtEnd(file.get())) {
-    // A truncated or unreadable record ends the reading; what was kept stays.
-    RecordPtr record = ReadRecord(file.get());
-    if (!record) break;
-    record->storedName = MbdbStoredName(record->domain, record->path);
-    if (folder.Has(record->storedName, &record->stored)) {
-      Keep(record.release());
-    } else {
-      // Deliberate: a record whose stored file is absent is neither kept nor
-      // destroyed. Its memory stays allocated and unreferenced.
-      record.release();
-    }
+  ReadValues values;
+  // A truncated or unreadable record ends the reading; what was kept stays.
+  while (!AtEnd(file.get()) && ReadRecord(file.get(), &values)) {
+    const HexNameBytes storedName = MbdbStoredDigest(values.domain, values.path);
+    // A record whose stored file is absent (a folder, a file not copied)
+    // is skipped and nothing of it is stored.
+    Folder::Entry stored{};
+    if (!folder.Has(HexNameOf(storedName), &stored)) continue;
+    const std::string texts = values.path + values.linkTarget + values.dataHash + values.encryptionKey;
+    Keep(records_.Add(MBFileRecord::Fields{
+        domains_.Intern(values.domain), texts_.Add(texts).data(), static_cast<uint16_t>(values.path.size()),
+        static_cast<uint16_t>(values.linkTarget.size()), static_cast<uint16_t>(values.dataHash.size()),
+        static_cast<uint16_t>(values.encryptionKey.size()), storedName, values.fixedBlock,
+        std::move(values.properties), stored}));
   }
   MapPaths();
   return 1;
 }
 
-// Once, sized for every kept record: grown record by record, a map of a
-// quarter of a million paths is rehashed over and over. A later record of
-// the same path takes its place, as it would have row by row.
-void Mbdb::MapPaths() {
-  pathMap_.reserve(contentList_.size());
-  for (MBFileRecord* record : contentList_) pathMap_[record->path] = record;
-}
+// Once, sized for every kept record. A later record of the same path takes
+// its place, as it would have record by record.
+void Mbdb::MapPaths() { pathMap_.Fill(contentList_, &MBFileRecord::path); }
 
 const PathIndex& Mbdb::GetPathIndex() {
   if (!pathIndex_) pathIndex_ = IndexPathsOf(contentList_, &MBFileRecord::path);
@@ -156,10 +202,10 @@ const PathIndex& Mbdb::GetPathIndex() {
 
 void Mbdb::Keep(MBFileRecord* record) {
   contentList_.push_back(record);
-  if (KeyList* keys = KeyListFor(record->path)) keys->push_back(record->storedName);
+  if (KeyList* keys = KeyListFor(record->path())) keys->push_back(record->storedName());
 }
 
-Mbdb::KeyList* Mbdb::KeyListFor(const std::string& path) {
+Mbdb::KeyList* Mbdb::KeyListFor(std::string_view path) {
   // Compared in this order; the first match wins.
   static const std::pair<const char*, KeyList Mbdb::*> kKnownPaths[] = {
       {"Library/SMS/sms.db", &Mbdb::smsKey_},
@@ -216,18 +262,8 @@ bool Mbdb::getS(FILE* file, std::string* out) {
 }
 
 bool Mbdb::getD(FILE* file, std::string* out) {
-  std::vector<unsigned char> bytes;
-  if (!ReadValue(file, &bytes)) return false;
-  const size_t length = bytes.empty() ? 0 : bytes.size() - 1;
-  const bool printable =
-      std::all_of(bytes.begin(), bytes.begin() + length, [](unsigned char byte) { return byte >= 32 && byte <= 127; });
-  if (printable) {
-    AppendText(bytes, out);
-    return true;
-  }
-  for (size_t i = 0; i < length; ++i) {
-    *out += toHex(bytes[i] >> 4);
-    *out += toHex(bytes[i]);
-  }
+  std::string bytes;
+  if (!ReadBytes(file, &bytes)) return false;
+  *out += DataText(bytes);
   return true;
 }

@@ -1,19 +1,25 @@
 #ifndef YH_INDEX_MBDB_H
 #define YH_INDEX_MBDB_H
 
+#include <array>
 #include <cstdint>
 #include <cstdio>
 #include <ctime>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "common/Folder.h"
 #include "common/VqBase.h"
+#include "index/HexName.h"
 #include "index/IndexReader.h"
 #include "index/PathIndex.h"
+#include "index/PathTable.h"
+#include "index/RecordStore.h"
+#include "index/SharedTexts.h"
+#include "index/TextArena.h"
 
 // Reader of the binary index of older backups. Stored files lie flat in the
 // backup folder, named by the SHA-1 of domain + "-" + relative path.
@@ -27,42 +33,66 @@ class Mbdb : public IndexReader {
       std::string value;
     };
 
-    MBFileRecord() = default;
-    ~MBFileRecord() override;
+    // The values and the fixed block as read. `domain` (ending with a zero
+    // byte) and `texts` (path, link target, then the data hash and the
+    // encryption key as stored, one after another) lie in storage that
+    // outlives the record. Every value's length has 16 bits in the index.
+    struct Fields {
+      const char* domain;
+      const char* texts;
+      uint16_t pathSize;
+      uint16_t linkTargetSize;
+      uint16_t dataHashSize;
+      uint16_t encryptionKeySize;
+      HexNameBytes storedName;
+      std::array<unsigned char, 40> fixedBlock;
+      std::unique_ptr<Property[]> properties;
+      Folder::Entry stored;
+    };
 
-    std::string storedName;  // 40 lower-case hex digits
-    std::string domain;
-    std::string path;
-    std::string linkTarget;
-    std::string dataHash;
-    std::string encryptionKey;
-    std::string fixedBlockText;
-    uint16_t mode = 0;
-    int32_t inodeHigh = 0;
-    uint32_t inodeLow = 0;
-    uint32_t userId = 0;
-    uint32_t groupId = 0;
-    struct tm modified {};
-    struct tm accessed {};
-    struct tm changed {};
-    int32_t size = 0;  // low 32 bits of the stored 64-bit size, kept narrow on purpose
-    uint8_t protectionClass = 0;
-    uint8_t propertyCount = 0;
-    Property* properties = nullptr;
+    explicit MBFileRecord(Fields fields) : fields_(std::move(fields)) {}
+
+    std::string storedName() const { return HexNameOf(fields_.storedName); }  // 40 lower-case hex digits
+    std::string_view domain() const { return fields_.domain; }
+    std::string_view path() const { return Texts().substr(0, fields_.pathSize); }
+    std::string_view linkTarget() const { return Texts().substr(fields_.pathSize, fields_.linkTargetSize); }
+    // As getD gives them.
+    std::string dataHash() const;
+    std::string encryptionKey() const;
+    // The fixed block as spaced upper-case hex, one group a field.
+    std::string fixedBlockText() const;
+    uint16_t mode() const;
+    int32_t inodeHigh() const;
+    uint32_t inodeLow() const;
+    uint32_t userId() const;
+    uint32_t groupId() const;
+    // Broken down in UTC.
+    struct tm modified() const;
+    struct tm accessed() const;
+    struct tm changed() const;
+    int32_t size() const;  // low 32 bits of the stored 64-bit size, kept narrow on purpose
+    uint8_t protectionClass() const { return fields_.fixedBlock[38]; }
+    uint8_t propertyCount() const { return fields_.fixedBlock[39]; }
+    const Property* properties() const { return fields_.properties.get(); }
     // The stored file as found when the index was read: the media kinds
     // report its size without asking the file system again.
-    Folder::Entry stored{};
+    const Folder::Entry& stored() const { return fields_.stored; }
+
+   private:
+    std::string_view Texts() const {
+      return {fields_.texts, size_t{fields_.pathSize} + fields_.linkTargetSize + fields_.dataHashSize +
+                                 fields_.encryptionKeySize};
+    }
+
+    Fields fields_;
   };
 
   using KeyList = std::vector<std::string>;
-  // Looked up by exact path only; hashing spares the comparisons of long
-  // shared prefixes that an ordered map makes on every insertion. Keys view
-  // the records' own paths, which live as long as the reader.
-  using PathMap = std::unordered_map<std::string_view, MBFileRecord*>;
+  using PathMap = PathTable<MBFileRecord>;
   using ContentList = std::vector<MBFileRecord*>;
 
   Mbdb() = default;
-  ~Mbdb() override;
+  ~Mbdb() override = default;
 
   // 1 when the index opened with the right signature (also when its reading
   // stopped early), 0 otherwise. `path` is the backup folder, ending in "/".
@@ -98,11 +128,14 @@ class Mbdb : public IndexReader {
 
  private:
   // The key list a known database path feeds, or NULL.
-  KeyList* KeyListFor(const std::string& path);
+  KeyList* KeyListFor(std::string_view path);
   void Keep(MBFileRecord* record);
   void MapPaths();
 
   std::string backupPath_;
+  SharedTexts domains_;
+  TextArena texts_;
+  RecordStore<MBFileRecord> records_;
   std::unique_ptr<const PathIndex> pathIndex_;
   ContentList contentList_;
   PathMap pathMap_;

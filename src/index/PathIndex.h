@@ -51,13 +51,13 @@ class PathIndex {
   std::vector<uint32_t> listed_;
 };
 
-// The index of the paths of `records` (pointers to records whose member
-// `path` holds the device path), by position in the list.
+// The index of the paths of `records` (pointers to records whose accessor
+// `path` gives the device path), by position in the list.
 template <class Records, class Record>
-std::unique_ptr<const PathIndex> IndexPathsOf(const Records& records, std::string Record::*path) {
+std::unique_ptr<const PathIndex> IndexPathsOf(const Records& records, std::string_view (Record::*path)() const) {
   std::vector<std::string_view> paths;
   paths.reserve(records.size());
-  for (const Record* record : records) paths.push_back(record->*path);
+  for (const Record* record : records) paths.push_back((record->*path)());
   return std::make_unique<const PathIndex>(std::move(paths));
 }
 

@@ -3,6 +3,9 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
+
+#include "index/HexName.h"
 
 // SHA-1 through libgcrypt. The library is linked, not loaded at run time, so
 // LoadGcry and UnloadGcry have nothing to do.
@@ -12,7 +15,8 @@ unsigned int yh_gcry_md_get_algo_dlen(int algo);
 void yh_gcry_md_hash_buffer(int algo, void* digest, const void* buffer, size_t length);
 
 // The name a Manifest.mbdb backup stores a file under: the lower-case
-// hexadecimal SHA-1 of domain + "-" + relative path.
-std::string MbdbStoredName(const std::string& domain, const std::string& path);
+// hexadecimal SHA-1 of domain + "-" + relative path; the digest alone.
+HexNameBytes MbdbStoredDigest(std::string_view domain, std::string_view path);
+std::string MbdbStoredName(std::string_view domain, std::string_view path);
 
 #endif

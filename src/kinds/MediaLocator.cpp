@@ -11,15 +11,15 @@ std::optional<std::string> MediaLocator::FindExact(const std::string& relativePa
   if (device_->backupType == 1) {
     auto* reader = static_cast<ManifestDb*>(device_->indexReader);
     VqCheckAlive(reader);
-    const ManifestDb::PathMap& map = *reader->GetQueryPathKeyMap();
-    auto hit = map.find(relativePath);
-    if (hit != map.end()) return ReadablePath(device_, ManifestDbStoredPath(device_->backupPath, hit->second->fileID));
+    if (const auto* hit = reader->GetQueryPathKeyMap()->Find(relativePath)) {
+      return ReadablePath(device_, ManifestDbStoredPath(device_->backupPath, hit->fileID()));
+    }
   } else if (device_->backupType == 0) {
     auto* reader = static_cast<Mbdb*>(device_->indexReader);
     VqCheckAlive(reader);
-    const Mbdb::PathMap& map = *reader->GetQueryPathKeyMap();
-    auto hit = map.find(relativePath);
-    if (hit != map.end()) return ReadablePath(device_, reader->GetBackupPath() + hit->second->storedName);
+    if (const auto* hit = reader->GetQueryPathKeyMap()->Find(relativePath)) {
+      return ReadablePath(device_, reader->GetBackupPath() + hit->storedName());
+    }
   }
   return std::nullopt;
 }
@@ -27,33 +27,29 @@ std::optional<std::string> MediaLocator::FindExact(const std::string& relativePa
 const MediaLocator::Catalog& MediaLocator::Records() const {
   if (records_) return *records_;
   std::string folder;
-  std::vector<const std::string*> storedNames;
+  std::function<std::string(size_t)> storedName;
   const PathIndex* paths = nullptr;
   if (device_->backupType == 1) {
     auto* reader = static_cast<ManifestDb*>(device_->indexReader);
     VqCheckAlive(reader);
     folder = device_->backupPath;
-    for (const ManifestDb::DBFileRecord* file : *reader->GetContentList()) {
-      VqCheckAlive(file);
-      storedNames.push_back(&file->fileID);
-    }
+    for (const ManifestDb::DBFileRecord* file : *reader->GetContentList()) VqCheckAlive(file);
+    storedName = [reader](size_t position) { return (*reader->GetContentList())[position]->fileID(); };
     paths = &reader->GetPathIndex();
   } else if (device_->backupType == 0) {
     auto* reader = static_cast<Mbdb*>(device_->indexReader);
     VqCheckAlive(reader);
     folder = reader->GetBackupPath();
-    for (const Mbdb::MBFileRecord* file : *reader->GetContentList()) {
-      VqCheckAlive(file);
-      storedNames.push_back(&file->storedName);
-    }
+    for (const Mbdb::MBFileRecord* file : *reader->GetContentList()) VqCheckAlive(file);
+    storedName = [reader](size_t position) { return (*reader->GetContentList())[position]->storedName(); };
     paths = &reader->GetPathIndex();
   }
   records_ = std::make_unique<const Catalog>(
-      Catalog{device_->backupType == 1, std::move(folder), std::move(storedNames), paths});
+      Catalog{device_->backupType == 1, std::move(folder), std::move(storedName), paths});
   return *records_;
 }
 
 std::string MediaLocator::StoredPath(const Catalog& records, size_t position) const {
-  const std::string& name = *records.storedNames[position];
+  const std::string name = records.storedName(position);
   return ReadablePath(device_, records.manifestDb ? ManifestDbStoredPath(records.folder, name) : records.folder + name);
 }

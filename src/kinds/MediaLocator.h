@@ -1,6 +1,7 @@
 #ifndef YH_KINDS_MEDIALOCATOR_H
 #define YH_KINDS_MEDIALOCATOR_H
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -33,7 +34,7 @@ class MediaLocator {
   struct Catalog {
     bool manifestDb;
     std::string folder;                           // where the stored files lie
-    std::vector<const std::string*> storedNames;  // fileID or hashed name, by position
+    std::function<std::string(size_t)> storedName;  // fileID or hashed name, by position
     const PathIndex* paths;  // the reader's; NULL without a reader
   };
 

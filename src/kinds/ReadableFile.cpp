@@ -11,7 +11,7 @@ std::optional<StoredKey> KeyOf(const BackupDevice* device, EncryptedBackup& encr
   auto* reader = static_cast<Mbdb*>(device->indexReader);
   const EncryptedBackup::KeyTexts& keys = encrypted.MbdbKeys([reader] {
     EncryptedBackup::KeyTexts texts;
-    for (const Mbdb::MBFileRecord* record : *reader->GetContentList()) texts[record->storedName] = record->encryptionKey;
+    for (const Mbdb::MBFileRecord* record : *reader->GetContentList()) texts[record->storedName()] = std::string(record->encryptionKey());
     return texts;
   });
   const auto key = keys.find(stored);

@@ -10,9 +10,10 @@ namespace {
 
 // A record's file as the kinds see it. A decrypted copy is looked at anew:
 // its size is not the stored file's.
-StoredFile StoredFileOf(const BackupDevice* device, const std::string& domain, const std::string& relativePath,
-                  const std::string& storedPath, const Folder::Entry& stored) {
-  StoredFile file{domain, relativePath, ReadablePath(device, storedPath), stored.size, stored.regular};
+StoredFile StoredFileOf(const BackupDevice* device, std::string_view domain, std::string_view relativePath,
+                        const std::string& storedPath, const Folder::Entry& stored) {
+  StoredFile file{std::string(domain), std::string(relativePath), ReadablePath(device, storedPath), stored.size,
+                  stored.regular};
   if (file.path != storedPath) {
     file.size = file.path.empty() ? 0 : VQGetFileSize(file.path.c_str());
     file.regular = !file.path.empty() && VQIsRegularFile(file.path.c_str()) != 0;
@@ -25,19 +26,20 @@ StoredFile StoredFileOf(const BackupDevice* device, const std::string& domain, c
 struct ManifestDbFiles {
   const BackupDevice* device;
   ManifestDb* reader;
-  static const std::string& PathOf(const ManifestDb::DBFileRecord& record) { return record.relativePath; }
+  static std::string_view PathOf(const ManifestDb::DBFileRecord& record) { return record.relativePath(); }
   StoredFile FileOf(const ManifestDb::DBFileRecord& record) const {
-    return StoredFileOf(device, record.domain, record.relativePath,
-                    ManifestDbStoredPath(device->backupPath, record.fileID), record.stored);
+    return StoredFileOf(device, record.domain(), record.relativePath(),
+                        ManifestDbStoredPath(device->backupPath, record.fileID()), record.stored());
   }
 };
 
 struct MbdbFiles {
   const BackupDevice* device;
   Mbdb* reader;
-  static const std::string& PathOf(const Mbdb::MBFileRecord& record) { return record.path; }
+  static std::string_view PathOf(const Mbdb::MBFileRecord& record) { return record.path(); }
   StoredFile FileOf(const Mbdb::MBFileRecord& record) const {
-    return StoredFileOf(device, record.domain, record.path, reader->GetBackupPath() + record.storedName, record.stored);
+    return StoredFileOf(device, record.domain(), record.path(), reader->GetBackupPath() + record.storedName(),
+                        record.stored());
   }
 };
 
@@ -45,7 +47,7 @@ template <class Files, class Matches>
 std::vector<StoredFile> Find(const Files& files, const Matches& matches) {
   std::vector<StoredFile> found;
   for (const auto* record : *files.reader->GetContentList()) {
-    if (matches(record->domain, Files::PathOf(*record))) found.push_back(files.FileOf(*record));
+    if (matches(record->domain(), Files::PathOf(*record))) found.push_back(files.FileOf(*record));
   }
   return found;
 }
@@ -54,11 +56,10 @@ std::vector<StoredFile> Find(const Files& files, const Matches& matches) {
 // in another domain are the records scanned for the one asked for.
 template <class Files>
 std::optional<StoredFile> FindIn(const Files& files, const std::string& domain, const std::string& relativePath) {
-  const auto& map = *files.reader->GetQueryPathKeyMap();
-  const auto hit = map.find(relativePath);
-  if (hit == map.end()) return std::nullopt;
-  if (hit->second->domain == domain) return files.FileOf(*hit->second);
-  std::vector<StoredFile> found = Find(files, [&](const std::string& fileDomain, const std::string& path) {
+  const auto* hit = files.reader->GetQueryPathKeyMap()->Find(relativePath);
+  if (!hit) return std::nullopt;
+  if (hit->domain() == domain) return files.FileOf(*hit);
+  std::vector<StoredFile> found = Find(files, [&](std::string_view fileDomain, std::string_view path) {
     return fileDomain == domain && path == relativePath;
   });
   if (found.empty()) return std::nullopt;
@@ -78,12 +79,12 @@ Result WithFiles(const BackupDevice* device, Result none, const Use& use) {
 
 std::vector<StoredFile> FindStoredFiles(
     const BackupDevice* device,
-    const std::function<bool(const std::string& domain, const std::string& relativePath)>& matches) {
+    const std::function<bool(std::string_view domain, std::string_view relativePath)>& matches) {
   return WithFiles(device, std::vector<StoredFile>(), [&](const auto& files) { return Find(files, matches); });
 }
 
 std::vector<StoredFile> StoredFilesAt(const BackupDevice* device, const std::string& relativePath) {
-  return FindStoredFiles(device, [&](const std::string&, const std::string& path) { return path == relativePath; });
+  return FindStoredFiles(device, [&](std::string_view, std::string_view path) { return path == relativePath; });
 }
 
 std::optional<StoredFile> StoredFileIn(const BackupDevice* device, const std::string& domain,

@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "libYH.h"
@@ -25,7 +26,7 @@ struct StoredFile {
 // Every file of the index that `matches`, in index order; none before analysis.
 std::vector<StoredFile> FindStoredFiles(
     const BackupDevice* device,
-    const std::function<bool(const std::string& domain, const std::string& relativePath)>& matches);
+    const std::function<bool(std::string_view domain, std::string_view relativePath)>& matches);
 
 // Every file at exactly this relative path, whatever its domain, in index order.
 std::vector<StoredFile> StoredFilesAt(const BackupDevice* device, const std::string& relativePath);

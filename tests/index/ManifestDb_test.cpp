@@ -51,7 +51,7 @@ class ManifestDbTest : public ::testing::Test {
   uint32_t Read(const std::string& path) { return reader_.ReadDb(path.c_str()); }
   std::vector<std::string> ContentPaths() {
     std::vector<std::string> paths;
-    for (const ManifestDb::DBFileRecord* record : *reader_.GetContentList()) paths.push_back(record->relativePath);
+    for (const ManifestDb::DBFileRecord* record : *reader_.GetContentList()) paths.emplace_back(record->relativePath());
     return paths;
   }
 
@@ -67,13 +67,13 @@ TEST_F(ManifestDbTest, KeepsPresentFilesWithTheirColumns) {
   ASSERT_EQ(reader_.GetContentList()->size(), 2u);
   const ManifestDb::DBFileRecord& sms = *reader_.GetContentList()->front();
   // printf '%s' 'HomeDomain-Library/SMS/sms.db' | sha1sum
-  EXPECT_EQ(sms.fileID, "3d0d7e5fb2ce288813306e4d4636395e047a3d28");
-  EXPECT_EQ(sms.domain, "HomeDomain");
-  EXPECT_EQ(sms.relativePath, kSms);
-  EXPECT_EQ(sms.flags, 1);
+  EXPECT_EQ(sms.fileID(), "3d0d7e5fb2ce288813306e4d4636395e047a3d28");
+  EXPECT_EQ(sms.domain(), "HomeDomain");
+  EXPECT_EQ(sms.relativePath(), kSms);
+  EXPECT_EQ(sms.flags(), 1);
   EXPECT_EQ(ContentPaths(), (std::vector<std::string>{kSms, "Media/DCIM/100APPLE/IMG_0001.JPG"}));
-  EXPECT_EQ(reader_.GetQueryPathKeyMap()->at(kSms), reader_.GetContentList()->front());
-  EXPECT_EQ(*reader_.GetSmsKey(), std::vector<std::string>{sms.fileID});
+  EXPECT_EQ(reader_.GetQueryPathKeyMap()->Find(kSms), reader_.GetContentList()->front());
+  EXPECT_EQ(*reader_.GetSmsKey(), std::vector<std::string>{sms.fileID()});
 }
 
 // Positions in the content list of the paths containing `needle`.
@@ -107,7 +107,7 @@ TEST_F(ManifestDbTest, SkipsFolderRowsAndFilesNotCopied) {
   ASSERT_EQ(Read(path), 1u);
   EXPECT_EQ(ContentPaths(), std::vector<std::string>{"Library/a"});
   EXPECT_TRUE(reader_.GetSmsKey()->empty());
-  EXPECT_EQ(reader_.GetQueryPathKeyMap()->count(kSms), 0u);
+  EXPECT_EQ(reader_.GetQueryPathKeyMap()->Find(kSms), nullptr);
 }
 
 TEST_F(ManifestDbTest, EachKnownPathFillsItsOwnKeyList) {
@@ -160,8 +160,8 @@ TEST_F(ManifestDbTest, SamePathInTwoDomainsKeepsBothMapsTheLaterAndGivesTwoKeys)
   ASSERT_EQ(Read(path), 1u);
   ASSERT_EQ(reader_.GetContentList()->size(), 2u);
   EXPECT_EQ(reader_.GetQueryPathKeyMap()->size(), 1u);
-  EXPECT_EQ(reader_.GetQueryPathKeyMap()->at(kSms), reader_.GetContentList()->back());
-  EXPECT_EQ(reader_.GetContentList()->back()->domain, "AppDomain-com.example");
+  EXPECT_EQ(reader_.GetQueryPathKeyMap()->Find(kSms), reader_.GetContentList()->back());
+  EXPECT_EQ(reader_.GetContentList()->back()->domain(), "AppDomain-com.example");
   EXPECT_EQ(*reader_.GetSmsKey(), (std::vector<std::string>{BackupBuilder::FileId("HomeDomain", kSms),
                                                             BackupBuilder::FileId("AppDomain-com.example", kSms)}));
 }
@@ -176,14 +176,14 @@ TEST_F(ManifestDbTest, NullColumnsGiveZeroFlagsAndEmptyTexts) {
   ASSERT_EQ(Read(path), 1u);
   ASSERT_EQ(reader_.GetContentList()->size(), 2u);
   const ManifestDb::DBFileRecord& first = *reader_.GetContentList()->front();
-  EXPECT_EQ(first.domain, "");
-  EXPECT_EQ(first.relativePath, "Library/x");
-  EXPECT_EQ(first.flags, 0);
+  EXPECT_EQ(first.domain(), "");
+  EXPECT_EQ(first.relativePath(), "Library/x");
+  EXPECT_EQ(first.flags(), 0);
   const ManifestDb::DBFileRecord& second = *reader_.GetContentList()->back();
-  EXPECT_EQ(second.domain, "");
-  EXPECT_EQ(second.relativePath, "");
-  EXPECT_EQ(second.flags, 4);
-  EXPECT_EQ(reader_.GetQueryPathKeyMap()->at(""), &second);
+  EXPECT_EQ(second.domain(), "");
+  EXPECT_EQ(second.relativePath(), "");
+  EXPECT_EQ(second.flags(), 4);
+  EXPECT_EQ(reader_.GetQueryPathKeyMap()->Find(""), &second);
 }
 
 TEST_F(ManifestDbTest, RowsWithoutFileIdAreSkipped) {
@@ -273,7 +273,7 @@ TEST_F(ManifestDbTest, RowsReadBeforeAFailureStay) {
   EXPECT_EQ(Read(path), 0u);
   EXPECT_GT(reader_.GetContentList()->size(), 0u);
   EXPECT_LT(reader_.GetContentList()->size(), 60u);
-  EXPECT_EQ(reader_.GetContentList()->front()->fileID, "r000");
+  EXPECT_EQ(reader_.GetContentList()->front()->fileID(), "r000");
 }
 
 TEST_F(ManifestDbTest, WalModeIndexIsReadWithoutCreatingFiles) {
@@ -302,17 +302,22 @@ TEST_F(ManifestDbTest, ReadingLeavesAReadOnlyBackupUntouched) {
 }
 
 TEST(ManifestDbRecord, CopyKeepsEveryField) {
-  ManifestDb::DBFileRecord record;
-  record.fileID = "ab12";
-  record.domain = "HomeDomain";
-  record.relativePath = "Library/x";
-  record.flags = 1;
+  const ManifestDb::DBFileRecord record("ab12", "HomeDomain", "Library/x", 1, {7, true});
   const ManifestDb::DBFileRecord copy(record);
-  EXPECT_EQ(copy.fileID, "ab12");
-  EXPECT_EQ(copy.domain, "HomeDomain");
-  EXPECT_EQ(copy.relativePath, "Library/x");
-  EXPECT_EQ(copy.flags, 1);
+  EXPECT_EQ(copy.fileID(), "ab12");
+  EXPECT_EQ(copy.domain(), "HomeDomain");
+  EXPECT_EQ(copy.relativePath(), "Library/x");
+  EXPECT_EQ(copy.flags(), 1);
+  EXPECT_EQ(copy.stored().size, 7u);
+  EXPECT_TRUE(copy.stored().regular);
   EXPECT_TRUE(copy.IsAlive());
+}
+
+TEST(ManifestDbRecord, KeepsAHexFileIdAsBytesAndGivesItBackUnchanged) {
+  const ManifestDb::DBFileRecord record("3d0d7e5fb2ce288813306e4d4636395e047a3d28", "", "", 0, {});
+  EXPECT_EQ(record.fileID(), "3d0d7e5fb2ce288813306e4d4636395e047a3d28");
+  EXPECT_EQ(ManifestDb::DBFileRecord("3D0D7E5FB2CE288813306E4D4636395E047A3D28", "", "", 0, {}).fileID(),
+            "3D0D7E5FB2CE288813306E4D4636395E047A3D28");
 }
 
 }  // namespace

@@ -60,7 +60,7 @@ class MbdbTest : public ::testing::Test {
   int32_t Read() { return reader_.ReadMBDB(dir_.Path().c_str()); }
   std::vector<std::string> KeptPaths() {
     std::vector<std::string> paths;
-    for (const Mbdb::MBFileRecord* record : *reader_.GetContentList()) paths.push_back(record->path);
+    for (const Mbdb::MBFileRecord* record : *reader_.GetContentList()) paths.emplace_back(record->path());
     return paths;
   }
 
@@ -123,8 +123,8 @@ TEST_F(MbdbTest, RecordIsFoundUnderItsHashedName) {
              File("", "Library/SMS/sms.db").Bytes());
   EXPECT_EQ(Read(), 1);
   ASSERT_EQ(reader_.GetContentList()->size(), 2u);
-  EXPECT_EQ(reader_.GetContentList()->at(0)->storedName, kSmsName);
-  EXPECT_EQ(reader_.GetContentList()->at(1)->storedName, kSmsNameEmptyDomain);
+  EXPECT_EQ(reader_.GetContentList()->at(0)->storedName(), kSmsName);
+  EXPECT_EQ(reader_.GetContentList()->at(1)->storedName(), kSmsNameEmptyDomain);
   EXPECT_EQ(*reader_.GetSmsKey(), (std::vector<std::string>{kSmsName, kSmsNameEmptyDomain}));
 }
 
@@ -154,42 +154,42 @@ TEST_P(MbdbFieldsTest, DecodesEveryFieldAndKeepsTimesInUtc) {
   ASSERT_EQ(Read(), 1);
   ASSERT_EQ(reader_.GetContentList()->size(), 1u);
   const Mbdb::MBFileRecord& kept = *reader_.GetContentList()->front();
-  EXPECT_EQ(kept.domain, "HomeDomain");
-  EXPECT_EQ(kept.path, "Library/SMS/sms.db");
-  EXPECT_EQ(kept.linkTarget, "target");
-  EXPECT_EQ(kept.dataHash, "01ABFF");
-  EXPECT_EQ(kept.encryptionKey, "key");
-  EXPECT_EQ(kept.fixedBlockText,
+  EXPECT_EQ(kept.domain(), "HomeDomain");
+  EXPECT_EQ(kept.path(), "Library/SMS/sms.db");
+  EXPECT_EQ(kept.linkTarget(), "target");
+  EXPECT_EQ(kept.dataHash(), "01ABFF");
+  EXPECT_EQ(kept.encryptionKey(), "key");
+  EXPECT_EQ(kept.fixedBlockText(),
             "81A4 FFFFFFFE 00000002 000001F5 00000014 50E22700 12345678 FFFFFFFF 0000000100000005 04 02");
-  EXPECT_EQ(kept.mode, 0x81A4);
-  EXPECT_EQ(kept.inodeHigh, -2);
-  EXPECT_EQ(kept.inodeLow, 2u);
-  EXPECT_EQ(kept.userId, 501u);
-  EXPECT_EQ(kept.groupId, 20u);
-  EXPECT_EQ(kept.modified.tm_year, 113);
-  EXPECT_EQ(kept.modified.tm_mon, 0);
-  EXPECT_EQ(kept.modified.tm_mday, 1);
-  EXPECT_EQ(kept.modified.tm_hour, 0);
-  EXPECT_EQ(kept.accessed.tm_year, 79);
-  EXPECT_EQ(kept.accessed.tm_mon, 8);
-  EXPECT_EQ(kept.accessed.tm_mday, 5);
-  EXPECT_EQ(kept.accessed.tm_hour, 22);
-  EXPECT_EQ(kept.accessed.tm_min, 51);
-  EXPECT_EQ(kept.accessed.tm_sec, 36);
-  EXPECT_EQ(kept.accessed.tm_yday, 247);
-  EXPECT_EQ(kept.accessed.tm_isdst, 0);
-  EXPECT_EQ(kept.changed.tm_year, 206);
-  EXPECT_EQ(kept.changed.tm_mon, 1);
-  EXPECT_EQ(kept.changed.tm_mday, 7);
-  EXPECT_EQ(kept.changed.tm_hour, 6);
-  EXPECT_EQ(kept.size, 5);
-  EXPECT_EQ(kept.protectionClass, 4);
-  EXPECT_EQ(kept.propertyCount, 2);
-  ASSERT_NE(kept.properties, nullptr);
-  EXPECT_EQ(kept.properties[0].name, "Name");
-  EXPECT_EQ(kept.properties[0].value, "Value");
-  EXPECT_EQ(kept.properties[1].name, "Binary");
-  EXPECT_EQ(kept.properties[1].value, "001F");
+  EXPECT_EQ(kept.mode(), 0x81A4);
+  EXPECT_EQ(kept.inodeHigh(), -2);
+  EXPECT_EQ(kept.inodeLow(), 2u);
+  EXPECT_EQ(kept.userId(), 501u);
+  EXPECT_EQ(kept.groupId(), 20u);
+  EXPECT_EQ(kept.modified().tm_year, 113);
+  EXPECT_EQ(kept.modified().tm_mon, 0);
+  EXPECT_EQ(kept.modified().tm_mday, 1);
+  EXPECT_EQ(kept.modified().tm_hour, 0);
+  EXPECT_EQ(kept.accessed().tm_year, 79);
+  EXPECT_EQ(kept.accessed().tm_mon, 8);
+  EXPECT_EQ(kept.accessed().tm_mday, 5);
+  EXPECT_EQ(kept.accessed().tm_hour, 22);
+  EXPECT_EQ(kept.accessed().tm_min, 51);
+  EXPECT_EQ(kept.accessed().tm_sec, 36);
+  EXPECT_EQ(kept.accessed().tm_yday, 247);
+  EXPECT_EQ(kept.accessed().tm_isdst, 0);
+  EXPECT_EQ(kept.changed().tm_year, 206);
+  EXPECT_EQ(kept.changed().tm_mon, 1);
+  EXPECT_EQ(kept.changed().tm_mday, 7);
+  EXPECT_EQ(kept.changed().tm_hour, 6);
+  EXPECT_EQ(kept.size(), 5);
+  EXPECT_EQ(kept.protectionClass(), 4);
+  EXPECT_EQ(kept.propertyCount(), 2);
+  ASSERT_NE(kept.properties(), nullptr);
+  EXPECT_EQ(kept.properties()[0].name, "Name");
+  EXPECT_EQ(kept.properties()[0].value, "Value");
+  EXPECT_EQ(kept.properties()[1].name, "Binary");
+  EXPECT_EQ(kept.properties()[1].value, "001F");
 }
 
 INSTANTIATE_TEST_SUITE_P(Zones, MbdbFieldsTest, ::testing::Values("UTC", "America/New_York"));
@@ -204,8 +204,8 @@ TEST_F(MbdbTest, SizeAboveFourGibKeepsOnlyTheLow32Bits) {
   WriteIndex(MbdbSignature() + big.Bytes() + wraps.Bytes());
   ASSERT_EQ(Read(), 1);
   ASSERT_EQ(reader_.GetContentList()->size(), 2u);
-  EXPECT_EQ(reader_.GetContentList()->at(0)->size, 16);
-  EXPECT_EQ(reader_.GetContentList()->at(1)->size, -1);
+  EXPECT_EQ(reader_.GetContentList()->at(0)->size(), 16);
+  EXPECT_EQ(reader_.GetContentList()->at(1)->size(), -1);
 }
 
 TEST_F(MbdbTest, EmptyStringsConsumeOnlyTheirLengthBytes) {
@@ -218,12 +218,12 @@ TEST_F(MbdbTest, EmptyStringsConsumeOnlyTheirLengthBytes) {
   ASSERT_EQ(Read(), 1);
   ASSERT_EQ(reader_.GetContentList()->size(), 1u);
   const Mbdb::MBFileRecord& kept = *reader_.GetContentList()->front();
-  EXPECT_EQ(kept.domain, "");
-  EXPECT_EQ(kept.linkTarget, "");
-  EXPECT_EQ(kept.dataHash, "");
-  EXPECT_EQ(kept.encryptionKey, "");
-  EXPECT_EQ(kept.mode, 0x41ED);
-  EXPECT_EQ(kept.storedName, kSmsNameEmptyDomain);
+  EXPECT_EQ(kept.domain(), "");
+  EXPECT_EQ(kept.linkTarget(), "");
+  EXPECT_EQ(kept.dataHash(), "");
+  EXPECT_EQ(kept.encryptionKey(), "");
+  EXPECT_EQ(kept.mode(), 0x41ED);
+  EXPECT_EQ(kept.storedName(), kSmsNameEmptyDomain);
 }
 
 TEST_F(MbdbTest, RecordCutInsideItsFixedBlockIsDropped) {
@@ -234,7 +234,7 @@ TEST_F(MbdbTest, RecordCutInsideItsFixedBlockIsDropped) {
   EXPECT_EQ(Read(), 1);
   EXPECT_EQ(KeptPaths(), std::vector<std::string>{"Library/SMS/sms.db"});
   EXPECT_TRUE(reader_.GetNoteKey()->empty());
-  EXPECT_EQ(reader_.GetQueryPathKeyMap()->at("Library/SMS/sms.db"), reader_.GetContentList()->front());
+  EXPECT_EQ(reader_.GetQueryPathKeyMap()->Find("Library/SMS/sms.db"), reader_.GetContentList()->front());
 }
 
 TEST_F(MbdbTest, RecordCutInsideAStringIsDropped) {
@@ -263,7 +263,7 @@ TEST_F(MbdbTest, FailedPropertyReadEndsReadingAndKeepsEarlierRecords) {
   EXPECT_EQ(Read(), 1);
   EXPECT_EQ(KeptPaths(), std::vector<std::string>{"Library/SMS/sms.db"});
   EXPECT_TRUE(reader_.GetNoteKey()->empty());
-  EXPECT_EQ(reader_.GetQueryPathKeyMap()->count("Library/Notes/notes.sqlite"), 0u);
+  EXPECT_EQ(reader_.GetQueryPathKeyMap()->Find("Library/Notes/notes.sqlite"), nullptr);
 }
 
 TEST_F(MbdbTest, RecordsWithoutStoredFileAreSkippedAndReadingGoesOn) {
@@ -273,7 +273,7 @@ TEST_F(MbdbTest, RecordsWithoutStoredFileAreSkippedAndReadingGoesOn) {
   EXPECT_EQ(Read(), 1);
   EXPECT_EQ(KeptPaths(), std::vector<std::string>{"Library/Notes/notes.sqlite"});
   EXPECT_TRUE(reader_.GetSmsKey()->empty());
-  EXPECT_EQ(reader_.GetQueryPathKeyMap()->count("Library/SMS/sms.db"), 0u);
+  EXPECT_EQ(reader_.GetQueryPathKeyMap()->Find("Library/SMS/sms.db"), nullptr);
   EXPECT_EQ(*reader_.GetNoteKey(),
             std::vector<std::string>{BackupBuilder::FileId("HomeDomain", "Library/Notes/notes.sqlite")});
 }
@@ -322,7 +322,7 @@ TEST_F(MbdbTest, SamePathTwiceKeepsBothMapsTheLaterAndGivesTwoKeys) {
              File("AppDomain-com.example", "Library/SMS/sms.db").Bytes());
   ASSERT_EQ(Read(), 1);
   ASSERT_EQ(reader_.GetContentList()->size(), 2u);
-  EXPECT_EQ(reader_.GetQueryPathKeyMap()->at("Library/SMS/sms.db"), reader_.GetContentList()->at(1));
+  EXPECT_EQ(reader_.GetQueryPathKeyMap()->Find("Library/SMS/sms.db"), reader_.GetContentList()->at(1));
   EXPECT_EQ(*reader_.GetSmsKey(),
             (std::vector<std::string>{BackupBuilder::FileId("HomeDomain", "Library/SMS/sms.db"),
                                       BackupBuilder::FileId("AppDomain-com.example", "Library/SMS/sms.db")}));
@@ -336,7 +336,7 @@ TEST_F(MbdbTest, ReadsABuiltBackup) {
                                .Write(dir_.Path() + "backup");
   ASSERT_EQ(reader_.ReadMBDB(path.c_str()), 1);
   ASSERT_EQ(reader_.GetContentList()->size(), 1u);
-  EXPECT_EQ(reader_.GetContentList()->front()->size, 5);
+  EXPECT_EQ(reader_.GetContentList()->front()->size(), 5);
   EXPECT_EQ(*reader_.GetSmsKey(), std::vector<std::string>{kSmsName});
   EXPECT_TRUE(reader_.GetNoteKey()->empty());
 }

@@ -23,15 +23,15 @@ template <class Visitor>
 void ScanContaining(const BackupDevice* device, const std::string& needle, Visitor visit) {
   if (device->backupType == 1) {
     for (const ManifestDb::DBFileRecord* file : *static_cast<ManifestDb*>(device->indexReader)->GetContentList()) {
-      if (file->relativePath.find(needle) != std::string::npos &&
-          !visit(ManifestDbStoredPath(device->backupPath, file->fileID))) {
+      if (file->relativePath().find(needle) != std::string::npos &&
+          !visit(ManifestDbStoredPath(device->backupPath, file->fileID()))) {
         return;
       }
     }
   } else {
     auto* reader = static_cast<Mbdb*>(device->indexReader);
     for (const Mbdb::MBFileRecord* file : *reader->GetContentList()) {
-      if (file->path.find(needle) != std::string::npos && !visit(reader->GetBackupPath() + file->storedName)) return;
+      if (file->path().find(needle) != std::string::npos && !visit(reader->GetBackupPath() + file->storedName())) return;
     }
   }
 }

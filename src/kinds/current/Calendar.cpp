@@ -1,5 +1,7 @@
 #include "kinds/current/Calendar.h"
 
+#include <string_view>
+
 #include "common/PlistHelpers.h"
 #include "kinds/LocalDatabase.h"
 #include "kinds/current/CalendarReaders.h"
@@ -12,9 +14,9 @@ const char kReminderDomain[] = "AppDomainGroup-group.com.apple.reminders";
 const char kStorePrefix[] = "Container_v1/Stores/Data-";
 const char kStoreSuffix[] = ".sqlite";
 
-bool IsReminderStore(const std::string& domain, const std::string& path) {
-  const std::string prefix = kStorePrefix;
-  const std::string suffix = kStoreSuffix;
+bool IsReminderStore(std::string_view domain, std::string_view path) {
+  const std::string_view prefix = kStorePrefix;
+  const std::string_view suffix = kStoreSuffix;
   return domain == kReminderDomain && path.size() > prefix.size() + suffix.size() &&
          path.compare(0, prefix.size(), prefix) == 0 &&
          path.compare(path.size() - suffix.size(), suffix.size(), suffix) == 0;

@@ -28,6 +28,8 @@ void CallHistory::Read(const BackupDevice* device) {
       for (Call& call : reader(database)) calls_.push_back(std::move(call));
     }
   }
+  // Kept for every later request: the growth's spare room would be kept too.
+  calls_.shrink_to_fit();
   // Newest first across every log; calls without a date last.
   std::stable_sort(calls_.begin(), calls_.end(), [](const Call& a, const Call& b) {
     return a.instant.value_or(INT64_MIN) > b.instant.value_or(INT64_MIN);

@@ -175,6 +175,8 @@ std::vector<Sms::Conversation> ReadMessageDatabase(Database& database) {
                        return a.instant.value_or(INT64_MIN) < b.instant.value_or(INT64_MIN);
                      });
     if (conversation.participants.empty() && !conversation.group && !id.empty()) AddParticipant(conversation, id);
+    // Kept for every later request: the growth's spare room would be kept too.
+    conversation.messages.shrink_to_fit();
     ordered.push_back(std::move(conversation));
   }
   return ordered;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <string_view>
 
 #include "common/PlistHelpers.h"
 #include "kinds/LocalDatabase.h"
@@ -16,7 +17,7 @@ const char kNoteStoreName[] = "NoteStore.sqlite";
 
 // The note store lies at the top of the notes app group's folder on every
 // generation seen; any folder of any domain is accepted.
-bool IsNoteStore(const std::string& /*domain*/, const std::string& path) {
+bool IsNoteStore(std::string_view /*domain*/, std::string_view path) {
   const size_t nameLength = sizeof kNoteStoreName - 1;
   if (path.size() < nameLength || path.compare(path.size() - nameLength, nameLength, kNoteStoreName) != 0) {
     return false;
