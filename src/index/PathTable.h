@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 // The records of a reader's content list by exact path, where a later
@@ -22,6 +23,10 @@ class PathTable {
   // The record mapped under `path`, or NULL.
   Record* Find(std::string_view path) const;
 
+  // Whether more than one record has this path: only then need the others
+  // be looked for in the list.
+  bool Repeated(std::string_view path) const;
+
   size_t size() const { return size_; }
   bool empty() const { return size_ == 0; }
 
@@ -32,6 +37,7 @@ class PathTable {
   const std::vector<Record*>* records_ = nullptr;
   PathOf path_ = nullptr;
   std::vector<uint32_t> slots_;  // position + 1; 0 for an empty slot
+  std::unordered_set<size_t> repeated_;  // slots whose path more than one record has
   size_t size_ = 0;
 };
 
@@ -44,10 +50,15 @@ void PathTable<Record>::Fill(const std::vector<Record*>& records, PathOf path) {
   size_t capacity = 8;
   while (capacity < 2 * records.size()) capacity *= 2;
   slots_.assign(capacity, 0);
+  repeated_.clear();
   for (size_t position = 0; position < records.size(); ++position) {
-    uint32_t& slot = slots_[SlotOf((records[position]->*path)())];
-    if (slot == 0) ++size_;
-    slot = static_cast<uint32_t>(position + 1);
+    const size_t at = SlotOf((records[position]->*path)());
+    if (slots_[at] == 0) {
+      ++size_;
+    } else {
+      repeated_.insert(at);
+    }
+    slots_[at] = static_cast<uint32_t>(position + 1);
   }
 }
 
@@ -56,6 +67,11 @@ Record* PathTable<Record>::Find(std::string_view path) const {
   if (slots_.empty()) return nullptr;
   const uint32_t slot = slots_[SlotOf(path)];
   return slot == 0 ? nullptr : (*records_)[slot - 1];
+}
+
+template <class Record>
+bool PathTable<Record>::Repeated(std::string_view path) const {
+  return !slots_.empty() && repeated_.count(SlotOf(path)) != 0;
 }
 
 template <class Record>
