@@ -1,8 +1,10 @@
 #include "kinds/current/CallHistory.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "common/PlistHelpers.h"
+#include "common/SortByMoving.h"
 #include "kinds/LocalDatabase.h"
 #include "kinds/current/CallReaders.h"
 
@@ -21,19 +23,26 @@ const std::pair<const char*, Reader> kCallLogs[] = {
 
 void CallHistory::Read(const BackupDevice* device) {
   read_ = true;
+  std::vector<Call> read;
   for (const auto& [path, reader] : kCallLogs) {
     for (const StoredFile& file : StoredFilesAt(device, path)) {
       const LocalDatabase local = LocalDatabaseOf(device, file);
       Database database(local.path, local.access);
-      for (Call& call : reader(database)) calls_.push_back(std::move(call));
+      std::vector<Call> calls = reader(database);
+      if (read.empty()) {
+        read = std::move(calls);
+      } else {
+        read.reserve(read.size() + calls.size());
+        std::move(calls.begin(), calls.end(), std::back_inserter(read));
+      }
     }
   }
-  // Kept for every later request: the growth's spare room would be kept too.
-  calls_.shrink_to_fit();
   // Newest first across every log; calls without a date last.
-  std::stable_sort(calls_.begin(), calls_.end(), [](const Call& a, const Call& b) {
+  calls_ = StableSortedByMoving(std::move(read), [](const Call& a, const Call& b) {
     return a.instant.value_or(INT64_MIN) > b.instant.value_or(INT64_MIN);
   });
+  // Kept for every later request: spare room would be kept too.
+  calls_.shrink_to_fit();
   for (Call& call : calls_) {
     if (!call.name.empty()) continue;
     if (const std::string* name = contacts_.FindNameByPhone(device, call.address)) call.name = *name;

@@ -1,5 +1,6 @@
 #include "kinds/current/CallReaders.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "common/DurationText.h"
@@ -8,6 +9,14 @@
 
 namespace current {
 namespace {
+
+// Room for every row of the table, so that the calls are not moved as the
+// list grows.
+void ReserveRows(Database& database, const char* table, std::vector<CallHistory::Call>& calls) {
+  const std::string query = std::string("select count(*) from ") + table;
+  Database::Statement count(database, query.c_str());
+  if (count.Step()) calls.reserve(static_cast<size_t>(std::max<int64_t>(count.Int64(0), 0)));
+}
 
 }  // namespace
 
@@ -22,6 +31,7 @@ std::vector<CallHistory::Call> ReadCallDatabase(Database& database) {
                             schema.SelectList("call", {"name", "address", "date", "flags", "duration",
                                                         "country_code", "network_code"}) +
                             " from call order by call.ROWID";
+  ReserveRows(database, "call", calls);
   Database::Statement rows(database, query.c_str());
   while (rows.Step()) {
     CallHistory::Call call;
@@ -54,6 +64,7 @@ std::vector<CallHistory::Call> ReadCallStore(Database& database) {
                                          "ZISO_COUNTRY_CODE", "ZSERVICE_PROVIDER", "ZLOCATION", "ZANSWERED",
                                          "ZCALLTYPE"}) +
       " from ZCALLRECORD order by ZCALLRECORD.rowid";
+  ReserveRows(database, "ZCALLRECORD", calls);
   Database::Statement rows(database, query.c_str());
   while (rows.Step()) {
     CallHistory::Call call;

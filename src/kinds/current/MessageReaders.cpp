@@ -7,6 +7,7 @@
 #include "common/AttributedBody.h"
 #include "common/LocalDate.h"
 #include "common/SchemaInfo.h"
+#include "common/SortByMoving.h"
 
 namespace current {
 namespace {
@@ -77,6 +78,10 @@ void ReadChats(Database& database, const SchemaInfo& schema, Conversations& conv
       if (chat != chats.end()) chatOfMessage.emplace(rows.Int64(0), chat->second);
     }
   }
+  // Room for each chat's messages, so that they are not moved as the lists grow.
+  std::unordered_map<Sms::Conversation*, size_t> counts;
+  for (const auto& [message, conversation] : chatOfMessage) ++counts[conversation];
+  for (const auto& [conversation, count] : counts) conversation->messages.reserve(count);
   if (!schema.HasTable("message")) return;
   const std::string query = "select message.ROWID, " +
                             schema.SelectList("message", {"text", "attributedBody", "handle_id", "date",
@@ -170,10 +175,10 @@ std::vector<Sms::Conversation> ReadMessageDatabase(Database& database) {
   for (auto& [id, conversation] : conversations) {
     // Text messages and iMessages of one party count their dates from
     // different epochs, so their order is settled here.
-    std::stable_sort(conversation.messages.begin(), conversation.messages.end(),
-                     [](const Sms::Message& a, const Sms::Message& b) {
-                       return a.instant.value_or(INT64_MIN) < b.instant.value_or(INT64_MIN);
-                     });
+    conversation.messages = StableSortedByMoving(std::move(conversation.messages),
+                                                 [](const Sms::Message& a, const Sms::Message& b) {
+                                                   return a.instant.value_or(INT64_MIN) < b.instant.value_or(INT64_MIN);
+                                                 });
     if (conversation.participants.empty() && !conversation.group && !id.empty()) AddParticipant(conversation, id);
     // Kept for every later request: the growth's spare room would be kept too.
     conversation.messages.shrink_to_fit();
