@@ -5,7 +5,7 @@ template <class Visitor>
 void MediaLocator::ForEachContaining(const std::string& needle, Visitor visit) const {
   const Catalog& records = Records();
   if (!records.paths) return;  // no index reader: nothing to search
-  records.paths->ForEachContaining(needle, [&](size_t position) { return visit(StoredPath(records, position)); });
+  records.paths->ForEachContaining(needle, [&](size_t position) { return visit(records.file(position)); });
 }
 
 #endif

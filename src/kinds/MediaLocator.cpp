@@ -7,18 +7,18 @@
 
 MediaLocator::MediaLocator(const BackupDevice* device) : device_(device) {}
 
-std::optional<std::string> MediaLocator::FindExact(const std::string& relativePath) const {
+std::optional<ReadableFile> MediaLocator::FindExact(const std::string& relativePath) const {
   if (device_->backupType == 1) {
     auto* reader = static_cast<ManifestDb*>(device_->indexReader);
     VqCheckAlive(reader);
     if (const auto* hit = reader->GetQueryPathKeyMap()->Find(relativePath)) {
-      return ReadablePath(device_, ManifestDbStoredPath(device_->backupPath, hit->fileID()));
+      return ReadableFileOf(device_, ManifestDbStoredPath(device_->backupPath, hit->fileID()), hit->stored());
     }
   } else if (device_->backupType == 0) {
     auto* reader = static_cast<Mbdb*>(device_->indexReader);
     VqCheckAlive(reader);
     if (const auto* hit = reader->GetQueryPathKeyMap()->Find(relativePath)) {
-      return ReadablePath(device_, reader->GetBackupPath() + hit->storedName());
+      return ReadableFileOf(device_, reader->GetBackupPath() + hit->storedName(), hit->stored());
     }
   }
   return std::nullopt;
@@ -26,30 +26,28 @@ std::optional<std::string> MediaLocator::FindExact(const std::string& relativePa
 
 const MediaLocator::Catalog& MediaLocator::Records() const {
   if (records_) return *records_;
-  std::string folder;
-  std::function<std::string(size_t)> storedName;
+  std::function<ReadableFile(size_t)> file;
   const PathIndex* paths = nullptr;
+  const BackupDevice* device = device_;
   if (device_->backupType == 1) {
     auto* reader = static_cast<ManifestDb*>(device_->indexReader);
     VqCheckAlive(reader);
-    folder = device_->backupPath;
-    for (const ManifestDb::DBFileRecord* file : *reader->GetContentList()) VqCheckAlive(file);
-    storedName = [reader](size_t position) { return (*reader->GetContentList())[position]->fileID(); };
+    for (const ManifestDb::DBFileRecord* record : *reader->GetContentList()) VqCheckAlive(record);
+    file = [device, reader](size_t position) {
+      const ManifestDb::DBFileRecord& record = *(*reader->GetContentList())[position];
+      return ReadableFileOf(device, ManifestDbStoredPath(device->backupPath, record.fileID()), record.stored());
+    };
     paths = &reader->GetPathIndex();
   } else if (device_->backupType == 0) {
     auto* reader = static_cast<Mbdb*>(device_->indexReader);
     VqCheckAlive(reader);
-    folder = reader->GetBackupPath();
-    for (const Mbdb::MBFileRecord* file : *reader->GetContentList()) VqCheckAlive(file);
-    storedName = [reader](size_t position) { return (*reader->GetContentList())[position]->storedName(); };
+    for (const Mbdb::MBFileRecord* record : *reader->GetContentList()) VqCheckAlive(record);
+    file = [device, reader](size_t position) {
+      const Mbdb::MBFileRecord& record = *(*reader->GetContentList())[position];
+      return ReadableFileOf(device, reader->GetBackupPath() + record.storedName(), record.stored());
+    };
     paths = &reader->GetPathIndex();
   }
-  records_ = std::make_unique<const Catalog>(
-      Catalog{device_->backupType == 1, std::move(folder), std::move(storedName), paths});
+  records_ = std::make_unique<const Catalog>(Catalog{std::move(file), paths});
   return *records_;
-}
-
-std::string MediaLocator::StoredPath(const Catalog& records, size_t position) const {
-  const std::string name = records.storedName(position);
-  return ReadablePath(device_, records.manifestDb ? ManifestDbStoredPath(records.folder, name) : records.folder + name);
 }

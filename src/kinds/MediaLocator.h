@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "index/PathIndex.h"
+#include "kinds/ReadableFile.h"
 #include "libYH.h"
 
 // Finds the stored files of device files named by media records (photos,
@@ -20,10 +21,10 @@ class MediaLocator {
 
   // The stored file whose device path equals `relativePath` exactly (the
   // index's path map, where a later file of the same path wins).
-  std::optional<std::string> FindExact(const std::string& relativePath) const;
+  std::optional<ReadableFile> FindExact(const std::string& relativePath) const;
 
-  // Visits, in index order, the stored file of every index record whose
-  // device path contains `needle`; stops when `visit` returns false.
+  // Visits, in index order, the stored file (a ReadableFile) of every index
+  // record whose device path contains `needle`; stops when `visit` returns false.
   template <class Visitor>
   void ForEachContaining(const std::string& needle, Visitor visit) const;
 
@@ -32,15 +33,11 @@ class MediaLocator {
   // device paths. Made on the first search: a media kind asks for
   // thousands, and testing every record for each would be quadratic.
   struct Catalog {
-    bool manifestDb;
-    std::string folder;                           // where the stored files lie
-    std::function<std::string(size_t)> storedName;  // fileID or hashed name, by position
+    std::function<ReadableFile(size_t)> file;  // by position
     const PathIndex* paths;  // the reader's; NULL without a reader
   };
 
   const Catalog& Records() const;
-  // Where the record at `position` is read (see ReadablePath).
-  std::string StoredPath(const Catalog& records, size_t position) const;
 
   const BackupDevice* device_;
   mutable std::unique_ptr<const Catalog> records_;

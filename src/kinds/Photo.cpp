@@ -36,9 +36,9 @@ int PhotoDbCallback(void* records, int columns, char** values, char** /*names*/)
 // file met on the way is appended to the asset's path, empty ones too, so
 // that an empty copy leaves its trace before the one that counts.
 bool LocateFirstNonEmpty(const MediaLocator& locator, const std::string& needle, GenericAsset& asset) {
-  locator.ForEachContaining(needle, [&asset](const std::string& stored) {
-    asset.path += stored;
-    asset.size = VQGetFileSize(stored.c_str());
+  locator.ForEachContaining(needle, [&asset](const ReadableFile& stored) {
+    asset.path += stored.path;
+    asset.size = VQGetFileSize(stored.path.c_str());
     return asset.size == 0;
   });
   return asset.size != 0;
@@ -64,10 +64,10 @@ bool Photo::Locate(const MediaLocator& locator, int backupType, GenericAsset& as
     // Camera pictures sit below "Media/" in the index; only that exact path
     // counts, and the picture is kept even when its file is empty.
     asset.queryPath.insert(0, "Media/");
-    const std::optional<std::string> stored = locator.FindExact(asset.queryPath);
+    const std::optional<ReadableFile> stored = locator.FindExact(asset.queryPath);
     if (!stored) return false;
-    asset.path += *stored;
-    asset.size = VQGetFileSize(stored->c_str());
+    asset.path += stored->path;
+    asset.size = VQGetFileSize(stored->path.c_str());
     return true;
   }
   return LocateFirstNonEmpty(locator, asset.queryPath, asset);

@@ -1,5 +1,6 @@
 #include "kinds/ReadableFile.h"
 
+#include "common/FileHelpers.h"
 #include "crypto/EncryptedBackup.h"
 #include "index/IndexReader.h"
 #include "index/Mbdb.h"
@@ -29,4 +30,13 @@ std::string ReadablePath(const BackupDevice* device, const std::string& storedPa
   if (storedPath.compare(0, folder.size(), folder) != 0) return std::string();
   const std::string stored = storedPath.substr(folder.size());
   return encrypted->StoredFileCopy(stored, KeyOf(device, *encrypted, stored));
+}
+
+ReadableFile ReadableFileOf(const BackupDevice* device, const std::string& storedPath, const Folder::Entry& stored) {
+  ReadableFile file{ReadablePath(device, storedPath), stored.size, stored.regular};
+  if (file.path != storedPath) {
+    file.size = file.path.empty() ? 0 : VQGetFileSize(file.path.c_str());
+    file.regular = !file.path.empty() && VQIsRegularFile(file.path.c_str()) != 0;
+  }
+  return file;
 }

@@ -1,7 +1,10 @@
 #ifndef YH_KINDS_READABLEFILE_H
 #define YH_KINDS_READABLEFILE_H
 
+#include <cstdint>
 #include <string>
+
+#include "common/Folder.h"
 
 #include "libYH.h"
 
@@ -13,5 +16,17 @@
 // that a kind opens or names in an answer passes through here, so no kind
 // knows whether the backup was encrypted.
 std::string ReadablePath(const BackupDevice* device, const std::string& storedPath);
+
+// A stored file where a kind reads it, with what stat() finds there: for a
+// plain backup what the index's existence test found (`stored`), so that
+// thirty thousand pictures cost no second look each; for a decrypted copy a
+// look at the copy, whose size is not the stored file's. Design decision: a
+// file changed after the analysis keeps the size it had then.
+struct ReadableFile {
+  std::string path;  // "" when the bytes cannot be read
+  uint64_t size = 0;
+  bool regular = false;  // a plain file, not a folder
+};
+ReadableFile ReadableFileOf(const BackupDevice* device, const std::string& storedPath, const Folder::Entry& stored);
 
 #endif

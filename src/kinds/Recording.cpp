@@ -36,9 +36,9 @@ int RecordingDbCallback(void* records, int /*columns*/, char** values, char** /*
   return 0;
 }
 
-std::optional<std::string> FirstContaining(const MediaLocator& locator, const std::string& needle) {
-  std::optional<std::string> first;
-  locator.ForEachContaining(needle, [&first](const std::string& stored) {
+std::optional<ReadableFile> FirstContaining(const MediaLocator& locator, const std::string& needle) {
+  std::optional<ReadableFile> first;
+  locator.ForEachContaining(needle, [&first](const ReadableFile& stored) {
     first = stored;
     return false;
   });
@@ -54,7 +54,7 @@ void Recording::AddRecordingList(const char* path) {
 }
 
 bool Recording::Locate(const MediaLocator& locator, int backupType, VoiceMemos& memo) {
-  std::optional<std::string> stored;
+  std::optional<ReadableFile> stored;
   if (backupType == 1) {
     if (memo.devicePath.size() < kHomePrefixLength) return false;
     stored = locator.FindExact(memo.devicePath.substr(kHomePrefixLength));
@@ -64,8 +64,8 @@ bool Recording::Locate(const MediaLocator& locator, int backupType, VoiceMemos& 
     stored = FirstContaining(locator, memo.name);
   }
   if (!stored) return false;
-  memo.path += *stored;
-  memo.size = VQGetFileSize(stored->c_str());
+  memo.path += stored->path;
+  memo.size = VQGetFileSize(stored->path.c_str());
   return memo.size != 0;
 }
 

@@ -61,10 +61,10 @@ void SmsAttachment::LocateFiles(const BackupDevice* device) {
   KeepRecordsIf([&](AttachmentAsset& asset) {
     VqCheckAlive(&asset);
     if (dropMissing && asset.queryPath.size() < kShortestQueryPath) return false;
-    const std::optional<std::string> stored = locator.FindExact(asset.queryPath);
+    const std::optional<ReadableFile> stored = locator.FindExact(asset.queryPath);
     if (!stored) return !dropMissing;
-    asset.path = *stored;
-    asset.size = VQGetFileSize(stored->c_str());
+    asset.path = stored->path;
+    asset.size = VQGetFileSize(stored->path.c_str());
     return true;
   });
 }

@@ -1,6 +1,5 @@
 #include "kinds/StoredFiles.h"
 
-#include "common/FileHelpers.h"
 #include "index/ManifestDb.h"
 #include "index/Mbdb.h"
 #include "kinds/ReadableFile.h"
@@ -8,17 +7,11 @@
 
 namespace {
 
-// A record's file as the kinds see it. A decrypted copy is looked at anew:
-// its size is not the stored file's.
+// A record's file as the kinds see it.
 StoredFile StoredFileOf(const BackupDevice* device, std::string_view domain, std::string_view relativePath,
                         const std::string& storedPath, const Folder::Entry& stored) {
-  StoredFile file{std::string(domain), std::string(relativePath), ReadablePath(device, storedPath), stored.size,
-                  stored.regular};
-  if (file.path != storedPath) {
-    file.size = file.path.empty() ? 0 : VQGetFileSize(file.path.c_str());
-    file.regular = !file.path.empty() && VQIsRegularFile(file.path.c_str()) != 0;
-  }
-  return file;
+  ReadableFile readable = ReadableFileOf(device, storedPath, stored);
+  return {std::string(domain), std::string(relativePath), std::move(readable.path), readable.size, readable.regular};
 }
 
 // The two readers seen alike: their records' domain and relative path, and

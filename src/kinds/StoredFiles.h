@@ -14,13 +14,10 @@
 struct StoredFile {
   std::string domain;
   std::string relativePath;
-  std::string path;  // where its bytes lie in the backup ("" when they cannot be read)
-  // Design decision: what stat() found of the bytes when the index was read
-  // (of the decrypted copy, for an encrypted backup), so that thirty
-  // thousand pictures cost no second look each. A file removed from the
-  // backup after its analysis keeps its size here.
+  // Where its bytes are read, and what stat() finds there (see ReadableFileOf).
+  std::string path;
   uint64_t size = 0;
-  bool regular = false;  // a plain file, not a folder
+  bool regular = false;
 };
 
 // Every file of the index that `matches`, in index order; none before analysis.

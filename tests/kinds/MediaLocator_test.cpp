@@ -36,11 +36,22 @@ void ScanContaining(const BackupDevice* device, const std::string& needle, Visit
   }
 }
 
+// What the scan sees of a stored file, and what the locator gives: its
+// size as the index's look at it found it, which must be what stat() finds.
+const std::string& PathOf(const std::string& stored) { return stored; }
+const std::string& PathOf(const ReadableFile& stored) { return stored.path; }
+uint64_t SizeOf(const std::string& stored) { return VQGetFileSize(stored.c_str()); }
+uint64_t SizeOf(const ReadableFile& stored) {
+  EXPECT_EQ(stored.size, VQGetFileSize(stored.path.c_str())) << stored.path;
+  return stored.size;
+}
+
 // Stored files visited until the `stopAfter`-th (0: all of them).
 std::vector<std::string> Located(const MediaLocator& locator, const std::string& needle, size_t stopAfter) {
   std::vector<std::string> visited;
-  locator.ForEachContaining(needle, [&](const std::string& stored) {
-    visited.push_back(stored);
+  locator.ForEachContaining(needle, [&](const ReadableFile& stored) {
+    SizeOf(stored);
+    visited.push_back(stored.path);
     return visited.size() != stopAfter;
   });
   return visited;
@@ -60,9 +71,9 @@ template <class Search>
 std::pair<std::string, uint64_t> FirstNonEmpty(Search search) {
   std::string path;
   uint64_t size = 0;
-  search([&](const std::string& stored) {
-    path += stored;
-    size = VQGetFileSize(stored.c_str());
+  search([&](const auto& stored) {
+    path += PathOf(stored);
+    size = SizeOf(stored);
     return size == 0;
   });
   return {path, size};
@@ -161,9 +172,12 @@ TEST_P(MediaLocatorTest, FindExactTakesTheLaterFileOfTheSamePath) {
   ASSERT_TRUE(device.IndexRead());
   const MediaLocator locator(device.Get());
 
-  EXPECT_EQ(locator.FindExact("Media/Recordings/1.m4a"),
-            folder + builder.StoredPath("HomeDomain", "Media/Recordings/1.m4a"));
-  EXPECT_EQ(locator.FindExact("Recordings/1.m4a"), std::nullopt);
+  const std::optional<ReadableFile> found = locator.FindExact("Media/Recordings/1.m4a");
+  ASSERT_TRUE(found.has_value());
+  EXPECT_EQ(found->path, folder + builder.StoredPath("HomeDomain", "Media/Recordings/1.m4a"));
+  EXPECT_EQ(found->size, 1u);
+  EXPECT_TRUE(found->regular);
+  EXPECT_FALSE(locator.FindExact("Recordings/1.m4a").has_value());
 }
 
 TEST(MediaLocator, AnUnknownBackupTypeFindsNothing) {
@@ -174,7 +188,7 @@ TEST(MediaLocator, AnUnknownBackupTypeFindsNothing) {
   device.Get()->backupType = 2;
   const MediaLocator locator(device.Get());
   EXPECT_EQ(Located(locator, "", 0), std::vector<std::string>{});
-  EXPECT_EQ(locator.FindExact("Media/Recordings/1.m4a"), std::nullopt);
+  EXPECT_FALSE(locator.FindExact("Media/Recordings/1.m4a").has_value());
 }
 
 INSTANTIATE_TEST_SUITE_P(BothIndexKinds, MediaLocatorTest, ::testing::Values(IndexKind::Mbdb, IndexKind::ManifestDb),

@@ -4,7 +4,6 @@
 #include <cctype>
 
 #include "common/ColumnHelpers.h"
-#include "common/FileHelpers.h"
 #include "common/LocalDate.h"
 #include "common/PlistHelpers.h"
 #include "common/SchemaInfo.h"
@@ -67,10 +66,10 @@ void SmsAttachment::Read(const BackupDevice* device) {
   }
   const MediaLocator locator(device);
   for (Attachment& attachment : attachments_) {
-    const std::optional<std::string> stored = locator.FindExact(attachment.queryPath);
+    const std::optional<ReadableFile> stored = locator.FindExact(attachment.queryPath);
     if (!stored) continue;
-    attachment.path = *stored;
-    attachment.size = VQGetFileSize(stored->c_str());
+    attachment.path = stored->path;
+    attachment.size = stored->size;
     attachment.present = true;
   }
 }
