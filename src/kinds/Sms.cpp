@@ -1,6 +1,8 @@
 #include "kinds/Sms.h"
 
 #include <cctype>
+#include <string_view>
+#include <unordered_map>
 #include <utility>
 
 #include "common/ColumnHelpers.h"
@@ -36,19 +38,32 @@ std::string CleanPhone(const char* address) {
   return phone;
 }
 
+// The chats of one database as its rows arrive, with an index by
+// identifier: rows of every chat come interleaved by date, and finding a
+// chat again should cost no text of its own.
+struct ChatRows {
+  Sms::ChatMap& chats;
+  std::unordered_map<std::string_view, Chat*> byId;  // views of the chats' own ids
+};
+
 // The chat kept under `key`, created (with no phone yet) on its first row.
 Chat& ChatFor(void* context, const char* key) {
-  std::unique_ptr<Chat>& chat = (*static_cast<Sms::ChatMap*>(context))[GetEmptyStringIsNull(key)];
+  ChatRows& rows = *static_cast<ChatRows*>(context);
+  const std::string_view id = key ? key : "";
+  const auto known = rows.byId.find(id);
+  if (known != rows.byId.end()) return *known->second;
+  std::unique_ptr<Chat>& chat = rows.chats[std::string(id)];
   if (!chat) {
     chat.reset(new Chat);
-    chat->id = GetEmptyStringIsNull(key);
+    chat->id = std::string(id);
   }
+  rows.byId.emplace(chat->id, chat.get());
   return *chat;
 }
 
 // Columns: chat identifier, country, service, text, date, is-from-me.
-int MessageCallback(void* chats, int /*columns*/, char** values, char** /*names*/) {
-  Chat& chat = ChatFor(chats, values[0]);
+int MessageCallback(void* rows, int /*columns*/, char** values, char** /*names*/) {
+  Chat& chat = ChatFor(rows, values[0]);
   // The chat identifier is the other party's address.
   if (chat.phone.empty()) chat.phone = CleanPhone(values[0]);
   Chat::Message message;
@@ -62,8 +77,8 @@ int MessageCallback(void* chats, int /*columns*/, char** values, char** /*names*
 }
 
 // Columns: madrid_chat row id, country, service, handle, text, date, flags.
-int MessageMadridCallback(void* chats, int /*columns*/, char** values, char** /*names*/) {
-  Chat& chat = ChatFor(chats, values[0]);
+int MessageMadridCallback(void* rows, int /*columns*/, char** values, char** /*names*/) {
+  Chat& chat = ChatFor(rows, values[0]);
   // The first message's handle names the other party.
   if (chat.phone.empty()) chat.phone = CleanPhone(values[3]);
   Chat::Message message;
@@ -95,7 +110,8 @@ int Sms::AddSmsList(void* device, ChatMap& chats, const std::string& path, plist
   if (!db.IsOpen()) return -1;
   // The older query runs only when the current one fails (no chat or handle
   // table), not when it finds nothing; rows a failing query delivered stay.
-  if (!db.Exec(kMessageQuery, MessageCallback, &chats)) db.Exec(kMadridMessageQuery, MessageMadridCallback, &chats);
+  ChatRows rows{chats, {}};
+  if (!db.Exec(kMessageQuery, MessageCallback, &rows)) db.Exec(kMadridMessageQuery, MessageMadridCallback, &rows);
   for (auto& entry : chats) {
     Chat& chat = *entry.second;
     VqCheckAlive(&chat);
