@@ -6,19 +6,22 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <string>
 #include <vector>
 
+#include "BackupFolder.h"
 #include "Floor.h"
 #include "Isolated.h"
 #include "Library.h"
+#include "Rounds.h"
 
 namespace {
 
 using bench::FloorTimes;
 using bench::kContentTypes;
 using bench::LibraryTimes;
+using bench::MedianOf;
+using bench::Verdict;
 
 const char* const kTypeNames[kContentTypes] = {"call history", "contacts",        "messages",      "attachments",
                                                "notes",        "Safari",          "events",        "reminders",
@@ -31,27 +34,6 @@ const double kMaxCurrentRatio = 1.2;  // the current service against the describ
 const double kMaxLaterRequestMs = 200;
 const double kMaxPeakMb = 400;
 
-std::string BackupIn(const std::string& folder) {
-  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-    if (std::filesystem::exists(entry.path() / "Manifest.mbdb") ||
-        std::filesystem::exists(entry.path() / "Manifest.db")) {
-      return entry.path().string() + "/";
-    }
-  }
-  return std::string();
-}
-
-// The median over the rounds of one figure.
-template <class Round, class Figure>
-double MedianOf(const std::vector<Round>& rounds, Figure figure) {
-  std::vector<double> values;
-  for (const Round& round : rounds) values.push_back(figure(round));
-  std::sort(values.begin(), values.end());
-  return values[values.size() / 2];
-}
-
-const char* Verdict(bool met) { return met ? "met" : "NOT MET"; }
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -61,7 +43,7 @@ int main(int argc, char** argv) {
   }
   const std::string folder = argv[1];
   const int roundCount = argc == 3 ? std::max(1, std::atoi(argv[2])) : 3;
-  const std::string backup = BackupIn(folder);
+  const std::string backup = bench::BackupIn(folder);
   if (backup.empty()) {
     std::fprintf(stderr, "no backup in %s\n", folder.c_str());
     return 1;
