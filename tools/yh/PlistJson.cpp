@@ -83,6 +83,12 @@ Json ToJson(plist_t node) {
 std::string JsonText(const Json& json) { return json.dump(2, ' ', false, Json::error_handler_t::replace); }
 
 std::string CellText(plist_t node) {
+  // Texts are most cells: taken as they are, with no JSON value between.
+  if (node && plist_get_node_type(node) == PLIST_STRING) {
+    uint64_t length = 0;
+    const char* text = plist_get_string_ptr(node, &length);
+    return text ? std::string(text, length) : std::string();
+  }
   const Json json = ToJson(node);
   if (json.is_string()) return json.get<std::string>();
   return json.dump(-1, ' ', false, Json::error_handler_t::replace);

@@ -1,5 +1,7 @@
 #include "Render.h"
 
+#include <utility>
+
 #include "Csv.h"
 #include "Flatten.h"
 #include "JsonWriter.h"
@@ -10,11 +12,11 @@ namespace yh {
 namespace {
 
 void WriteRows(std::ostream& out, Format format, const Answer& answer) {
-  const Rows rows = Flatten(answer.tree.get(), answer.kind->columns);
+  Rows rows = Flatten(answer.tree.get(), answer.kind->columns);
   if (format == Format::Csv) {
     WriteCsv(out, rows);
   } else {
-    WriteTable(out, rows);
+    WriteTable(out, std::move(rows));
   }
 }
 
