@@ -13,10 +13,12 @@
 #include <string>
 #include <vector>
 
+#include "BackupFolder.h"
 #include "Floor.h"
 #include "Isolated.h"
 #include "Library.h"
 #include "RecordedQueries.h"
+#include "Rounds.h"
 #include "Stopwatch.h"
 
 namespace {
@@ -25,6 +27,9 @@ using bench::FloorTimes;
 using bench::kContentTypes;
 using bench::LibraryTimes;
 using bench::Service;
+using bench::Spread;
+using bench::SpreadOf;
+using bench::Verdict;
 
 const char* const kTypeNames[kContentTypes] = {"call history", "contacts",        "messages",      "attachments",
                                                "notes",        "Safari",          "events",        "reminders",
@@ -36,39 +41,14 @@ const double kMaxRatio = 1.15;
 const double kMaxAnalysisRatio = 1.3;  // AnalyzeBackup against listing the index
 const double kMaxPeakMb = 200;
 
-std::string BackupIn(const std::string& folder) {
-  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-    if (std::filesystem::exists(entry.path() / "Manifest.mbdb") ||
-        std::filesystem::exists(entry.path() / "Manifest.db")) {
-      return entry.path().string() + "/";
-    }
-  }
-  return std::string();
-}
-
-// One figure over the rounds.
-struct Spread {
-  double median;
-  double low;
-  double high;
-};
-
-template <class Round, class Figure>
-Spread SpreadOf(const std::vector<Round>& rounds, Figure figure) {
-  std::vector<double> values;
-  for (const Round& round : rounds) values.push_back(figure(round));
-  std::sort(values.begin(), values.end());
-  return {values[values.size() / 2], values.front(), values.back()};
-}
-
 void PrintFigure(const char* label, const Spread& spread, const char* unit = "") {
-  std::printf("%-40s %9.1f%s  (%.1f to %.1f)\n", label, spread.median, unit, spread.low, spread.high);
+  std::printf("%-40s %9.1f%s  (%.1f to %.1f)\n", label, spread.median, unit, spread.least, spread.most);
 }
 
 void PrintRatio(const char* label, const Spread& spread, double target, bool below = false) {
   const bool met = below ? spread.median < target : spread.median <= target;
-  std::printf("%-40s %9.2f  (%.2f to %.2f; target %s %.2f: %s)\n", label, spread.median, spread.low, spread.high,
-              below ? "<" : "<=", target, met ? "met" : "NOT MET");
+  std::printf("%-40s %9.2f  (%.2f to %.2f; target %s %.2f: %s)\n", label, spread.median, spread.least, spread.most,
+              below ? "<" : "<=", target, Verdict(met));
 }
 
 // What one round measured of one service.
@@ -97,9 +77,9 @@ void PrintService(const char* name, const std::vector<ServiceRound>& rounds) {
   PrintRatio("ratio to floor as requested + trees", SpreadOf(rounds, [](auto& r) { return r.Ratio(); }), kMaxRatio);
   PrintRatio("AnalyzeBackup / index listing", SpreadOf(rounds, [](auto& r) { return r.timed.analysis / r.listing; }),
              kMaxAnalysisRatio);
-  const double peak = SpreadOf(rounds, [](auto& r) { return r.peakMb; }).high;
+  const double peak = SpreadOf(rounds, [](auto& r) { return r.peakMb; }).most;
   std::printf("%-40s %9.1f  (largest of the rounds; target <= %.0f MB: %s)\n", "peak resident memory, MB", peak,
-              kMaxPeakMb, peak <= kMaxPeakMb ? "met" : "NOT MET");
+              kMaxPeakMb, Verdict(peak <= kMaxPeakMb));
 }
 
 }  // namespace
@@ -111,7 +91,7 @@ int main(int argc, char** argv) {
   }
   const std::string folder = argv[1];
   const int roundCount = argc == 3 ? std::max(1, std::atoi(argv[2])) : 5;
-  const std::string backup = BackupIn(folder);
+  const std::string backup = bench::BackupIn(folder);
   if (backup.empty()) {
     std::fprintf(stderr, "no backup in %s\n", folder.c_str());
     return 1;

@@ -1,5 +1,7 @@
 #include "ExportTable.h"
 
+#include <utility>
+
 #include "TextTable.h"
 
 namespace yh {
@@ -21,7 +23,7 @@ void WriteExportTable(std::ostream& out, const std::vector<KindExport>& results)
   }
   rows.cells.push_back({"total", std::to_string(total.records), std::to_string(total.files),
                         std::to_string(total.bytes), std::to_string(total.skipped)});
-  WriteTable(out, rows);
+  WriteTable(out, std::move(rows));
 }
 
 }  // namespace yh

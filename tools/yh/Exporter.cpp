@@ -2,10 +2,9 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <sstream>
 
 #include "Failure.h"
-#include "FileIo.h"
+#include "FileStream.h"
 #include "TerminalText.h"
 
 namespace yh {
@@ -42,10 +41,10 @@ KindExport Exporter::Export(const Kind& kind) {
 }
 
 void Exporter::WriteAnswerFile(const std::string& name, Format format, const Answer& answer) {
-  std::ostringstream text;
-  WriteAnswer(text, format, answer);
   const OutputFolder::NewFile file = out_.Create(name);
-  WriteAll(file.fd.Get(), text.str(), out_.Path() + "/" + file.name);
+  FileStream stream(file.fd.Get(), out_.Path() + "/" + file.name);
+  WriteAnswer(stream, format, answer);
+  stream.Finish();
 }
 
 }  // namespace yh

@@ -50,7 +50,7 @@ uint64_t CopyBytes(int from, int to, uint64_t limit, const std::string& what) {
 
 }  // namespace
 
-void WriteAll(int fd, const std::string& bytes, const std::string& what) {
+void WriteAll(int fd, std::string_view bytes, const std::string& what) {
   WriteBytes(fd, bytes.data(), bytes.size(), what);
 }
 

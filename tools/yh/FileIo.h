@@ -3,11 +3,12 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace yh {
 
 // Writes every byte; throws Failure naming `what` when writing fails.
-void WriteAll(int fd, const std::string& bytes, const std::string& what);
+void WriteAll(int fd, std::string_view bytes, const std::string& what);
 
 // Copies the whole regular file `from` into the empty file `to`, leaving its
 // holes unwritten, and returns its size; throws Failure naming `what` when

@@ -1,6 +1,7 @@
 #include "Flatten.h"
 
 #include <cstdlib>
+#include <iterator>
 #include <map>
 #include <utility>
 
@@ -68,12 +69,12 @@ class RowsBuilder {
     for (const std::string& column : known) Column(column);
   }
 
-  void Add(const Cells& cells) {
+  void Add(Cells cells) {
     std::vector<std::string> row(rows_.columns.size());
-    for (const auto& [column, text] : cells) {
+    for (auto& [column, text] : cells) {
       const size_t at = Column(column);
       if (at >= row.size()) row.resize(at + 1);
-      row[at] = text;
+      row[at] = std::move(text);
     }
     rows_.cells.push_back(std::move(row));
   }
@@ -110,13 +111,13 @@ void AddRecord(RowsBuilder& rows, plist_t record) {
     for (Cells& leaf : Leaves(key, value)) leaves.push_back(std::move(leaf));
   });
   if (leaves.empty()) {
-    rows.Add(fields);
+    rows.Add(std::move(fields));
     return;
   }
-  for (const Cells& leaf : leaves) {
+  for (Cells& leaf : leaves) {
     Cells row = fields;
-    row.insert(row.end(), leaf.begin(), leaf.end());
-    rows.Add(row);
+    row.insert(row.end(), std::make_move_iterator(leaf.begin()), std::make_move_iterator(leaf.end()));
+    rows.Add(std::move(row));
   }
 }
 

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "BackupFinder.h"
 #include "Commands.h"
 #include "DeviceJson.h"
@@ -32,7 +34,7 @@ int RunList(const ListOptions& options, std::ostream& out) {
   }
   Rows rows{{"folder", "device", "product", "version", "serial", "last backup", "encrypted", "index"}, {}};
   for (const BackupDevice* device : list.Devices()) rows.cells.push_back(DeviceRow(*device));
-  WriteTable(out, rows);
+  WriteTable(out, std::move(rows));
   return 0;
 }
 

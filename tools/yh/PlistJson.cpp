@@ -1,46 +1,17 @@
 #include "PlistJson.h"
 
 #include <cstdlib>
-#include <ctime>
 #include <memory>
+
+#include "PlistTexts.h"
 
 namespace yh {
 namespace {
-
-// libplist counts dates from 2001-01-01 00:00:00 UTC.
-constexpr time_t kSeconds1970To2001 = 978307200;
 
 struct FreeText {
   void operator()(char* text) const { std::free(text); }
 };
 using OwnedText = std::unique_ptr<char, FreeText>;
-
-std::string Base64(const char* bytes, uint64_t length) {
-  static const char kDigits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-  std::string text;
-  for (uint64_t i = 0; i < length; i += 3) {
-    uint32_t group = static_cast<unsigned char>(bytes[i]) << 16;
-    if (i + 1 < length) group |= static_cast<unsigned char>(bytes[i + 1]) << 8;
-    if (i + 2 < length) group |= static_cast<unsigned char>(bytes[i + 2]);
-    text += kDigits[(group >> 18) & 63];
-    text += kDigits[(group >> 12) & 63];
-    text += i + 1 < length ? kDigits[(group >> 6) & 63] : '=';
-    text += i + 2 < length ? kDigits[group & 63] : '=';
-  }
-  return text;
-}
-
-std::string IsoDate(plist_t node) {
-  int32_t seconds = 0;
-  int32_t microseconds = 0;
-  plist_get_date_val(node, &seconds, &microseconds);
-  const time_t unixSeconds = kSeconds1970To2001 + seconds;
-  std::tm utc{};
-  gmtime_r(&unixSeconds, &utc);
-  char text[32];
-  std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &utc);
-  return text;
-}
 
 Json Dictionary(plist_t node) {
   Json object = Json::object();
@@ -101,14 +72,9 @@ Json ToJson(plist_t node) {
       return value != 0;
     }
     case PLIST_DATE:
-      return IsoDate(node);
-    case PLIST_DATA: {
-      char* raw = nullptr;
-      uint64_t length = 0;
-      plist_get_data_val(node, &raw, &length);
-      OwnedText bytes(raw);
-      return Base64(bytes.get(), length);
-    }
+      return DateText(node);
+    case PLIST_DATA:
+      return DataText(node);
     default:
       return nullptr;
   }
@@ -117,6 +83,12 @@ Json ToJson(plist_t node) {
 std::string JsonText(const Json& json) { return json.dump(2, ' ', false, Json::error_handler_t::replace); }
 
 std::string CellText(plist_t node) {
+  // Texts are most cells: taken as they are, with no JSON value between.
+  if (node && plist_get_node_type(node) == PLIST_STRING) {
+    uint64_t length = 0;
+    const char* text = plist_get_string_ptr(node, &length);
+    return text ? std::string(text, length) : std::string();
+  }
   const Json json = ToJson(node);
   if (json.is_string()) return json.get<std::string>();
   return json.dump(-1, ' ', false, Json::error_handler_t::replace);

@@ -2,6 +2,7 @@
 #define YH_TOOL_RENDER_H
 
 #include <cstddef>
+#include <functional>
 #include <ostream>
 #include <vector>
 
@@ -26,9 +27,14 @@ size_t RecordCount(plist_t answer);
 // a table.
 void WriteAnswer(std::ostream& out, Format format, const Answer& answer);
 
+// Asks for a kind's answer.
+using AnswerOf = std::function<Plist(const Kind&)>;
+
 // Several kinds: JSON and XML as one dictionary keyed by kind name; CSV and
 // tables as one section per kind, each after a line with the kind's name.
-void WriteAnswers(std::ostream& out, Format format, const std::vector<Answer>& answers);
+// Each kind is asked for, written and freed before the next is asked for, so
+// that only one answer is held at a time.
+void WriteAnswers(std::ostream& out, Format format, const std::vector<const Kind*>& kinds, const AnswerOf& answerOf);
 
 }  // namespace yh
 

@@ -7,12 +7,11 @@ int RunShow(const ShowOptions& options, std::ostream& out) {
   const Library library(options.classic);
   const FoundBackup backup = FindBackup(library, options.backup, options.root, options.passwordFile);
   const std::vector<const Kind*> kinds = SelectKinds({options.kind});
-  std::vector<Answer> answers;
-  for (const Kind* kind : kinds) answers.push_back({kind, library.Content(*backup.device, kind->contentType)});
+  const AnswerOf answerOf = [&](const Kind& kind) { return library.Content(*backup.device, kind.contentType); };
   if (options.kind == kAllKinds) {
-    WriteAnswers(out, options.format, answers);
+    WriteAnswers(out, options.format, kinds, answerOf);
   } else {
-    WriteAnswer(out, options.format, answers.front());
+    WriteAnswer(out, options.format, {kinds.front(), answerOf(*kinds.front())});
   }
   return 0;
 }

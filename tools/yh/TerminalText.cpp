@@ -1,7 +1,6 @@
 #include "TerminalText.h"
 
 #include <cstdio>
-#include <vector>
 
 namespace yh {
 namespace {
@@ -9,6 +8,26 @@ namespace {
 bool IsControl(unsigned char c) { return c < 0x20 || c == 0x7F; }
 
 bool IsContinuation(unsigned char c) { return (c & 0xC0) == 0x80; }
+
+// A character starts at the first byte and at each byte that continues none.
+bool StartsCharacter(const std::string& text, size_t at) {
+  return at == 0 || !IsContinuation(static_cast<unsigned char>(text[at]));
+}
+
+size_t CharacterCount(const std::string& text) {
+  size_t count = 0;
+  for (size_t at = 0; at < text.size(); ++at) count += StartsCharacter(text, at) ? 1 : 0;
+  return count;
+}
+
+// Where the character numbered `index` starts; the text's size past the last.
+size_t CharacterStart(const std::string& text, size_t index) {
+  size_t seen = 0;
+  for (size_t at = 0; at < text.size(); ++at) {
+    if (StartsCharacter(text, at) && seen++ == index) return at;
+  }
+  return text.size();
+}
 
 }  // namespace
 
@@ -33,22 +52,17 @@ size_t DisplayWidth(const std::string& text) {
 }
 
 std::string Cell(const std::string& text, size_t width) {
-  std::vector<std::string> characters;
-  for (unsigned char c : text) {
-    if (characters.empty() || !IsContinuation(c)) characters.emplace_back();
-    characters.back() += IsControl(c) ? ' ' : static_cast<char>(c);
+  std::string shown = text;
+  for (char& c : shown) {
+    if (IsControl(static_cast<unsigned char>(c))) c = ' ';
   }
-  const auto join = [&characters](size_t from, size_t to) {
-    std::string joined;
-    for (size_t i = from; i < to; ++i) joined += characters[i];
-    return joined;
-  };
-  if (characters.size() <= width) return join(0, characters.size());
+  const size_t characters = CharacterCount(shown);
+  if (characters <= width) return shown;
   if (width == 0) return "";
   // The middle goes: the ends of a path or an address tell the most.
   const size_t tail = (width - 1) / 2;
   const size_t head = width - 1 - tail;
-  return join(0, head) + "…" + join(characters.size() - tail, characters.size());
+  return shown.substr(0, CharacterStart(shown, head)) + "…" + shown.substr(CharacterStart(shown, characters - tail));
 }
 
 }  // namespace yh

@@ -20,22 +20,21 @@ void WriteLine(std::ostream& out, const std::vector<std::string>& cells, const s
   out << line << '\n';
 }
 
-std::vector<std::string> Cut(const std::vector<std::string>& texts) {
-  std::vector<std::string> cells;
-  for (const std::string& text : texts) cells.push_back(Cell(text, kTableCellWidth));
-  return cells;
-}
-
 }  // namespace
 
-void WriteTable(std::ostream& out, const Rows& rows) {
-  std::vector<std::vector<std::string>> lines{Cut(rows.columns)};
-  for (const auto& row : rows.cells) lines.push_back(Cut(row));
+void WriteTable(std::ostream& out, Rows rows) {
+  // Cut in place: a kind's rows are held once, not twice.
   std::vector<size_t> widths(rows.columns.size(), 0);
-  for (const auto& line : lines) {
-    for (size_t i = 0; i < line.size(); ++i) widths[i] = std::max(widths[i], DisplayWidth(line[i]));
-  }
-  for (const auto& line : lines) WriteLine(out, line, widths);
+  const auto cut = [&widths](std::vector<std::string>& line) {
+    for (size_t i = 0; i < line.size(); ++i) {
+      line[i] = Cell(line[i], kTableCellWidth);
+      widths[i] = std::max(widths[i], DisplayWidth(line[i]));
+    }
+  };
+  cut(rows.columns);
+  for (auto& row : rows.cells) cut(row);
+  WriteLine(out, rows.columns, widths);
+  for (const auto& row : rows.cells) WriteLine(out, row, widths);
 }
 
 }  // namespace yh

@@ -12,8 +12,9 @@ namespace yh {
 constexpr size_t kTableCellWidth = 40;
 
 // Aligned columns for a terminal: the header, then the rows; columns two
-// blanks apart, no blanks at the end of a line.
-void WriteTable(std::ostream& out, const Rows& rows);
+// blanks apart, no blanks at the end of a line. The rows are taken, so that
+// their cells are cut where they lie.
+void WriteTable(std::ostream& out, Rows rows);
 
 }  // namespace yh
 

@@ -1,5 +1,5 @@
-#ifndef YH_BENCH_RUN_STOPWATCH_H
-#define YH_BENCH_RUN_STOPWATCH_H
+#ifndef YH_BENCH_COMMON_STOPWATCH_H
+#define YH_BENCH_COMMON_STOPWATCH_H
 
 #include <chrono>
 

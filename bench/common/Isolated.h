@@ -1,5 +1,5 @@
-#ifndef YH_BENCH_RUN_ISOLATED_H
-#define YH_BENCH_RUN_ISOLATED_H
+#ifndef YH_BENCH_COMMON_ISOLATED_H
+#define YH_BENCH_COMMON_ISOLATED_H
 
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -8,6 +8,16 @@
 #include <type_traits>
 
 namespace bench {
+
+// Waits for a child process; `peakMb` gets its peak resident memory. True
+// when it exited with 0.
+inline bool Reap(pid_t child, double* peakMb) {
+  int status = 0;
+  struct rusage usage {};
+  if (wait4(child, &status, 0, &usage) != child) return false;
+  *peakMb = static_cast<double>(usage.ru_maxrss) / 1024.0;  // kilobytes on Linux
+  return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
 
 // Runs `work(&result)` in a child process, so that each round starts from a
 // fresh heap and its peak resident memory is its own. Returns false when the
@@ -29,11 +39,8 @@ bool RunIsolated(Work work, Result* result, double* peakMb) {
   close(ends[1]);
   const bool received = read(ends[0], result, sizeof *result) == static_cast<ssize_t>(sizeof *result);
   close(ends[0]);
-  int status = 0;
-  struct rusage usage {};
-  wait4(child, &status, 0, &usage);
-  *peakMb = static_cast<double>(usage.ru_maxrss) / 1024.0;  // kilobytes on Linux
-  return received && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+  const bool exited = Reap(child, peakMb);
+  return received && exited;
 }
 
 }  // namespace bench
