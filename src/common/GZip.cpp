@@ -12,10 +12,16 @@ namespace {
 // when the data stops being valid gzip, as the classic gzip readers do.
 const unsigned char kZlibHeader[] = {0x78, 0x01};
 
+// Bytes of input that must be left when the capacity fills for the output to
+// be the stepwise one's: that reading stops as soon as its input is used up,
+// and it may have taken a code's bytes a little earlier than one call does.
+constexpr unsigned int kInputLeft = 8;
+
 // The whole input in one call: inflating does not depend on how the input
-// is cut, so where the stream ends, or fills the capacity, without an error
-// the output is the stepwise one's. Anything else (an error, a stream cut
-// short, whose last bytes the stepwise reading may hold back) is left to it.
+// is cut, so where the stream ends, or fills the capacity well before the
+// input runs out, without an error the output is the stepwise one's.
+// Anything else (an error, a stream cut short, whose last bytes the stepwise
+// reading holds back) is left to it.
 // The output goes to `dst` only on success: callers read on past the output
 // length into what the buffer held before.
 bool InflateAtOnce(unsigned char* src, unsigned int srcLen, unsigned char* dst, unsigned int* dstLen) {
@@ -27,7 +33,8 @@ bool InflateAtOnce(unsigned char* src, unsigned int srcLen, unsigned char* dst, 
   stream.avail_out = *dstLen;
   if (inflateInit2(&stream, 31) != Z_OK) return false;
   const int status = inflate(&stream, Z_NO_FLUSH);
-  const bool whole = status == Z_STREAM_END || (status == Z_OK && stream.total_out == *dstLen);
+  const bool whole = status == Z_STREAM_END ||
+                     (status == Z_OK && stream.total_out == *dstLen && stream.avail_in >= kInputLeft);
   if (inflateEnd(&stream) != Z_OK || !whole) return false;
   std::copy(out.begin(), out.begin() + stream.total_out, dst);
   *dstLen = static_cast<unsigned int>(stream.total_out);

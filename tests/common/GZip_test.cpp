@@ -146,6 +146,31 @@ TEST(GZip, AnswersAsTheStepwiseReadingDoes) {
   }
 }
 
+// A stream of long repeats cut anywhere: the last bytes of input hold codes
+// whose output the stepwise reading never writes, as it stops when its
+// input is used up. Every cut and a capacity on either side of what it gives.
+TEST(GZip, CutRepeatsAnswerAsTheStepwiseReadingDoes) {
+  std::string text;
+  for (int i = 0; i < 40; ++i) text += std::string(static_cast<size_t>(100 + i), static_cast<char>('a' + i % 7)) + "|";
+  const std::vector<unsigned char> whole = Gzip(text);
+  for (size_t cut = 1; cut <= whole.size(); ++cut) {
+    for (unsigned int capacity : {64u, 2048u, static_cast<unsigned int>(text.size()) - 1,
+                                  static_cast<unsigned int>(text.size()) + 1}) {
+      std::vector<unsigned char> src(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(cut));
+      std::vector<unsigned char> fast(capacity, 0xEE);
+      std::vector<unsigned char> stepwise(capacity, 0xEE);
+      unsigned int fastLen = capacity;
+      unsigned int stepwiseLen = capacity;
+      const int fastStatus = GZDecompress(src.data(), static_cast<unsigned int>(cut), fast.data(), &fastLen);
+      const int stepwiseStatus =
+          GZDecompressStepwise(src.data(), static_cast<unsigned int>(cut), stepwise.data(), &stepwiseLen);
+      ASSERT_EQ(fastStatus, stepwiseStatus) << "cut " << cut << ", capacity " << capacity;
+      ASSERT_EQ(fastLen, stepwiseLen) << "cut " << cut << ", capacity " << capacity;
+      ASSERT_EQ(fast, stepwise) << "cut " << cut << ", capacity " << capacity;
+    }
+  }
+}
+
 TEST(GZip, EmptyInputProducesNothing) {
   unsigned char dst[8] = {};
   unsigned int dstLen = sizeof dst;
