@@ -11,15 +11,25 @@ namespace {
 const size_t kDateSize = 24;
 const size_t kDurationSize = 16;
 
-char* FormatDate(const char* format, const std::tm& local) {
+// A date text as the helpers hand it out: at most kDateSize - 1 characters
+// and a closing zero.
+using DateBlock = char[kDateSize];
+
+void WriteDate(const char* format, const std::tm& local, DateBlock text) {
   // Six ints fit the scratch text whatever their values; the result keeps
   // what fits the 24-byte block.
   char scratch[80];
   std::snprintf(scratch, sizeof scratch, format, local.tm_year + 1900, local.tm_mon + 1,
                 local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec);
-  char* text = static_cast<char*>(std::calloc(kDateSize, 1));
-  std::memcpy(text, scratch, std::min(std::strlen(scratch), kDateSize - 1));
-  return text;
+  const size_t size = std::min(std::strlen(scratch), kDateSize - 1);
+  std::memcpy(text, scratch, size);
+  text[size] = '\0';
+}
+
+char* CopyToMalloc(const DateBlock text) {
+  char* copy = static_cast<char*>(std::calloc(kDateSize, 1));
+  std::memcpy(copy, text, kDateSize);
+  return copy;
 }
 
 // localtime and mktime read TZ and look at the zone file again on every
@@ -72,6 +82,12 @@ const LocalZone& CurrentZone() {
   return zone;
 }
 
+// The instant Convert2001GMTtoDate shows: earlier seconds count as the epoch.
+time_t Instant2001(int32_t secondsSince2001) {
+  const time_t offset = secondsSince2001 < 0 ? 0 : secondsSince2001;
+  return CurrentZone().epoch2001 + offset;
+}
+
 // Writes `value` (0 or more) as `width` digits with leading zeros.
 void PutDigits(char* out, int value, int width) {
   for (int at = width - 1; at >= 0; --at, value /= 10) out[at] = static_cast<char>('0' + value % 10);
@@ -80,34 +96,52 @@ void PutDigits(char* out, int value, int width) {
 // "%.4d-%.2d-%.2d %.2d:%.2d:%.2d" of the fields, digit by digit where the
 // fields have their usual widths: snprintf costs more than the rest of the
 // conversion, and a large request converts a date per row.
-char* FormatFields(const std::tm& local) {
+void WriteFields(const std::tm& local, DateBlock text) {
   const int year = local.tm_year + 1900;
-  if (year < 0 || year > 9999) return FormatDate("%.4d-%.2d-%.2d %.2d:%.2d:%.2d", local);
-  char* text = static_cast<char*>(std::calloc(kDateSize, 1));
-  std::memcpy(text, "0000-00-00 00:00:00", 19);
+  if (year < 0 || year > 9999) return WriteDate("%.4d-%.2d-%.2d %.2d:%.2d:%.2d", local, text);
+  std::memcpy(text, "0000-00-00 00:00:00", 20);
   PutDigits(text, year, 4);
   PutDigits(text + 5, local.tm_mon + 1, 2);
   PutDigits(text + 8, local.tm_mday, 2);
   PutDigits(text + 11, local.tm_hour, 2);
   PutDigits(text + 14, local.tm_min, 2);
   PutDigits(text + 17, local.tm_sec, 2);
-  return text;
+}
+
+std::tm LocalFieldsOf(time_t when) {
+  std::tm local{};
+  LocalFields(when, &local);
+  return local;
 }
 
 }  // namespace
 
-char* FormatLocalDate(time_t when) {
+bool LocalFields(time_t when, std::tm* local) {
   CurrentZone();
-  std::tm local{};
-  localtime_r(&when, &local);
-  return FormatFields(local);
+  return localtime_r(&when, local) != nullptr;
+}
+
+std::string DateTextOf(const std::tm& fields) {
+  DateBlock text = {};
+  WriteFields(fields, text);
+  return text;
+}
+
+char* FormatLocalDate(time_t when) {
+  DateBlock text = {};
+  WriteFields(LocalFieldsOf(when), text);
+  return CopyToMalloc(text);
 }
 
 char* FormatWallClockDate(time_t when) {
   std::tm fields{};
   gmtime_r(&when, &fields);
-  return FormatFields(fields);
+  DateBlock text = {};
+  WriteFields(fields, text);
+  return CopyToMalloc(text);
 }
+
+std::string Date2001Text(int32_t secondsSince2001) { return DateTextOf(LocalFieldsOf(Instant2001(secondsSince2001))); }
 
 char* ConvertSecondsToTime(uint32_t seconds) {
   char* text = static_cast<char*>(std::calloc(kDurationSize, 1));
@@ -118,7 +152,9 @@ char* ConvertSecondsToTime(uint32_t seconds) {
 
 char* FormatCurrentDate(const std::tm& local) {
   // The day is padded with a blank, unlike the other date texts.
-  return FormatDate("%.4d-%.2d-%2d %.2d:%.2d:%.2d", local);
+  DateBlock text = {};
+  WriteDate("%.4d-%.2d-%2d %.2d:%.2d:%.2d", local, text);
+  return CopyToMalloc(text);
 }
 
 char* GetCurrentDate() {
@@ -128,7 +164,4 @@ char* GetCurrentDate() {
 
 char* Convert1900GMTDate(int32_t secondsSince1970) { return FormatLocalDate(secondsSince1970); }
 
-char* Convert2001GMTtoDate(int32_t secondsSince2001) {
-  const time_t offset = secondsSince2001 < 0 ? 0 : secondsSince2001;
-  return FormatLocalDate(CurrentZone().epoch2001 + offset);
-}
+char* Convert2001GMTtoDate(int32_t secondsSince2001) { return FormatLocalDate(Instant2001(secondsSince2001)); }

@@ -8,7 +8,6 @@
 #include <optional>
 
 #include "common/DateHelpers.h"
-#include "common/TextHelpers.h"
 
 namespace {
 
@@ -45,23 +44,20 @@ std::optional<time_t> StoredInstant(const char* stored, TimeBase base) {
 
 }  // namespace
 
-std::optional<int64_t> UnixSeconds(const char* stored, TimeBase base) {
+LocalDate LocalDateOf(const char* stored, TimeBase base) {
   const std::optional<time_t> instant = StoredInstant(stored, base);
-  if (!instant) return std::nullopt;
-  const time_t when = *instant;
   std::tm local{};
-  if (!localtime_r(&when, &local)) return std::nullopt;
-  return when;
+  if (!instant || !LocalFields(*instant, &local)) return {};
+  return {DateTextOf(local), *instant};
 }
 
-std::string LocalDateText(const char* stored, TimeBase base) {
-  const std::optional<int64_t> when = UnixSeconds(stored, base);
-  return when ? TakeMallocText(FormatLocalDate(static_cast<time_t>(*when))) : std::string();
-}
+std::optional<int64_t> UnixSeconds(const char* stored, TimeBase base) { return LocalDateOf(stored, base).instant; }
+
+std::string LocalDateText(const char* stored, TimeBase base) { return LocalDateOf(stored, base).text; }
 
 std::string FloatingDateText(const char* stored, TimeBase base) {
   const std::optional<time_t> when = StoredInstant(stored, base);
   std::tm fields{};
   if (!when || !gmtime_r(&*when, &fields)) return std::string();
-  return TakeMallocText(FormatWallClockDate(*when));
+  return DateTextOf(fields);
 }

@@ -25,4 +25,12 @@ std::string FloatingDateText(const char* stored, TimeBase base);
 // same rules; nothing where LocalDateText gives "".
 std::optional<int64_t> UnixSeconds(const char* stored, TimeBase base);
 
+// Both of the above from one reading of the stored value, for rows that
+// show a date and are ordered by it.
+struct LocalDate {
+  std::string text;
+  std::optional<int64_t> instant;
+};
+LocalDate LocalDateOf(const char* stored, TimeBase base);
+
 #endif

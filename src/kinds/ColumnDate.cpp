@@ -5,7 +5,7 @@
 #include "common/TextHelpers.h"
 
 std::string DateText2001(const char* seconds) {
-  return TakeMallocText(Convert2001GMTtoDate(GetZeroIntIsNull(seconds)));
+  return Date2001Text(GetZeroIntIsNull(seconds));
 }
 
 std::string DateText2001OrNow(const char* seconds) {

@@ -94,8 +94,9 @@ void ReadChats(Database& database, const SchemaInfo& schema, Conversations& conv
     message.text = MessageText(rows, 1, 2);
     const auto handle = handles.find(rows.Int64(3));
     const std::string& address = handle == handles.end() ? kNoAddress : handle->second;
-    message.date = LocalDateText(rows.Text(4), TimeBase::Since2001);
-    message.instant = UnixSeconds(rows.Text(4), TimeBase::Since2001);
+    LocalDate date = LocalDateOf(rows.Text(4), TimeBase::Since2001);
+    message.date = std::move(date.text);
+    message.instant = date.instant;
     message.fromMe = rows.Int64(5) != 0;
     message.service = rows.WholeText(6);
     message.country = rows.WholeText(7);
@@ -133,8 +134,9 @@ void ReadLegacy(Database& database, const SchemaInfo& schema, Conversations& con
     message.country = rows.WholeText(kCountry);
     const bool iMessage = rows.Int64(kIsMadrid) != 0;
     const TimeBase base = iMessage ? TimeBase::Since2001 : TimeBase::Unix;
-    message.date = LocalDateText(rows.Text(kDate), base);
-    message.instant = UnixSeconds(rows.Text(kDate), base);
+    LocalDate date = LocalDateOf(rows.Text(kDate), base);
+    message.date = std::move(date.text);
+    message.instant = date.instant;
     std::vector<std::string> parties;
     std::string id;
     if (iMessage) {

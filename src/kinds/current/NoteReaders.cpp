@@ -24,8 +24,9 @@ std::string FirstOf(const SchemaInfo& schema, const char* table, const char* ali
 
 void SetDates(Note::Entry& note, const char* created, const char* modified) {
   note.created = LocalDateText(created, TimeBase::Since2001);
-  note.modified = LocalDateText(modified, TimeBase::Since2001);
-  note.modifiedAt = UnixSeconds(modified, TimeBase::Since2001);
+  LocalDate date = LocalDateOf(modified, TimeBase::Since2001);
+  note.modified = std::move(date.text);
+  note.modifiedAt = date.instant;
 }
 
 // The rows of the store that are notes: those with a body, and those whose

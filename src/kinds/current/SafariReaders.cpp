@@ -60,15 +60,18 @@ std::vector<SafariEntry> ReadHistoryDatabase(Database& database) {
       SafariEntry entry;
       entry.url = Text(rows, 1);
       entry.visitCount = rows.Int64(2);
-      entry.date = LocalDateText(rows.Text(3), TimeBase::Since2001);
-      entry.instant = UnixSeconds(rows.Text(3), TimeBase::Since2001);
+      LocalDate date = LocalDateOf(rows.Text(3), TimeBase::Since2001);
+      entry.date = std::move(date.text);
+      entry.instant = date.instant;
       entries.push_back(std::move(entry));
     }
     SafariEntry& entry = entries.back();
     if (rows.IsNull(3) && rows.IsNull(4)) continue;
-    const std::string title = Text(rows, 4);
+    std::string title = Text(rows, 4);
     if (entry.title.empty()) entry.title = title;
-    entry.visits.push_back({LocalDateText(rows.Text(3), TimeBase::Since2001), title});
+    // The item's first row is its newest visit, whose date the item shows.
+    std::string visited = entry.visits.empty() ? entry.date : LocalDateText(rows.Text(3), TimeBase::Since2001);
+    entry.visits.push_back({std::move(visited), std::move(title)});
   }
   return entries;
 }

@@ -31,8 +31,9 @@ std::vector<Voicemail::Message> ReadMessages(Database& database) {
     Voicemail::Message message;
     message.fileName = std::to_string(rows.Int64(0)) + ".amr";
     message.address = GetEmptyStringIsNull(rows.Text(1));
-    message.date = LocalDateText(rows.Text(2), TimeBase::Unix);
-    message.instant = UnixSeconds(rows.Text(2), TimeBase::Unix);
+    LocalDate date = LocalDateOf(rows.Text(2), TimeBase::Unix);
+    message.date = std::move(date.text);
+    message.instant = date.instant;
     message.duration = DurationText(rows.Text(3));
     const int64_t flags = rows.Int64(4);
     message.heard = (flags & kHeardFlag) != 0;
