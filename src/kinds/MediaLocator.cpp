@@ -1,11 +1,21 @@
 #include "kinds/MediaLocator.h"
 
+#include "common/FileHelpers.h"
 #include "index/ManifestDb.h"
 #include "index/Mbdb.h"
 #include "kinds/ReadableFile.h"
 #include "kinds/SourceFiles.h"
 
-MediaLocator::MediaLocator(const BackupDevice* device) : device_(device) {}
+MediaLocator::MediaLocator(const BackupDevice* device)
+    : device_(device), backupPath_(device->backupPath ? device->backupPath : ""), backup_(backupPath_) {}
+
+uint64_t MediaLocator::SizeNow(const ReadableFile& file) const {
+  if (backupPath_.empty() || file.path.compare(0, backupPath_.size(), backupPath_) != 0) {
+    return VQGetFileSize(file.path.c_str());
+  }
+  Folder::Entry entry{};
+  return backup_.Has(file.path.substr(backupPath_.size()), &entry) ? entry.size : 0;
+}
 
 std::optional<ReadableFile> MediaLocator::FindExact(const std::string& relativePath) const {
   if (device_->backupType == 1) {

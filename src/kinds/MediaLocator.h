@@ -28,6 +28,11 @@ class MediaLocator {
   template <class Visitor>
   void ForEachContaining(const std::string& needle, Visitor visit) const;
 
+  // The size stat() finds for the file now, as VQGetFileSize gives it. A
+  // file below the backup folder is looked up from the folder held open:
+  // thousands of pictures would otherwise walk the folder's path again each.
+  uint64_t SizeNow(const ReadableFile& file) const;
+
  private:
   // The index records in index order, with the reader's index of their
   // device paths. Made on the first search: a media kind asks for
@@ -40,6 +45,8 @@ class MediaLocator {
   const Catalog& Records() const;
 
   const BackupDevice* device_;
+  const std::string backupPath_;
+  const Folder backup_;
   mutable std::unique_ptr<const Catalog> records_;
 };
 

@@ -36,9 +36,9 @@ int PhotoDbCallback(void* records, int columns, char** values, char** /*names*/)
 // file met on the way is appended to the asset's path, empty ones too, so
 // that an empty copy leaves its trace before the one that counts.
 bool LocateFirstNonEmpty(const MediaLocator& locator, const std::string& needle, GenericAsset& asset) {
-  locator.ForEachContaining(needle, [&asset](const ReadableFile& stored) {
+  locator.ForEachContaining(needle, [&locator, &asset](const ReadableFile& stored) {
     asset.path += stored.path;
-    asset.size = VQGetFileSize(stored.path.c_str());
+    asset.size = locator.SizeNow(stored);
     return asset.size == 0;
   });
   return asset.size != 0;
@@ -67,7 +67,7 @@ bool Photo::Locate(const MediaLocator& locator, int backupType, GenericAsset& as
     const std::optional<ReadableFile> stored = locator.FindExact(asset.queryPath);
     if (!stored) return false;
     asset.path += stored->path;
-    asset.size = VQGetFileSize(stored->path.c_str());
+    asset.size = locator.SizeNow(*stored);
     return true;
   }
   return LocateFirstNonEmpty(locator, asset.queryPath, asset);

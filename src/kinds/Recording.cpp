@@ -65,7 +65,7 @@ bool Recording::Locate(const MediaLocator& locator, int backupType, VoiceMemos& 
   }
   if (!stored) return false;
   memo.path += stored->path;
-  memo.size = VQGetFileSize(stored->path.c_str());
+  memo.size = locator.SizeNow(*stored);
   return memo.size != 0;
 }
 

@@ -64,7 +64,7 @@ void SmsAttachment::LocateFiles(const BackupDevice* device) {
     const std::optional<ReadableFile> stored = locator.FindExact(asset.queryPath);
     if (!stored) return !dropMissing;
     asset.path = stored->path;
-    asset.size = VQGetFileSize(stored->path.c_str());
+    asset.size = locator.SizeNow(*stored);
     return true;
   });
 }
