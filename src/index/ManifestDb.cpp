@@ -17,9 +17,12 @@ const char kFilesQuery[] = "select fileID,domain,relativePath,flags from Files";
 // is folder + first two characters + "/" + fileID, so it leaves the folder
 // only through a "/" in the fileID or a leading "..". Devices write 40 hex
 // digits; anything else that climbs out comes from a crafted index.
-bool StaysInBackup(const std::string& fileId) {
-  return fileId.find('/') == std::string::npos && fileId.compare(0, 2, "..") != 0;
+bool StaysInBackup(std::string_view fileId) {
+  return fileId.find('/') == std::string_view::npos && fileId.substr(0, 2) != "..";
 }
+
+// A column's text as it stands; NULL reads as empty.
+std::string_view ColumnText(const char* value) { return value ? value : std::string_view(); }
 
 }  // namespace
 
@@ -53,10 +56,12 @@ int ManifestDb::ManifestDbCallback(void* context, int, char** values, char**) {
   // Design decision: an empty fileID counts as none. It would name the backup
   // folder itself, which always exists, and every kept record has a fileID.
   if (values[0] == nullptr || values[0][0] == '\0') return 0;
-  const std::string fileId = values[0];
+  const std::string_view fileId = values[0];
   if (!StaysInBackup(fileId)) return 0;
-  // substr takes what there is of a fileID shorter than two characters.
-  const std::string stored = fileId.substr(0, 2) + GetPathSeperatorLine() + fileId;
+  // substr takes what there is of a fileID shorter than two characters. The
+  // text is the reader's, so that its room serves every row.
+  std::string& stored = reader->storedName_;
+  stored.assign(fileId.substr(0, 2)).append(GetPathSeperatorLine()).append(fileId);
   Folder::Entry entry{};
   const bool exists = reader->folder_ ? reader->folder_->Has(stored, &entry)
                                       : Folder(reader->backupPath_).Has(stored, &entry);
@@ -66,9 +71,9 @@ int ManifestDb::ManifestDbCallback(void* context, int, char** values, char**) {
   // record that owns the reader lives, and copy whatever they keep longer.
   // A fileID of hex digits is kept as bytes, so only another one is stored
   // (with its closing zero byte).
-  const char* id = IsHexName(fileId) ? fileId.c_str() : reader->texts_.Add({fileId.c_str(), fileId.size() + 1}).data();
-  DBFileRecord* kept = reader->records_.Add(id, reader->domains_.Intern(GetEmptyStringIsNull(values[1])),
-                                            reader->texts_.Add(GetEmptyStringIsNull(values[2])),
+  const char* id = IsHexName(fileId) ? values[0] : reader->texts_.Add({values[0], fileId.size() + 1}).data();
+  DBFileRecord* kept = reader->records_.Add(id, reader->domains_.Intern(ColumnText(values[1])),
+                                            reader->texts_.Add(ColumnText(values[2])),
                                             GetZeroIntIsNull(values[3]), entry);
   reader->contentList_.push_back(kept);
   if (KeyList* keys = reader->KeyListFor(kept->relativePath())) keys->push_back(kept->fileID());

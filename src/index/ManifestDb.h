@@ -100,6 +100,7 @@ class ManifestDb : public IndexReader {
   RecordStore<DBFileRecord> records_;
   std::unique_ptr<const PathIndex> pathIndex_;
   const Folder* folder_ = nullptr;  // the backup folder, held while the rows are read
+  std::string storedName_;          // the stored file of the row being read
   PathMap pathMap_;
   ContentList contentList_;
   KeyList calendarKey_;
