@@ -67,6 +67,25 @@ TEST(LocalDate, WhatIsNoDateStaysEmpty) {
   EXPECT_FALSE(UnixSeconds("", TimeBase::Unix).has_value());
 }
 
+TEST(LocalDate, LocalDateOfGivesTheTextAndTheInstantTogether) {
+  for (const char* zone : {"UTC", "Europe/Berlin", "America/New_York"}) {
+    ScopedTimeZone scoped(zone);
+    for (const char* stored : {"0", "600000000", "-1", "600000000.75", "600000000000000000", "", "nan", "1e300"}) {
+      for (TimeBase base : {TimeBase::Unix, TimeBase::Since2001}) {
+        const LocalDate date = LocalDateOf(stored, base);
+        EXPECT_EQ(date.text, LocalDateText(stored, base)) << zone << " " << stored;
+        EXPECT_EQ(date.instant, UnixSeconds(stored, base)) << zone << " " << stored;
+      }
+    }
+    EXPECT_EQ(LocalDateOf(nullptr, TimeBase::Unix).text, "");
+    EXPECT_FALSE(LocalDateOf(nullptr, TimeBase::Unix).instant.has_value());
+  }
+  ScopedTimeZone berlin("Europe/Berlin");
+  const LocalDate summer = LocalDateOf("1561975200", TimeBase::Unix);  // 2019-07-01 10:00 UTC
+  EXPECT_EQ(summer.text, "2019-07-01 12:00:00");
+  EXPECT_EQ(summer.instant, 1561975200);
+}
+
 TEST(LocalDate, UnixSecondsOrderInstantsOfEitherBase) {
   EXPECT_EQ(UnixSeconds("0", TimeBase::Since2001), 978307200);
   EXPECT_EQ(UnixSeconds("978307200", TimeBase::Unix), 978307200);

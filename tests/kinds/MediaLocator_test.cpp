@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <map>
 #include <optional>
 #include <string>
@@ -178,6 +179,31 @@ TEST_P(MediaLocatorTest, FindExactTakesTheLaterFileOfTheSamePath) {
   EXPECT_EQ(found->size, 1u);
   EXPECT_TRUE(found->regular);
   EXPECT_FALSE(locator.FindExact("Recordings/1.m4a").has_value());
+}
+
+TEST_P(MediaLocatorTest, SizeNowIsWhatStatFindsAtTheTimeOfAsking) {
+  TempDir dir;
+  BackupBuilder builder(GetParam());
+  builder.AddFile("MediaDomain", "Media/Recordings/1.m4a", "");
+  const std::string folder = builder.Write(dir.Path() + "backup");
+  AnalysedDevice device(folder, GetParam());
+  ASSERT_TRUE(device.IndexRead());
+  const MediaLocator locator(device.Get());
+  const std::optional<ReadableFile> found = locator.FindExact("Media/Recordings/1.m4a");
+  ASSERT_TRUE(found.has_value());
+  EXPECT_EQ(locator.SizeNow(*found), 0u);
+
+  WriteFile(found->path, "sound");
+  EXPECT_EQ(found->size, 0u);  // as the index's look found it
+  EXPECT_EQ(locator.SizeNow(*found), 5u);
+  std::filesystem::remove(found->path);
+  EXPECT_EQ(locator.SizeNow(*found), 0u);
+
+  // A file outside the backup folder (a decrypted copy) is asked by its path.
+  const std::string outside = dir.Path() + "copy";
+  WriteFile(outside, "abc");
+  EXPECT_EQ(locator.SizeNow(ReadableFile{outside, 0, true}), 3u);
+  EXPECT_EQ(locator.SizeNow(ReadableFile{dir.Path() + "missing", 0, true}), 0u);
 }
 
 TEST(MediaLocator, AnUnknownBackupTypeFindsNothing) {
