@@ -1,5 +1,6 @@
 #include "index/ManifestDb.h"
 
+#include <cstring>
 #include <string_view>
 
 #include "common/ColumnHelpers.h"
@@ -28,14 +29,25 @@ std::string_view ColumnText(const char* value) { return value ? value : std::str
 
 ManifestDb::DBFileRecord::DBFileRecord(const char* fileID, const char* domain, std::string_view relativePath,
                                        int32_t flags, Folder::Entry stored)
-    : relativePath_(relativePath.data()),
+    : flags_(flags),
+      relativePath_(relativePath.data()),
       domain_(domain),
+      storedSize_(stored.size),
       relativePathSize_(static_cast<uint32_t>(relativePath.size())),
-      flags_(flags),
-      fileId_{fileID},
+      fileId_{},
       packed_(IsHexName(fileID)),
-      stored_(stored) {
-  if (packed_) fileId_.bytes = HexNameToBytes(fileID);
+      storedRegular_(stored.regular) {
+  if (packed_) {
+    fileId_ = HexNameToBytes(fileID);
+  } else {
+    std::memcpy(fileId_.data(), &fileID, sizeof fileID);
+  }
+}
+
+const char* ManifestDb::DBFileRecord::FileIdText() const {
+  const char* text = nullptr;
+  std::memcpy(&text, fileId_.data(), sizeof text);
+  return text;
 }
 
 uint32_t ManifestDb::ReadDb(const char* path) {

@@ -33,27 +33,29 @@ class ManifestDb : public IndexReader {
     DBFileRecord(const DBFileRecord& other) = default;
     ~DBFileRecord() override = default;
 
-    std::string fileID() const { return packed_ ? HexNameOf(fileId_.bytes) : std::string(fileId_.text); }
+    std::string fileID() const { return packed_ ? HexNameOf(fileId_) : std::string(FileIdText()); }
     std::string_view relativePath() const { return {relativePath_, relativePathSize_}; }
     std::string_view domain() const { return domain_; }
     int32_t flags() const { return flags_; }
     // The stored file as found when the index was read: the media kinds
     // report its size without asking the file system again.
-    const Folder::Entry& stored() const { return stored_; }
+    Folder::Entry stored() const { return {storedSize_, storedRegular_}; }
 
    private:
-    union FileId {
-      const char* text;
-      HexNameBytes bytes;
-    };
+    // A fileID that is not hex digits is pointed to, the pointer kept in the
+    // bytes' place.
+    const char* FileIdText() const;
 
+    // Ordered so that a quarter of a million records waste no padding: flags
+    // fill the end of the base, the bytes and the marks share the last word.
+    int32_t flags_;
     const char* relativePath_;
     const char* domain_;
+    uint64_t storedSize_;
     uint32_t relativePathSize_;
-    int32_t flags_;
-    FileId fileId_;
+    HexNameBytes fileId_;
     bool packed_;
-    Folder::Entry stored_;
+    bool storedRegular_;
   };
 
   using KeyList = std::vector<std::string>;

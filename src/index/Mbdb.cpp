@@ -182,10 +182,10 @@ int32_t Mbdb::ReadMBDB(const char* path) {
     if (!folder.Has(HexNameOf(storedName), &stored)) continue;
     const std::string texts = values.path + values.linkTarget + values.dataHash + values.encryptionKey;
     Keep(records_.Add(MBFileRecord::Fields{
-        domains_.Intern(values.domain), texts_.Add(texts).data(), static_cast<uint16_t>(values.path.size()),
-        static_cast<uint16_t>(values.linkTarget.size()), static_cast<uint16_t>(values.dataHash.size()),
-        static_cast<uint16_t>(values.encryptionKey.size()), storedName, values.fixedBlock,
-        std::move(values.properties), stored}));
+        domains_.Intern(values.domain), texts_.Add(texts).data(), std::move(values.properties), stored.size,
+        static_cast<uint16_t>(values.path.size()), static_cast<uint16_t>(values.linkTarget.size()),
+        static_cast<uint16_t>(values.dataHash.size()), static_cast<uint16_t>(values.encryptionKey.size()),
+        storedName, values.fixedBlock, stored.regular}));
   }
   MapPaths();
   return 1;

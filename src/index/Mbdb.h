@@ -37,17 +37,19 @@ class Mbdb : public IndexReader {
     // byte) and `texts` (path, link target, then the data hash and the
     // encryption key as stored, one after another) lie in storage that
     // outlives the record. Every value's length has 16 bits in the index.
+    // Ordered so that a quarter of a million records waste no padding.
     struct Fields {
       const char* domain;
       const char* texts;
+      std::unique_ptr<Property[]> properties;
+      uint64_t storedSize;
       uint16_t pathSize;
       uint16_t linkTargetSize;
       uint16_t dataHashSize;
       uint16_t encryptionKeySize;
       HexNameBytes storedName;
       std::array<unsigned char, 40> fixedBlock;
-      std::unique_ptr<Property[]> properties;
-      Folder::Entry stored;
+      bool storedRegular;
     };
 
     explicit MBFileRecord(Fields fields) : fields_(std::move(fields)) {}
@@ -76,7 +78,7 @@ class Mbdb : public IndexReader {
     const Property* properties() const { return fields_.properties.get(); }
     // The stored file as found when the index was read: the media kinds
     // report its size without asking the file system again.
-    const Folder::Entry& stored() const { return fields_.stored; }
+    Folder::Entry stored() const { return {fields_.storedSize, fields_.storedRegular}; }
 
    private:
     std::string_view Texts() const {
