@@ -19,3 +19,5 @@ int32_t GetZeroIntIsNull(const char* text) {
 int32_t GetZeroLongIsNull(const char* text) { return GetZeroIntIsNull(text); }
 
 std::string GetEmptyStringIsNull(const char* text) { return text ? std::string(text) : std::string(); }
+
+std::string_view GetEmptyViewIsNull(const char* text) { return text ? std::string_view(text) : std::string_view(); }

@@ -66,9 +66,11 @@ const char* Database::Statement::Text(int column) const {
   return reinterpret_cast<const char*>(sqlite3_column_text(stmt_, column));
 }
 
-std::string Database::Statement::WholeText(int column) const {
+std::string Database::Statement::WholeText(int column) const { return std::string(WholeView(column)); }
+
+std::string_view Database::Statement::WholeView(int column) const {
   const char* text = Text(column);
-  return text ? std::string(text, static_cast<size_t>(Bytes(column))) : std::string();
+  return text ? std::string_view(text, static_cast<size_t>(Bytes(column))) : std::string_view();
 }
 
 const void* Database::Statement::Blob(int column) const { return sqlite3_column_blob(stmt_, column); }

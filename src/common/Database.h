@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -49,6 +50,8 @@ class Database {
     const char* Text(int column) const;
     // The column's text with every byte, zero bytes included; "" for NULL.
     std::string WholeText(int column) const;
+    // The same bytes without a copy, valid until the next step.
+    std::string_view WholeView(int column) const;
     bool IsNull(int column) const;
     bool IsBlob(int column) const;
     int64_t Int64(int column) const;

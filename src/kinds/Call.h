@@ -1,21 +1,15 @@
 #ifndef YH_KINDS_CALL_H
 #define YH_KINDS_CALL_H
 
-#include <string>
-
+#include "common/PackedTexts.h"
 #include "common/VqBase.h"
+#include "kinds/CallTexts.h"
 
-// One call of the call log; every field is text, empty until set.
+// One call of the call log: its CallText texts, empty until set. A large log
+// keeps tens of thousands, so the texts share one block.
 class Call : public VqBase {
  public:
-  std::string name;         // stored with the call, or found in the address book
-  std::string address;      // number or address as stored
-  std::string date;         // local date text
-  std::string type;         // "Incoming", "Outgoing" or "Unknown"
-  std::string duration;     // "hh:mm:ss"
-  std::string countryCode;
-  std::string networkCode;
-  std::string location;
+  PackedTexts texts;
 };
 
 #endif

@@ -1,9 +1,11 @@
 #include "kinds/CallHistory.h"
 
+#include <initializer_list>
+#include <string_view>
+
 #include "common/ColumnHelpers.h"
 #include "common/Database.h"
 #include "common/DateHelpers.h"
-#include "common/PlistHelpers.h"
 #include "common/TextHelpers.h"
 #include "kinds/Contact.h"
 #include "kinds/SourceFiles.h"
@@ -30,11 +32,11 @@ const char kCallStoreQueryiOS10[] =
 // as outgoing (that table has no unknown direction).
 const int32_t kCallFlagsIncoming = 4;
 
-// The call is appended before it is filled.
-Call& NewCall(void* records) {
+// The call is appended once its texts are packed.
+void AddCall(void* records, std::initializer_list<std::string_view> texts) {
   auto* call = new Call;
+  call->texts = PackedTexts(texts);
   static_cast<std::vector<Call*>*>(records)->push_back(call);
-  return *call;
 }
 
 // Whole seconds: a stored 59.9 counts as 59.
@@ -45,33 +47,25 @@ std::string Duration(const char* seconds) {
 // Columns: name, address, date (seconds since 1970), flags, duration, country
 // code, network code.
 int CallHistoryDbCallback(void* records, int /*columns*/, char** values, char** /*names*/) {
-  Call& call = NewCall(records);
-  call.name = GetEmptyStringIsNull(values[0]);
-  call.address = GetEmptyStringIsNull(values[1]);
-  call.date = TakeMallocText(Convert1900GMTDate(GetZeroLongIsNull(values[2])));
-  call.type = GetZeroIntIsNull(values[3]) == kCallFlagsIncoming ? "Incoming" : "Outgoing";
-  call.duration = Duration(values[4]);
-  call.countryCode = GetEmptyStringIsNull(values[5]);
-  call.networkCode = GetEmptyStringIsNull(values[6]);
+  const std::string date = TakeMallocText(Convert1900GMTDate(GetZeroLongIsNull(values[2])));
+  const char* type = GetZeroIntIsNull(values[3]) == kCallFlagsIncoming ? "Incoming" : "Outgoing";
+  AddCall(records, {GetEmptyViewIsNull(values[0]), GetEmptyViewIsNull(values[1]), date, type, Duration(values[4]),
+                    GetEmptyViewIsNull(values[5]), GetEmptyViewIsNull(values[6]), {}});
   return 0;
 }
 
 // Columns: name, address, date (seconds since 2001), originated, duration,
 // country code, network code, location.
 int CallHistoryStoreDbCallback(void* records, int /*columns*/, char** values, char** /*names*/) {
-  Call& call = NewCall(records);
-  call.name = GetEmptyStringIsNull(values[0]);
-  call.address = GetEmptyStringIsNull(values[1]);
-  call.date = TakeMallocText(Convert2001GMTtoDate(GetZeroLongIsNull(values[2])));
+  const std::string date = TakeMallocText(Convert2001GMTtoDate(GetZeroLongIsNull(values[2])));
+  const char* type;
   switch (GetZeroIntIsNull(values[3])) {
-    case 0: call.type = "Incoming"; break;
-    case 1: call.type = "Outgoing"; break;
-    default: call.type = "Unknown";
+    case 0: type = "Incoming"; break;
+    case 1: type = "Outgoing"; break;
+    default: type = "Unknown";
   }
-  call.duration = Duration(values[4]);
-  call.countryCode = GetEmptyStringIsNull(values[5]);
-  call.networkCode = GetEmptyStringIsNull(values[6]);
-  call.location = GetEmptyStringIsNull(values[7]);
+  AddCall(records, {GetEmptyViewIsNull(values[0]), GetEmptyViewIsNull(values[1]), date, type, Duration(values[4]),
+                    GetEmptyViewIsNull(values[5]), GetEmptyViewIsNull(values[6]), GetEmptyViewIsNull(values[7])});
   return 0;
 }
 
@@ -85,14 +79,7 @@ void CallHistory::ReadBackup(BackupDevice* device) {
 }
 
 void CallHistory::FillDict(const Call& call, plist_t dict) const {
-  InsertPlistDictString(dict, "name", call.name.c_str());
-  InsertPlistDictString(dict, "address", call.address.c_str());
-  InsertPlistDictString(dict, "date", call.date.c_str());
-  InsertPlistDictString(dict, "type", call.type.c_str());
-  InsertPlistDictString(dict, "duration", call.duration.c_str());
-  InsertPlistDictString(dict, "country_code", call.countryCode.c_str());
-  InsertPlistDictString(dict, "network_code", call.networkCode.c_str());
-  InsertPlistDictString(dict, "location", call.location.c_str());
+  InsertCallTexts(call.texts, dict);
 }
 
 void CallHistory::AddCallHistoryList(BackupDevice* device, const std::string& path) {
@@ -117,8 +104,10 @@ void CallHistory::AddCalls(BackupDevice* device, const std::string& path, const 
   // already has a name is never looked up.
   for (Call* call : records_) {
     VqCheckAlive(call);
-    if (!call->name.empty() || !contact_) continue;
+    if (!call->texts.View(kCallName).empty() || !contact_) continue;
     VqCheckAlive(contact_);
-    if (const char* name = contact_->FindNameByPhone(device, call->address.c_str())) call->name += name;
+    if (const char* name = contact_->FindNameByPhone(device, call->texts.AsCString(kCallAddress))) {
+      call->texts.Replace(kCallName, name);
+    }
   }
 }

@@ -1,5 +1,8 @@
 #include "kinds/Contact.h"
 
+#include <string_view>
+#include <unordered_map>
+
 #include "common/ColumnHelpers.h"
 #include "common/Database.h"
 #include "common/PhoneHelpers.h"
@@ -49,7 +52,7 @@ std::string CleanValue(const char* stored) {
 // The numbers a stored value answers to: the value stripped of every
 // character that cannot stand in a phone number ("-", blanks, brackets, dots,
 // letters), cut at ";". Empty pieces never equal a non-empty number.
-std::vector<std::string> NumbersOf(const std::string& value) {
+std::vector<std::string> NumbersOf(std::string_view value) {
   std::string digits;
   for (const char c : value) {
     if (!isNotPhoneNumberChar(static_cast<unsigned char>(c))) digits += c;
@@ -59,27 +62,33 @@ std::vector<std::string> NumbersOf(const std::string& value) {
   return numbers;
 }
 
+// The people of one database while its values are read: labels and values
+// wait here, by person, to be packed with the person's texts at the end.
+struct Reading {
+  Contact::PersonMap& people;
+  std::unordered_map<Person*, std::vector<std::string>> properties;
+};
+
 int PersonCallback(void* context, int /*columns*/, char** values, char** /*names*/) {
   auto* person = new Person;
   person->recordId = GetZeroIntIsNull(values[0]);
   person->name = TakeMallocText(DeleteDelims(values[1], " ", " "));
-  person->organization = GetEmptyStringIsNull(values[2]);
-  person->department = GetEmptyStringIsNull(values[3]);
-  person->note = GetEmptyStringIsNull(values[4]);
-  person->birthday = GetEmptyStringIsNull(values[5]);
-  person->jobTitle = GetEmptyStringIsNull(values[6]);
-  person->nickname = GetEmptyStringIsNull(values[7]);
-  if (values[8] && *values[8]) person->creationDate = DateText2001(values[8]);
+  const std::string creationDate = values[8] && *values[8] ? DateText2001(values[8]) : std::string();
+  person->texts = PackedTexts{GetEmptyViewIsNull(values[2]), GetEmptyViewIsNull(values[3]),
+                              GetEmptyViewIsNull(values[4]), GetEmptyViewIsNull(values[5]),
+                              GetEmptyViewIsNull(values[6]), GetEmptyViewIsNull(values[7]), creationDate};
   // Row ids do not repeat; were one to, the later row would take its place.
-  (*static_cast<Contact::PersonMap*>(context))[person->recordId].reset(person);
+  static_cast<Reading*>(context)->people[person->recordId].reset(person);
   return 0;
 }
 
 int PropertiesCallback(void* context, int /*columns*/, char** values, char** /*names*/) {
-  auto& people = *static_cast<Contact::PersonMap*>(context);
-  const auto owner = people.find(GetZeroIntIsNull(values[0]));
-  if (owner == people.end()) return 0;
-  owner->second->properties.push_back({CleanLabel(values[1]), CleanValue(values[2])});
+  auto& reading = *static_cast<Reading*>(context);
+  const auto owner = reading.people.find(GetZeroIntIsNull(values[0]));
+  if (owner == reading.people.end()) return 0;
+  std::vector<std::string>& properties = reading.properties[owner->second.get()];
+  properties.push_back(CleanLabel(values[1]));
+  properties.push_back(CleanValue(values[2]));
   return 0;
 }
 
@@ -116,8 +125,8 @@ void Contact::IndexNumbers() {
     for (const auto& entry : people) {
       const Person* person = entry.second.get();
       VqCheckAlive(person);
-      for (const Person::Property& property : person->properties) {
-        for (const std::string& number : NumbersOf(property.value)) {
+      for (size_t property = 0; property < PersonPropertyCount(person->texts); ++property) {
+        for (const std::string& number : NumbersOf(person->texts.View(PersonValue(property)))) {
           // An empty piece never equals a number that is looked up.
           if (!number.empty()) names_.Add(number, person->name);
         }
@@ -130,8 +139,10 @@ void Contact::AddContactList(PersonMap& people, const std::string& path) {
   Database db(path);
   if (!db.IsOpen()) return;
   // The first query that fails ends the reading; rows already read stay.
-  db.Exec(kPersonQuery, PersonCallback, &people) && db.Exec(kPropertyQuery, PropertiesCallback, &people) &&
-      db.Exec(kPropertyEntryQuery, PropertiesCallback, &people);
+  Reading reading{people, {}};
+  db.Exec(kPersonQuery, PersonCallback, &reading) && db.Exec(kPropertyQuery, PropertiesCallback, &reading) &&
+      db.Exec(kPropertyEntryQuery, PropertiesCallback, &reading);
+  for (const auto& [person, properties] : reading.properties) person->texts = WithProperties(person->texts, properties);
 }
 
 void Contact::ConvertToPlist(const PersonMap& people, plist_t array) {
@@ -140,20 +151,6 @@ void Contact::ConvertToPlist(const PersonMap& people, plist_t array) {
     VqCheckAlive(&person);
     plist_t dict = plist_new_dict();
     plist_array_append_item(array, dict);
-    plist_dict_set_item(dict, "id", plist_new_uint(static_cast<uint64_t>(static_cast<int64_t>(person.recordId))));
-    InsertPlistDictString(dict, "name", person.name.c_str());
-    InsertPlistDictString(dict, "organization", person.organization.c_str());
-    InsertPlistDictString(dict, "department", person.department.c_str());
-    InsertPlistDictString(dict, "note", person.note.c_str());
-    InsertPlistDictString(dict, "birthday", person.birthday.c_str());
-    InsertPlistDictString(dict, "jobTitle", person.jobTitle.c_str());
-    InsertPlistDictString(dict, "nickName", person.nickname.c_str());
-    InsertPlistDictString(dict, "creationDate", person.creationDate.c_str());
-    plist_t properties = plist_new_dict();
-    plist_dict_set_item(dict, "properties", properties);
-    // One insertion per property: a label met again replaces the earlier value.
-    for (const Person::Property& property : person.properties) {
-      InsertPlistDictString(properties, property.label.c_str(), property.value.c_str());
-    }
+    InsertPersonTexts(person.recordId, person.name.c_str(), person.texts, dict);
   }
 }

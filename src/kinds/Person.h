@@ -3,29 +3,23 @@
 
 #include <cstdint>
 #include <string>
-#include <vector>
 
+#include "common/PackedTexts.h"
 #include "common/VqBase.h"
+#include "kinds/PersonTexts.h"
 
 // One address-book entry with its labelled values (numbers, e-mail
 // addresses, the lines of postal addresses, dates), in row order.
 class Person : public VqBase {
  public:
-  struct Property {
-    std::string label;  // "_$!<Mobile>!$_" is kept as "Mobile"
-    std::string value;
-  };
-
   int32_t recordId = 0;
-  std::string name;  // first, middle and last name joined by single blanks
-  std::string organization;
-  std::string department;
-  std::string note;
-  std::string birthday;      // the database's text, not converted
-  std::string jobTitle;
-  std::string nickname;
-  std::string creationDate;  // local date text; empty when the column is empty
-  std::vector<Property> properties;
+  // First, middle and last name joined by single blanks; a string of its
+  // own because the number index points at it.
+  std::string name;
+  // The PersonText texts (the birthday as the database has it, the creation
+  // date empty when the column is), then the labels ("_$!<Mobile>!$_" kept
+  // as "Mobile") and values.
+  PackedTexts texts;
 };
 
 #endif

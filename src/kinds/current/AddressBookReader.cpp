@@ -10,6 +10,7 @@
 #include "common/LocalDate.h"
 #include "common/SchemaInfo.h"
 #include "common/TextHelpers.h"
+#include "kinds/PersonTexts.h"
 
 namespace current {
 namespace {
@@ -88,9 +89,16 @@ std::string BirthdayText(const std::string& stored) {
 
 }  // namespace
 
-std::vector<Contact::Person> ReadAddressBook(Database& database) {
+AddressBook ReadAddressBook(Database& database) {
   const SchemaInfo schema(database);
-  std::map<int64_t, Contact::Person> people;
+  // Each person with the values met so far, packed once every row is read.
+  struct Reading {
+    Contact::Person person;
+    std::vector<std::string> properties;  // label, value, label, value, ...
+    std::vector<std::string> addresses;
+    std::set<std::string> takenLabels;
+  };
+  std::map<int64_t, Reading> people;
   const std::string personQuery = "select ABPerson.ROWID, " + schema.ColumnOrNull("ABPerson", "First") + ", " +
                                   schema.ColumnOrNull("ABPerson", "Middle") + ", " +
                                   schema.ColumnOrNull("ABPerson", "Last") + ", " +
@@ -107,14 +115,15 @@ std::vector<Contact::Person> ReadAddressBook(Database& database) {
     person.id = personRows.Int64(0);
     const std::string parts = GetEmptyStringIsNull(personRows.Text(1)) + " " + GetEmptyStringIsNull(personRows.Text(2)) + " " + GetEmptyStringIsNull(personRows.Text(3));
     person.name = TakeMallocText(DeleteDelims(parts.c_str(), " ", " "));
-    person.organization = GetEmptyStringIsNull(personRows.Text(4));
-    person.department = GetEmptyStringIsNull(personRows.Text(5));
-    person.note = GetEmptyStringIsNull(personRows.Text(6));
-    person.birthday = BirthdayText(GetEmptyStringIsNull(personRows.Text(7)));
-    person.jobTitle = GetEmptyStringIsNull(personRows.Text(8));
-    person.nickname = GetEmptyStringIsNull(personRows.Text(9));
-    person.creationDate = LocalDateText(personRows.Text(10), TimeBase::Since2001);
-    people[person.id] = std::move(person);
+    person.texts = PackedTexts{GetEmptyViewIsNull(personRows.Text(4)),
+                               GetEmptyViewIsNull(personRows.Text(5)),
+                               GetEmptyViewIsNull(personRows.Text(6)),
+                               BirthdayText(GetEmptyStringIsNull(personRows.Text(7))),
+                               GetEmptyViewIsNull(personRows.Text(8)),
+                               GetEmptyViewIsNull(personRows.Text(9)),
+                               LocalDateText(personRows.Text(10), TimeBase::Since2001)};
+    const int64_t id = person.id;
+    people[id] = Reading{std::move(person), {}, {}, {}};
   }
 
   // The lines of structured values, by the value they belong to.
@@ -129,7 +138,6 @@ std::vector<Contact::Person> ReadAddressBook(Database& database) {
     }
   }
 
-  std::map<int64_t, std::set<std::string>> takenLabels;
   const std::string valueQuery = "select m.record_id, " + schema.ColumnOrNull("ABMultiValue", "UID", "m") + ", " +
                                  schema.ColumnOrNull("ABMultiValue", "property", "m") + ", l.value, m.value from ABMultiValue m " +
                                  "left join ABMultiValueLabel l on l.rowid = m.label order by m.rowid";
@@ -146,16 +154,24 @@ std::vector<Contact::Person> ReadAddressBook(Database& database) {
     if (value.empty()) continue;
     // Without the property column every value may be a number or an address.
     const bool names = valueRows.IsNull(2) || valueRows.Int64(2) == kPhone || valueRows.Int64(2) == kEmail;
-    if (names) owner->second.addresses.push_back(value);
+    Reading& reading = owner->second;
+    if (names) reading.addresses.push_back(value);
     std::string label = CleanLabel(GetEmptyStringIsNull(valueRows.Text(3)));
     if (label.empty()) label = PropertyName(valueRows.Int64(2));
-    owner->second.properties.emplace_back(UniqueLabel(label, takenLabels[owner->first]), std::move(value));
+    reading.properties.push_back(UniqueLabel(label, reading.takenLabels));
+    reading.properties.push_back(std::move(value));
   }
 
-  std::vector<Contact::Person> ordered;
-  ordered.reserve(people.size());
-  for (auto& [id, person] : people) ordered.push_back(std::move(person));
-  return ordered;
+  AddressBook book;
+  book.people.reserve(people.size());
+  book.addresses.reserve(people.size());
+  for (auto& [id, reading] : people) {
+    Contact::Person& person = reading.person;
+    if (!reading.properties.empty()) person.texts = WithProperties(person.texts, reading.properties);
+    book.people.push_back(std::move(person));
+    book.addresses.push_back(std::move(reading.addresses));
+  }
+  return book;
 }
 
 }  // namespace current

@@ -1,6 +1,7 @@
 #ifndef YH_KINDS_CURRENT_ADDRESSBOOKREADER_H
 #define YH_KINDS_CURRENT_ADDRESSBOOKREADER_H
 
+#include <string>
 #include <vector>
 
 #include "common/Database.h"
@@ -10,7 +11,13 @@ namespace current {
 
 // The people of one address-book database, by ascending id, with their
 // values as the current service shows them.
-std::vector<Contact::Person> ReadAddressBook(Database& database);
+struct AddressBook {
+  std::vector<Contact::Person> people;
+  // Each person's phone numbers and e-mail addresses among those values, in
+  // row order: what the directory needs, not kept after.
+  std::vector<std::vector<std::string>> addresses;
+};
+AddressBook ReadAddressBook(Database& database);
 
 }  // namespace current
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <string>
 
 #include "common/PlistHelpers.h"
 #include "common/SortByMoving.h"
@@ -44,8 +45,9 @@ void CallHistory::Read(const BackupDevice* device) {
   // Kept for every later request: spare room would be kept too.
   calls_.shrink_to_fit();
   for (Call& call : calls_) {
-    if (!call.name.empty()) continue;
-    if (const std::string* name = contacts_.FindNameByPhone(device, call.address)) call.name = *name;
+    if (!call.texts.View(kCallName).empty()) continue;
+    const std::string address(call.texts.View(kCallAddress));
+    if (const std::string* name = contacts_.FindNameByPhone(device, address)) call.texts.Replace(kCallName, *name);
   }
 }
 
@@ -55,16 +57,9 @@ plist_t CallHistory::FindContent(void* device, int /*flag*/) {
   plist_t array = plist_new_array();
   for (const Call& call : calls_) {
     plist_t dict = plist_new_dict();
-    InsertPlistDictString(dict, "name", call.name.c_str());
-    InsertPlistDictString(dict, "address", call.address.c_str());
-    InsertPlistDictString(dict, "date", call.date.c_str());
-    InsertPlistDictString(dict, "type", call.type.c_str());
-    InsertPlistDictString(dict, "duration", call.duration.c_str());
-    InsertPlistDictString(dict, "country_code", call.countryCode.c_str());
-    InsertPlistDictString(dict, "network_code", call.networkCode.c_str());
-    InsertPlistDictString(dict, "location", call.location.c_str());
+    InsertCallTexts(call.texts, dict);
     plist_dict_set_item(dict, "answered", plist_new_bool(call.answered));
-    InsertPlistDictString(dict, "service", call.service.c_str());
+    InsertPlistDictString(dict, "service", call.texts.AsCString(kCallService));
     plist_array_append_item(array, dict);
   }
   return array;

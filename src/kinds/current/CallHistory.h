@@ -3,9 +3,10 @@
 
 #include <cstdint>
 #include <optional>
-#include <string>
 #include <vector>
 
+#include "common/PackedTexts.h"
+#include "kinds/CallTexts.h"
 #include "kinds/Kind.h"
 #include "kinds/current/Contact.h"
 
@@ -22,18 +23,13 @@ class CallHistory : public Kind {
   // NULL when the backup holds no call.
   plist_t FindContent(void* device, int flag) override;
 
+  // The described texts, then the service.
+  enum : size_t { kCallService = kCallTextCount, kCurrentCallTextCount };
+
   struct Call {
-    std::string name;
-    std::string address;
+    PackedTexts texts;
     std::optional<int64_t> instant;  // seconds since 1970, for the order
-    std::string date;
-    std::string type;
-    std::string duration;
-    std::string countryCode;
-    std::string networkCode;
-    std::string location;
     bool answered = false;
-    std::string service;
   };
 
  private:

@@ -1,10 +1,11 @@
 #ifndef YH_KINDS_CURRENT_CONTACT_H
 #define YH_KINDS_CURRENT_CONTACT_H
 
+#include <cstdint>
 #include <string>
-#include <utility>
 #include <vector>
 
+#include "common/PackedTexts.h"
 #include "kinds/Kind.h"
 #include "kinds/current/PhoneDirectory.h"
 #include "libYH.h"
@@ -21,15 +22,9 @@ class Contact : public Kind {
   struct Person {
     int64_t id = 0;
     std::string name;
-    std::string organization;
-    std::string department;
-    std::string note;
-    std::string birthday;
-    std::string jobTitle;
-    std::string nickname;
-    std::string creationDate;
-    std::vector<std::pair<std::string, std::string>> properties;  // label, value, in row order
-    std::vector<std::string> addresses;  // the phone numbers and e-mail addresses among them
+    // The PersonText texts (the birthday as a day), then each label and
+    // value in row order.
+    PackedTexts texts;
   };
 
   // An array of the people of the first address book (empty when none).
