@@ -35,13 +35,14 @@ std::vector<CallHistory::Call> ReadCallDatabase(Database& database) {
   Database::Statement rows(database, query.c_str());
   while (rows.Step()) {
     CallHistory::Call call;
-    call.instant = UnixSeconds(rows.Text(2), TimeBase::Unix);
+    const LocalDate date = LocalDateOf(rows.Text(2), TimeBase::Unix);
+    call.instant = date.instant;
     const int64_t flags = rows.Int64(3);
     const bool outgoing = (flags & 1) != 0;
     const char* type = rows.IsNull(3) ? "Unknown" : outgoing ? "Outgoing" : "Incoming";
     call.answered = outgoing || (rows.Text(4) && std::strtod(rows.Text(4), nullptr) > 0);
     const char* service = (flags & 16) != 0 ? "FaceTime" : "Phone";
-    call.texts = PackedTexts{rows.WholeView(0), rows.WholeView(1), LocalDateText(rows.Text(2), TimeBase::Unix),
+    call.texts = PackedTexts{rows.WholeView(0), rows.WholeView(1), date.text,
                              type, DurationText(rows.Text(4)), rows.WholeView(5), rows.WholeView(6), {}, service};
     calls.push_back(std::move(call));
   }
@@ -64,14 +65,15 @@ std::vector<CallHistory::Call> ReadCallStore(Database& database) {
   Database::Statement rows(database, query.c_str());
   while (rows.Step()) {
     CallHistory::Call call;
-    call.instant = UnixSeconds(rows.Text(2), TimeBase::Since2001);
+    const LocalDate date = LocalDateOf(rows.Text(2), TimeBase::Since2001);
+    call.instant = date.instant;
     const int64_t originated = rows.Int64(3);
     const char* type =
         rows.IsNull(3) ? "Unknown" : originated == 1 ? "Outgoing" : originated == 0 ? "Incoming" : "Unknown";
     call.answered = rows.Int64(8) != 0;
     const int64_t callType = rows.Int64(9);
     const char* service = callType == 8 ? "FaceTime Video" : callType == 16 ? "FaceTime Audio" : "Phone";
-    call.texts = PackedTexts{rows.WholeView(0), rows.WholeView(1), LocalDateText(rows.Text(2), TimeBase::Since2001),
+    call.texts = PackedTexts{rows.WholeView(0), rows.WholeView(1), date.text,
                              type, DurationText(rows.Text(4)), rows.WholeView(5), rows.WholeView(6), rows.WholeView(7),
                              service};
     calls.push_back(std::move(call));
