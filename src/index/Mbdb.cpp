@@ -120,43 +120,55 @@ bool ReadRecord(FILE* file, ReadValues* values) {
 
 }  // namespace
 
+Mbdb::MBFileRecord::MBFileRecord(Fields fields)
+    : pathSize_(fields.pathSize),
+      linkTargetSize_(fields.linkTargetSize),
+      domain_(fields.domain),
+      texts_(fields.texts),
+      properties_(std::move(fields.properties)),
+      storedSize_(fields.stored.size),
+      dataHashSize_(fields.dataHashSize),
+      encryptionKeySize_(fields.encryptionKeySize),
+      fixedBlock_(fields.fixedBlock),
+      storedRegular_(fields.stored.regular) {}
+
 std::string Mbdb::MBFileRecord::dataHash() const {
-  return DataText(Texts().substr(size_t{fields_.pathSize} + fields_.linkTargetSize, fields_.dataHashSize));
+  return DataText(Texts().substr(size_t{pathSize_} + linkTargetSize_, dataHashSize_));
 }
 
 std::string Mbdb::MBFileRecord::encryptionKey() const {
-  return DataText(Texts().substr(size_t{fields_.pathSize} + fields_.linkTargetSize + fields_.dataHashSize));
+  return DataText(Texts().substr(size_t{pathSize_} + linkTargetSize_ + dataHashSize_));
 }
 
 std::string Mbdb::MBFileRecord::fixedBlockText() const {
-  return toHex(fields_.fixedBlock.data(), kFixedBlockSize, kFixedBlockGroups,
+  return toHex(fixedBlock_.data(), kFixedBlockSize, kFixedBlockGroups,
                sizeof kFixedBlockGroups / sizeof kFixedBlockGroups[0]);
 }
 
-uint16_t Mbdb::MBFileRecord::mode() const { return BigEndianBitConverter::ToUInt16(fields_.fixedBlock.data(), 0); }
+uint16_t Mbdb::MBFileRecord::mode() const { return BigEndianBitConverter::ToUInt16(fixedBlock_.data(), 0); }
 
-int32_t Mbdb::MBFileRecord::inodeHigh() const { return BigEndianBitConverter::ToInt32(fields_.fixedBlock.data(), 2); }
+int32_t Mbdb::MBFileRecord::inodeHigh() const { return BigEndianBitConverter::ToInt32(fixedBlock_.data(), 2); }
 
-uint32_t Mbdb::MBFileRecord::inodeLow() const { return BigEndianBitConverter::ToUInt32(fields_.fixedBlock.data(), 6); }
+uint32_t Mbdb::MBFileRecord::inodeLow() const { return BigEndianBitConverter::ToUInt32(fixedBlock_.data(), 6); }
 
-uint32_t Mbdb::MBFileRecord::userId() const { return BigEndianBitConverter::ToUInt32(fields_.fixedBlock.data(), 10); }
+uint32_t Mbdb::MBFileRecord::userId() const { return BigEndianBitConverter::ToUInt32(fixedBlock_.data(), 10); }
 
-uint32_t Mbdb::MBFileRecord::groupId() const { return BigEndianBitConverter::ToUInt32(fields_.fixedBlock.data(), 14); }
+uint32_t Mbdb::MBFileRecord::groupId() const { return BigEndianBitConverter::ToUInt32(fixedBlock_.data(), 14); }
 
 struct tm Mbdb::MBFileRecord::modified() const {
-  return BrokenDownUtc(BigEndianBitConverter::ToUInt32(fields_.fixedBlock.data(), 18));
+  return BrokenDownUtc(BigEndianBitConverter::ToUInt32(fixedBlock_.data(), 18));
 }
 
 struct tm Mbdb::MBFileRecord::accessed() const {
-  return BrokenDownUtc(BigEndianBitConverter::ToUInt32(fields_.fixedBlock.data(), 22));
+  return BrokenDownUtc(BigEndianBitConverter::ToUInt32(fixedBlock_.data(), 22));
 }
 
 struct tm Mbdb::MBFileRecord::changed() const {
-  return BrokenDownUtc(BigEndianBitConverter::ToUInt32(fields_.fixedBlock.data(), 26));
+  return BrokenDownUtc(BigEndianBitConverter::ToUInt32(fixedBlock_.data(), 26));
 }
 
 int32_t Mbdb::MBFileRecord::size() const {
-  return static_cast<int32_t>(static_cast<uint32_t>(BigEndianBitConverter::ToInt64(fields_.fixedBlock.data(), 30)));
+  return static_cast<int32_t>(static_cast<uint32_t>(BigEndianBitConverter::ToInt64(fixedBlock_.data(), 30)));
 }
 
 int32_t Mbdb::ReadMBDB(const char* path) {
@@ -175,17 +187,16 @@ int32_t Mbdb::ReadMBDB(const char* path) {
   ReadValues values;
   // A truncated or unreadable record ends the reading; what was kept stays.
   while (!AtEnd(file.get()) && ReadRecord(file.get(), &values)) {
-    const HexNameBytes storedName = MbdbStoredDigest(values.domain, values.path);
     // A record whose stored file is absent (a folder, a file not copied)
     // is skipped and nothing of it is stored.
     Folder::Entry stored{};
-    if (!folder.Has(HexNameOf(storedName), &stored)) continue;
+    if (!folder.Has(MbdbStoredName(values.domain, values.path), &stored)) continue;
     const std::string texts = values.path + values.linkTarget + values.dataHash + values.encryptionKey;
     Keep(records_.Add(MBFileRecord::Fields{
-        domains_.Intern(values.domain), texts_.Add(texts).data(), std::move(values.properties), stored.size,
+        domains_.Intern(values.domain), texts_.Add(texts).data(),
         static_cast<uint16_t>(values.path.size()), static_cast<uint16_t>(values.linkTarget.size()),
         static_cast<uint16_t>(values.dataHash.size()), static_cast<uint16_t>(values.encryptionKey.size()),
-        storedName, values.fixedBlock, stored.regular}));
+        values.fixedBlock, std::move(values.properties), stored}));
   }
   MapPaths();
   return 1;

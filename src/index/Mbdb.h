@@ -18,6 +18,7 @@
 #include "index/PathIndex.h"
 #include "index/PathTable.h"
 #include "index/RecordStore.h"
+#include "index/Sha1Name.h"
 #include "index/SharedTexts.h"
 #include "index/TextArena.h"
 
@@ -37,27 +38,28 @@ class Mbdb : public IndexReader {
     // byte) and `texts` (path, link target, then the data hash and the
     // encryption key as stored, one after another) lie in storage that
     // outlives the record. Every value's length has 16 bits in the index.
-    // Ordered so that a quarter of a million records waste no padding.
     struct Fields {
       const char* domain;
       const char* texts;
-      std::unique_ptr<Property[]> properties;
-      uint64_t storedSize;
       uint16_t pathSize;
       uint16_t linkTargetSize;
       uint16_t dataHashSize;
       uint16_t encryptionKeySize;
-      HexNameBytes storedName;
       std::array<unsigned char, 40> fixedBlock;
-      bool storedRegular;
+      std::unique_ptr<Property[]> properties;
+      Folder::Entry stored;
     };
 
-    explicit MBFileRecord(Fields fields) : fields_(std::move(fields)) {}
+    explicit MBFileRecord(Fields fields);
 
-    std::string storedName() const { return HexNameOf(fields_.storedName); }  // 40 lower-case hex digits
-    std::string_view domain() const { return fields_.domain; }
-    std::string_view path() const { return Texts().substr(0, fields_.pathSize); }
-    std::string_view linkTarget() const { return Texts().substr(fields_.pathSize, fields_.linkTargetSize); }
+    // 40 lower-case hex digits. Worked out again at each call from the
+    // domain and path it is made of (texts end at their first zero byte, so
+    // both are as read): kept, it would take a sixth of the record, and only
+    // the few files that media and databases name ask for it.
+    std::string storedName() const { return MbdbStoredName(domain(), path()); }
+    std::string_view domain() const { return domain_; }
+    std::string_view path() const { return Texts().substr(0, pathSize_); }
+    std::string_view linkTarget() const { return Texts().substr(pathSize_, linkTargetSize_); }
     // As getD gives them.
     std::string dataHash() const;
     std::string encryptionKey() const;
@@ -73,20 +75,31 @@ class Mbdb : public IndexReader {
     struct tm accessed() const;
     struct tm changed() const;
     int32_t size() const;  // low 32 bits of the stored 64-bit size, kept narrow on purpose
-    uint8_t protectionClass() const { return fields_.fixedBlock[38]; }
-    uint8_t propertyCount() const { return fields_.fixedBlock[39]; }
-    const Property* properties() const { return fields_.properties.get(); }
+    uint8_t protectionClass() const { return fixedBlock_[38]; }
+    uint8_t propertyCount() const { return fixedBlock_[39]; }
+    const Property* properties() const { return properties_.get(); }
     // The stored file as found when the index was read: the media kinds
     // report its size without asking the file system again.
-    Folder::Entry stored() const { return {fields_.storedSize, fields_.storedRegular}; }
+    Folder::Entry stored() const { return {storedSize_, storedRegular_}; }
 
    private:
     std::string_view Texts() const {
-      return {fields_.texts, size_t{fields_.pathSize} + fields_.linkTargetSize + fields_.dataHashSize +
-                                 fields_.encryptionKeySize};
+      return {texts_, size_t{pathSize_} + linkTargetSize_ + dataHashSize_ +
+                                 encryptionKeySize_};
     }
 
-    Fields fields_;
+    // Ordered so that a quarter of a million records waste no padding: the
+    // first two sizes fill the end of the base.
+    uint16_t pathSize_;
+    uint16_t linkTargetSize_;
+    const char* domain_;
+    const char* texts_;
+    std::unique_ptr<Property[]> properties_;
+    uint64_t storedSize_;
+    uint16_t dataHashSize_;
+    uint16_t encryptionKeySize_;
+    std::array<unsigned char, 40> fixedBlock_;
+    bool storedRegular_;
   };
 
   using KeyList = std::vector<std::string>;
