@@ -106,12 +106,16 @@ plist_t Sms::FindContent(void* device, int /*flag*/) {
 }
 
 int Sms::AddSmsList(void* device, ChatMap& chats, const std::string& path, plist_t array) {
-  Database db(path);
-  if (!db.IsOpen()) return -1;
-  // The older query runs only when the current one fails (no chat or handle
-  // table), not when it finds nothing; rows a failing query delivered stay.
-  ChatRows rows{chats, {}};
-  if (!db.Exec(kMessageQuery, MessageCallback, &rows)) db.Exec(kMadridMessageQuery, MessageMadridCallback, &rows);
+  {
+    // Closed before the answer is made, so that its page cache is free for
+    // the answer's nodes.
+    Database db(path);
+    if (!db.IsOpen()) return -1;
+    // The older query runs only when the current one fails (no chat or handle
+    // table), not when it finds nothing; rows a failing query delivered stay.
+    ChatRows rows{chats, {}};
+    if (!db.Exec(kMessageQuery, MessageCallback, &rows)) db.Exec(kMadridMessageQuery, MessageMadridCallback, &rows);
+  }
   for (auto& entry : chats) {
     Chat& chat = *entry.second;
     VqCheckAlive(&chat);
