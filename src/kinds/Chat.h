@@ -5,18 +5,18 @@
 #include <string>
 #include <vector>
 
+#include "common/PackedTexts.h"
 #include "common/VqBase.h"
 
 // One conversation of the message database with the other party's address
 // and name, and its messages in date order.
 class Chat : public VqBase {
  public:
+  // A hundred thousand messages are held at once: their texts share a block.
   struct Message {
-    std::string country;
-    std::string service;  // "SMS", "iMessage"
-    std::string text;
-    std::string date;     // local date text
-    int32_t type = 0;     // 1 sent by the device owner, 0 received
+    enum Text { kCountry, kService, kText, kDate };
+    PackedTexts texts;  // service "SMS" or "iMessage"; date as local text
+    int32_t type = 0;   // 1 sent by the device owner, 0 received
   };
 
   std::string id;       // the key the chat is kept under

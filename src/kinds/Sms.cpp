@@ -66,13 +66,9 @@ int MessageCallback(void* rows, int /*columns*/, char** values, char** /*names*/
   Chat& chat = ChatFor(rows, values[0]);
   // The chat identifier is the other party's address.
   if (chat.phone.empty()) chat.phone = CleanPhone(values[0]);
-  Chat::Message message;
-  message.country = GetEmptyStringIsNull(values[1]);
-  message.service = GetEmptyStringIsNull(values[2]);
-  message.text = GetEmptyStringIsNull(values[3]);
-  message.date = DateText2001(values[4]);
-  message.type = GetZeroIntIsNull(values[5]);
-  chat.messages.push_back(std::move(message));
+  const std::string date = DateText2001(values[4]);
+  chat.messages.push_back({{GetEmptyViewIsNull(values[1]), GetEmptyViewIsNull(values[2]), GetEmptyViewIsNull(values[3]), date},
+                           GetZeroIntIsNull(values[5])});
   return 0;
 }
 
@@ -81,13 +77,9 @@ int MessageMadridCallback(void* rows, int /*columns*/, char** values, char** /*n
   Chat& chat = ChatFor(rows, values[0]);
   // The first message's handle names the other party.
   if (chat.phone.empty()) chat.phone = CleanPhone(values[3]);
-  Chat::Message message;
-  message.country = GetEmptyStringIsNull(values[1]);
-  message.service = GetEmptyStringIsNull(values[2]);
-  message.text = GetEmptyStringIsNull(values[4]);
-  message.date = DateText2001(values[5]);
-  message.type = GetZeroIntIsNull(values[6]) == kMadridReceived ? 0 : 1;
-  chat.messages.push_back(std::move(message));
+  const std::string date = DateText2001(values[5]);
+  chat.messages.push_back({{GetEmptyViewIsNull(values[1]), GetEmptyViewIsNull(values[2]), GetEmptyViewIsNull(values[4]), date},
+                           GetZeroIntIsNull(values[6]) == kMadridReceived ? 0 : 1});
   return 0;
 }
 
@@ -144,10 +136,10 @@ void Sms::ConvertToPlist(ChatMap& chats, plist_t array) {
     for (const Chat::Message& message : chat.messages) {
       plist_t item = plist_new_dict();
       plist_array_append_item(messages, item);
-      InsertPlistDictString(item, "country", message.country.c_str());
-      InsertPlistDictString(item, "service", message.service.c_str());
-      InsertPlistDictString(item, "text", message.text.c_str());
-      InsertPlistDictString(item, "date", message.date.c_str());
+      InsertPlistDictString(item, "country", message.texts.AsCString(Chat::Message::kCountry));
+      InsertPlistDictString(item, "service", message.texts.AsCString(Chat::Message::kService));
+      InsertPlistDictString(item, "text", message.texts.AsCString(Chat::Message::kText));
+      InsertPlistDictString(item, "date", message.texts.AsCString(Chat::Message::kDate));
       plist_dict_set_item(item, "type", plist_new_uint(static_cast<uint64_t>(static_cast<int64_t>(message.type))));
     }
   }
