@@ -1,5 +1,7 @@
 #include "common/PackedTexts.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <limits>
 #include <stdexcept>
@@ -7,13 +9,23 @@
 
 namespace {
 
-uint32_t ReadOffset(const char* at) {
-  uint32_t value;
-  std::memcpy(&value, at, sizeof value);
+// The block starts with the width in bytes (1, 2 or 4) of the count and of
+// every offset that follow it: records' texts are mostly short, and a
+// one-byte offset keeps a call's eight texts from costing more in offsets
+// than in letters.
+size_t WidthFor(size_t largest) {
+  return largest <= UINT8_MAX ? 1 : largest <= UINT16_MAX ? 2 : 4;
+}
+
+uint32_t ReadNumber(const char* at, size_t width) {
+  uint32_t value = 0;
+  for (size_t byte = 0; byte < width; ++byte) value |= uint32_t{static_cast<unsigned char>(at[byte])} << (8 * byte);
   return value;
 }
 
-void WriteOffset(char* at, uint32_t value) { std::memcpy(at, &value, sizeof value); }
+void WriteNumber(char* at, size_t width, uint32_t value) {
+  for (size_t byte = 0; byte < width; ++byte) at[byte] = static_cast<char>(value >> (8 * byte));
+}
 
 }  // namespace
 
@@ -26,9 +38,11 @@ PackedTexts::PackedTexts(const std::string_view* texts, size_t count) {
   if (count >= std::numeric_limits<uint32_t>::max() || bytes > std::numeric_limits<uint32_t>::max()) {
     throw std::length_error("texts too long to pack");
   }
-  const size_t header = sizeof(uint32_t) * (count + 1);
+  const size_t width = WidthFor(std::max(count, bytes));
+  const size_t header = 1 + width * (count + 1);
   block_.reset(new char[header + bytes]);
-  WriteOffset(block_.get(), static_cast<uint32_t>(count));
+  block_[0] = static_cast<char>(width);
+  WriteNumber(block_.get() + 1, width, static_cast<uint32_t>(count));
   char* out = block_.get() + header;
   uint32_t end = 0;
   for (size_t at = 0; at < count; ++at) {
@@ -38,15 +52,17 @@ PackedTexts::PackedTexts(const std::string_view* texts, size_t count) {
       out[end + text.size()] = '\0';
       end += static_cast<uint32_t>(text.size() + 1);
     }
-    WriteOffset(block_.get() + sizeof(uint32_t) * (at + 1), end);
+    WriteNumber(block_.get() + 1 + width * (at + 1), width, end);
   }
 }
 
-size_t PackedTexts::Count() const { return block_ ? ReadOffset(block_.get()) : 0; }
+size_t PackedTexts::Width() const { return static_cast<size_t>(block_[0]); }
 
-uint32_t PackedTexts::End(size_t at) const { return ReadOffset(block_.get() + sizeof(uint32_t) * (at + 1)); }
+size_t PackedTexts::Count() const { return block_ ? ReadNumber(block_.get() + 1, Width()) : 0; }
 
-const char* PackedTexts::Bytes() const { return block_.get() + sizeof(uint32_t) * (Count() + 1); }
+uint32_t PackedTexts::End(size_t at) const { return ReadNumber(block_.get() + 1 + Width() * (at + 1), Width()); }
+
+const char* PackedTexts::Bytes() const { return block_.get() + 1 + Width() * (Count() + 1); }
 
 std::string_view PackedTexts::View(size_t at) const {
   if (at >= Count()) return {};

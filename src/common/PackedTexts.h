@@ -9,8 +9,9 @@
 
 // The short texts of one record in one heap block, so that a large backup's
 // records do not each hold a string object per field: the block is the
-// number of texts, the end offset of each, then the bytes of every non-empty
-// text with a closing zero byte. An empty text costs its offset alone.
+// number of texts, the end offset of each (both as wide as the block needs),
+// then the bytes of every non-empty text with a closing zero byte. An empty
+// text costs its offset alone.
 // Texts keep any zero bytes they hold; AsCString shows them cut at the first.
 class PackedTexts {
  public:
@@ -28,6 +29,7 @@ class PackedTexts {
   void Replace(size_t at, std::string_view text);
 
  private:
+  size_t Width() const;
   uint32_t End(size_t at) const;
   const char* Bytes() const;
 

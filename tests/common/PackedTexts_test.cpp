@@ -25,6 +25,26 @@ TEST(PackedTexts, GivesBackEveryTextAsViewAndCString) {
   EXPECT_STREQ(texts.AsCString(4), "");
 }
 
+// Offsets take one, two or four bytes as the block's size needs: texts
+// ending on either side of each boundary, and more texts than one byte counts.
+TEST(PackedTexts, KeepsTextsWhateverWidthTheirOffsetsNeed) {
+  for (const size_t total : {size_t{254}, size_t{255}, size_t{256}, size_t{65534}, size_t{65535}, size_t{65536}, size_t{70000}}) {
+    const std::string first(total - 3, 'a');
+    const PackedTexts texts{first, "", "b"};
+    ASSERT_EQ(texts.Count(), 3u) << total;
+    EXPECT_EQ(texts.View(0), first) << total;
+    EXPECT_EQ(texts.View(1), "") << total;
+    EXPECT_EQ(texts.View(2), "b") << total;
+    EXPECT_STREQ(texts.AsCString(2), "b") << total;
+  }
+  std::vector<std::string> many;
+  for (int at = 0; at < 300; ++at) many.push_back(at % 3 == 0 ? "" : std::to_string(at));
+  const std::vector<std::string_view> views(many.begin(), many.end());
+  const PackedTexts texts(views.data(), views.size());
+  ASSERT_EQ(texts.Count(), 300u);
+  for (int at = 0; at < 300; ++at) EXPECT_EQ(texts.View(at), many[at]) << at;
+}
+
 TEST(PackedTexts, HasNoTextsWhenBuiltFromNone) {
   const PackedTexts none;
   EXPECT_EQ(none.Count(), 0u);
