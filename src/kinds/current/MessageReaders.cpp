@@ -91,16 +91,15 @@ void ReadChats(Database& database, const SchemaInfo& schema, Conversations& conv
   while (rows.Step()) {
     Sms::Message message;
     message.rowId = rows.Int64(0);
-    message.text = MessageText(rows, 1, 2);
+    const std::string text = MessageText(rows, 1, 2);
     const auto handle = handles.find(rows.Int64(3));
     const std::string& address = handle == handles.end() ? kNoAddress : handle->second;
-    LocalDate date = LocalDateOf(rows.Text(4), TimeBase::Since2001);
-    message.date = std::move(date.text);
+    const LocalDate date = LocalDateOf(rows.Text(4), TimeBase::Since2001);
     message.instant = date.instant;
     message.fromMe = rows.Int64(5) != 0;
-    message.service = rows.WholeText(6);
-    message.country = rows.WholeText(7);
-    if (!message.fromMe) message.sender = address;
+    const std::string service = rows.WholeText(6);
+    message.texts = PackedTexts{rows.WholeView(7), service, text, date.text,
+                                message.fromMe ? std::string_view() : std::string_view(address)};
     const auto chat = chatOfMessage.find(message.rowId);
     const bool inChat = chat != chatOfMessage.end();
     Sms::Conversation& conversation = inChat ? *chat->second : ConversationFor(conversations, address);
@@ -130,27 +129,28 @@ void ReadLegacy(Database& database, const SchemaInfo& schema, Conversations& con
   while (rows.Step()) {
     Sms::Message message;
     message.rowId = rows.Int64(kRowId);
-    message.text = MessageText(rows, kText, kBody);
-    message.country = rows.WholeText(kCountry);
+    const std::string text = MessageText(rows, kText, kBody);
+    const std::string country = rows.WholeText(kCountry);
     const bool iMessage = rows.Int64(kIsMadrid) != 0;
     const TimeBase base = iMessage ? TimeBase::Since2001 : TimeBase::Unix;
-    LocalDate date = LocalDateOf(rows.Text(kDate), base);
-    message.date = std::move(date.text);
+    const LocalDate date = LocalDateOf(rows.Text(kDate), base);
     message.instant = date.instant;
     std::vector<std::string> parties;
     std::string id;
+    std::string service;
+    std::string sender;
     if (iMessage) {
       message.fromMe = (rows.Int64(kMadridFlags) & 0x8000) != 0;
-      message.service = rows.WholeText(kService);
+      service = rows.WholeText(kService);
       const std::string handle = rows.WholeText(kHandle);
-      if (!message.fromMe) message.sender = handle;
+      if (!message.fromMe) sender = handle;
       parties.push_back(handle);
       id = rows.WholeText(kRoom).empty() ? handle : rows.WholeText(kRoom);
     } else {
       message.fromMe = (rows.Int64(kFlags) & 1) != 0;
-      message.service = "SMS";
+      service = "SMS";
       const std::string address = rows.WholeText(kAddress);
-      if (!message.fromMe) message.sender = address;
+      if (!message.fromMe) sender = address;
       const auto group = members.find(rows.Int64(kGroup));
       parties = group != members.end() ? group->second : std::vector<std::string>{address};
       for (const std::string& party : parties) id += (id.empty() ? "" : ", ") + party;
@@ -158,6 +158,7 @@ void ReadLegacy(Database& database, const SchemaInfo& schema, Conversations& con
     Sms::Conversation& conversation = ConversationFor(conversations, id);
     for (const std::string& party : parties) AddParticipant(conversation, party);
     conversation.group = conversation.participants.size() > 1;
+    message.texts = PackedTexts{country, service, text, date.text, sender};
     conversation.messages.push_back(std::move(message));
   }
 }

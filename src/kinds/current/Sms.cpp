@@ -30,8 +30,9 @@ void Sms::Name(const BackupDevice* device, Conversation& conversation, NameCache
     conversation.another = conversation.participantNames.empty() ? std::string() : conversation.participantNames.front();
   }
   for (Message& message : conversation.messages) {
-    if (message.sender.empty()) continue;
-    if (const std::string* name = NameOf(device, message.sender, cache)) message.senderName = *name;
+    const std::string_view sender = message.texts.View(Message::kSender);
+    if (sender.empty()) continue;
+    if (const std::string* name = NameOf(device, std::string(sender), cache)) message.senderName = *name;
   }
 }
 
@@ -60,12 +61,12 @@ plist_t Sms::FindContent(void* device, int /*flag*/) {
       plist_t messages = plist_new_array();
       for (const Message& message : conversation.messages) {
         plist_t item = plist_new_dict();
-        InsertPlistDictString(item, "country", message.country.c_str());
-        InsertPlistDictString(item, "service", message.service.c_str());
-        InsertPlistDictString(item, "text", message.text.c_str());
-        InsertPlistDictString(item, "date", message.date.c_str());
+        InsertPlistDictString(item, "country", message.texts.AsCString(Message::kCountry));
+        InsertPlistDictString(item, "service", message.texts.AsCString(Message::kService));
+        InsertPlistDictString(item, "text", message.texts.AsCString(Message::kText));
+        InsertPlistDictString(item, "date", message.texts.AsCString(Message::kDate));
         plist_dict_set_item(item, "type", plist_new_uint(message.fromMe ? 1 : 0));
-        InsertPlistDictString(item, "sender", message.sender.c_str());
+        InsertPlistDictString(item, "sender", message.texts.AsCString(Message::kSender));
         InsertPlistDictString(item, "sender_name", message.senderName.c_str());
         plist_array_append_item(messages, item);
       }

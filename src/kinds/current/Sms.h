@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "common/PackedTexts.h"
 #include "kinds/Kind.h"
 #include "kinds/current/Contact.h"
 
@@ -25,15 +26,14 @@ class Sms : public Kind {
   // An array of the conversations of every message database (empty when none).
   plist_t FindContent(void* device, int flag) override;
 
+  // Kept for every later request, a hundred thousand at a time: the texts
+  // read from the row share one block.
   struct Message {
+    enum Text { kCountry, kService, kText, kDate, kSender };
     int64_t rowId = 0;
     std::optional<int64_t> instant;  // seconds since 1970, for the order
-    std::string country;
-    std::string service;
-    std::string text;
-    std::string date;
+    PackedTexts texts;  // the sender is its address, empty for the owner
     bool fromMe = false;
-    std::string sender;  // the sender's address; empty for the owner
     std::string senderName;
   };
 
