@@ -114,6 +114,11 @@ void InsertPlistDictString(plist_t dict, const char* key, const char* value) {
   plist_dict_set_item(dict, key, plist_new_string(value ? value : ""));
 }
 
+void InsertPackedTexts(plist_t dict, const PackedTexts& texts,
+                       std::initializer_list<std::pair<const char*, size_t>> keys) {
+  for (const auto& [key, text] : keys) InsertPlistDictString(dict, key, texts.AsCString(text));
+}
+
 void AddNoneValuePlistDictString(plist_t dict, const char* key, const char* value) {
   plist_dict_set_item(dict, key, plist_new_string(value && *value ? value : "(None)"));
 }

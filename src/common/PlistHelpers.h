@@ -3,9 +3,14 @@
 
 #include <plist/plist.h>
 
+#include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <memory>
 #include <string>
+#include <utility>
+
+#include "common/PackedTexts.h"
 
 // Reads a binary or XML property list; NULL for an empty, missing or
 // unparsable file. A string holding a zero byte ends there. The caller
@@ -24,6 +29,9 @@ void plist_std_free(const char* p);
 
 // Result builders: NULL values never leave holes in a dictionary.
 void InsertPlistDictString(plist_t dict, const char* key, const char* value);
+// Inserts, in the order given, each key with the packed text at its index.
+void InsertPackedTexts(plist_t dict, const PackedTexts& texts,
+                       std::initializer_list<std::pair<const char*, size_t>> keys);
 void AddNoneValuePlistDictString(plist_t dict, const char* key, const char* value);
 void AppendPlistArrayString(plist_t array, const char* value);
 plist_t PlistCopyZero(plist_t node);

@@ -3,12 +3,13 @@
 #include "common/PlistHelpers.h"
 
 void InsertCallTexts(const PackedTexts& texts, plist_t dict) {
-  InsertPlistDictString(dict, "name", texts.AsCString(kCallName));
-  InsertPlistDictString(dict, "address", texts.AsCString(kCallAddress));
-  InsertPlistDictString(dict, "date", texts.AsCString(kCallDate));
-  InsertPlistDictString(dict, "type", texts.AsCString(kCallType));
-  InsertPlistDictString(dict, "duration", texts.AsCString(kCallDuration));
-  InsertPlistDictString(dict, "country_code", texts.AsCString(kCallCountryCode));
-  InsertPlistDictString(dict, "network_code", texts.AsCString(kCallNetworkCode));
-  InsertPlistDictString(dict, "location", texts.AsCString(kCallLocation));
+  InsertPackedTexts(dict, texts,
+                    {{"name", kCallName},
+                     {"address", kCallAddress},
+                     {"date", kCallDate},
+                     {"type", kCallType},
+                     {"duration", kCallDuration},
+                     {"country_code", kCallCountryCode},
+                     {"network_code", kCallNetworkCode},
+                     {"location", kCallLocation}});
 }

@@ -15,13 +15,14 @@ PackedTexts WithProperties(const PackedTexts& texts, const std::vector<std::stri
 void InsertPersonTexts(int64_t id, const char* name, const PackedTexts& texts, plist_t dict) {
   plist_dict_set_item(dict, "id", plist_new_uint(static_cast<uint64_t>(id)));
   InsertPlistDictString(dict, "name", name);
-  InsertPlistDictString(dict, "organization", texts.AsCString(kPersonOrganization));
-  InsertPlistDictString(dict, "department", texts.AsCString(kPersonDepartment));
-  InsertPlistDictString(dict, "note", texts.AsCString(kPersonNote));
-  InsertPlistDictString(dict, "birthday", texts.AsCString(kPersonBirthday));
-  InsertPlistDictString(dict, "jobTitle", texts.AsCString(kPersonJobTitle));
-  InsertPlistDictString(dict, "nickName", texts.AsCString(kPersonNickname));
-  InsertPlistDictString(dict, "creationDate", texts.AsCString(kPersonCreationDate));
+  InsertPackedTexts(dict, texts,
+                    {{"organization", kPersonOrganization},
+                     {"department", kPersonDepartment},
+                     {"note", kPersonNote},
+                     {"birthday", kPersonBirthday},
+                     {"jobTitle", kPersonJobTitle},
+                     {"nickName", kPersonNickname},
+                     {"creationDate", kPersonCreationDate}});
   plist_t properties = plist_new_dict();
   plist_dict_set_item(dict, "properties", properties);
   for (size_t property = 0; property < PersonPropertyCount(texts); ++property) {

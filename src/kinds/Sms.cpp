@@ -136,10 +136,11 @@ void Sms::ConvertToPlist(ChatMap& chats, plist_t array) {
     for (const Chat::Message& message : chat.messages) {
       plist_t item = plist_new_dict();
       plist_array_append_item(messages, item);
-      InsertPlistDictString(item, "country", message.texts.AsCString(Chat::Message::kCountry));
-      InsertPlistDictString(item, "service", message.texts.AsCString(Chat::Message::kService));
-      InsertPlistDictString(item, "text", message.texts.AsCString(Chat::Message::kText));
-      InsertPlistDictString(item, "date", message.texts.AsCString(Chat::Message::kDate));
+      InsertPackedTexts(item, message.texts,
+                        {{"country", Chat::Message::kCountry},
+                         {"service", Chat::Message::kService},
+                         {"text", Chat::Message::kText},
+                         {"date", Chat::Message::kDate}});
       plist_dict_set_item(item, "type", plist_new_uint(static_cast<uint64_t>(static_cast<int64_t>(message.type))));
     }
   }

@@ -61,10 +61,11 @@ plist_t Sms::FindContent(void* device, int /*flag*/) {
       plist_t messages = plist_new_array();
       for (const Message& message : conversation.messages) {
         plist_t item = plist_new_dict();
-        InsertPlistDictString(item, "country", message.texts.AsCString(Message::kCountry));
-        InsertPlistDictString(item, "service", message.texts.AsCString(Message::kService));
-        InsertPlistDictString(item, "text", message.texts.AsCString(Message::kText));
-        InsertPlistDictString(item, "date", message.texts.AsCString(Message::kDate));
+        InsertPackedTexts(item, message.texts,
+                          {{"country", Message::kCountry},
+                           {"service", Message::kService},
+                           {"text", Message::kText},
+                           {"date", Message::kDate}});
         plist_dict_set_item(item, "type", plist_new_uint(message.fromMe ? 1 : 0));
         InsertPlistDictString(item, "sender", message.texts.AsCString(Message::kSender));
         InsertPlistDictString(item, "sender_name", message.senderName.c_str());
