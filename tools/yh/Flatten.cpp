@@ -1,10 +1,11 @@
 #include "Flatten.h"
 
-#include <cstdlib>
 #include <iterator>
 #include <map>
+#include <string_view>
 #include <utility>
 
+#include "PlistEntries.h"
 #include "PlistJson.h"
 
 namespace yh {
@@ -17,23 +18,6 @@ bool IsContainer(plist_t node) {
   return type == PLIST_ARRAY || type == PLIST_DICT;
 }
 
-// Calls visit(key, value) for each entry in order.
-template <typename Visit>
-void ForEachEntry(plist_t dict, Visit visit) {
-  plist_dict_iter iter = nullptr;
-  plist_dict_new_iter(dict, &iter);
-  for (;;) {
-    char* rawKey = nullptr;
-    plist_t value = nullptr;
-    plist_dict_next_item(dict, iter, &rawKey, &value);
-    if (!value) break;
-    const std::string key = rawKey ? rawKey : "";
-    std::free(rawKey);
-    visit(key, value);
-  }
-  std::free(iter);
-}
-
 std::vector<plist_t> Elements(plist_t array) {
   std::vector<plist_t> elements;
   const uint32_t size = plist_array_get_size(array);
@@ -44,16 +28,16 @@ std::vector<plist_t> Elements(plist_t array) {
 std::vector<Cells> Leaves(const std::string& parent, plist_t node) {
   std::vector<Cells> leaves;
   if (plist_get_node_type(node) == PLIST_DICT) {
-    ForEachEntry(node, [&](const std::string& label, plist_t value) {
-      leaves.push_back({{parent + ".label", label}, {parent + ".value", CellText(value)}});
+    ForEachEntry(node, [&](std::string_view label, plist_t value) {
+      leaves.push_back({{parent + ".label", std::string(label)}, {parent + ".value", CellText(value)}});
     });
     return leaves;
   }
   for (plist_t element : Elements(node)) {
     Cells leaf;
     if (plist_get_node_type(element) == PLIST_DICT) {
-      ForEachEntry(element, [&](const std::string& key, plist_t value) {
-        leaf.emplace_back(parent + "." + key, CellText(value));
+      ForEachEntry(element, [&](std::string_view key, plist_t value) {
+        leaf.emplace_back(parent + "." + std::string(key), CellText(value));
       });
     } else {
       leaf.emplace_back(parent, CellText(element));
@@ -103,12 +87,12 @@ void AddRecord(RowsBuilder& rows, plist_t record) {
   }
   Cells fields;
   std::vector<Cells> leaves;
-  ForEachEntry(record, [&](const std::string& key, plist_t value) {
+  ForEachEntry(record, [&](std::string_view key, plist_t value) {
     if (!IsContainer(value)) {
-      fields.emplace_back(key, CellText(value));
+      fields.emplace_back(std::string(key), CellText(value));
       return;
     }
-    for (Cells& leaf : Leaves(key, value)) leaves.push_back(std::move(leaf));
+    for (Cells& leaf : Leaves(std::string(key), value)) leaves.push_back(std::move(leaf));
   });
   if (leaves.empty()) {
     rows.Add(std::move(fields));

@@ -1,8 +1,9 @@
 #include "JsonWriter.h"
 
 #include <charconv>
-#include <cstdlib>
+#include <string_view>
 
+#include "PlistEntries.h"
 #include "PlistJson.h"
 #include "PlistTexts.h"
 
@@ -65,18 +66,10 @@ void CloseObject(std::ostream& out, bool empty, int depth) {
 
 void WriteDictionary(std::ostream& out, plist_t node, int depth) {
   bool empty = true;
-  plist_dict_iter iter = nullptr;
-  plist_dict_new_iter(node, &iter);
-  for (;;) {
-    char* key = nullptr;
-    plist_t value = nullptr;
-    plist_dict_next_item(node, iter, &key, &value);
-    if (!value) break;
-    WriteMember(out, empty, key ? key : "", key ? std::char_traits<char>::length(key) : 0, value, depth);
-    std::free(key);
+  ForEachEntry(node, [&](std::string_view key, plist_t value) {
+    WriteMember(out, empty, key.data(), key.size(), value, depth);
     empty = false;
-  }
-  std::free(iter);
+  });
   CloseObject(out, empty, depth);
 }
 

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <memory>
 
+#include "PlistEntries.h"
 #include "PlistTexts.h"
 
 namespace yh {
@@ -15,17 +16,7 @@ using OwnedText = std::unique_ptr<char, FreeText>;
 
 Json Dictionary(plist_t node) {
   Json object = Json::object();
-  plist_dict_iter iter = nullptr;
-  plist_dict_new_iter(node, &iter);
-  for (;;) {
-    char* rawKey = nullptr;
-    plist_t value = nullptr;
-    plist_dict_next_item(node, iter, &rawKey, &value);
-    if (!value) break;
-    OwnedText key(rawKey);
-    object[key ? key.get() : ""] = ToJson(value);
-  }
-  std::free(iter);
+  ForEachEntry(node, [&object](std::string_view key, plist_t value) { object[std::string(key)] = ToJson(value); });
   return object;
 }
 
