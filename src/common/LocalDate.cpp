@@ -51,8 +51,6 @@ LocalDate LocalDateOf(const char* stored, TimeBase base) {
   return {DateTextOf(local), *instant};
 }
 
-std::optional<int64_t> UnixSeconds(const char* stored, TimeBase base) { return LocalDateOf(stored, base).instant; }
-
 std::string LocalDateText(const char* stored, TimeBase base) { return LocalDateOf(stored, base).text; }
 
 std::string FloatingDateText(const char* stored, TimeBase base) {

@@ -21,12 +21,9 @@ std::string LocalDateText(const char* stored, TimeBase base);
 // Read by the same rules as LocalDateText.
 std::string FloatingDateText(const char* stored, TimeBase base);
 
-// The stored instant as whole seconds since 1970 (for ordering), read by the
-// same rules; nothing where LocalDateText gives "".
-std::optional<int64_t> UnixSeconds(const char* stored, TimeBase base);
-
-// Both of the above from one reading of the stored value, for rows that
-// show a date and are ordered by it.
+// LocalDateText's text together with the stored instant as whole seconds
+// since 1970 (for ordering), from one reading of the stored value; the
+// instant is nothing where the text is "".
 struct LocalDate {
   std::string text;
   std::optional<int64_t> instant;

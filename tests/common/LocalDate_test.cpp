@@ -64,7 +64,7 @@ TEST(LocalDate, WhatIsNoDateStaysEmpty) {
   EXPECT_EQ(LocalDateText("12abc", TimeBase::Unix), "");
   EXPECT_EQ(LocalDateText("nan", TimeBase::Unix), "");
   EXPECT_EQ(LocalDateText("1e300", TimeBase::Unix), "");
-  EXPECT_FALSE(UnixSeconds("", TimeBase::Unix).has_value());
+  EXPECT_FALSE(LocalDateOf("", TimeBase::Unix).instant.has_value());
 }
 
 TEST(LocalDate, LocalDateOfGivesTheTextAndTheInstantTogether) {
@@ -74,7 +74,7 @@ TEST(LocalDate, LocalDateOfGivesTheTextAndTheInstantTogether) {
       for (TimeBase base : {TimeBase::Unix, TimeBase::Since2001}) {
         const LocalDate date = LocalDateOf(stored, base);
         EXPECT_EQ(date.text, LocalDateText(stored, base)) << zone << " " << stored;
-        EXPECT_EQ(date.instant, UnixSeconds(stored, base)) << zone << " " << stored;
+        EXPECT_EQ(date.instant.has_value(), !date.text.empty()) << zone << " " << stored;
       }
     }
     EXPECT_EQ(LocalDateOf(nullptr, TimeBase::Unix).text, "");
@@ -86,10 +86,10 @@ TEST(LocalDate, LocalDateOfGivesTheTextAndTheInstantTogether) {
   EXPECT_EQ(summer.instant, 1561975200);
 }
 
-TEST(LocalDate, UnixSecondsOrderInstantsOfEitherBase) {
-  EXPECT_EQ(UnixSeconds("0", TimeBase::Since2001), 978307200);
-  EXPECT_EQ(UnixSeconds("978307200", TimeBase::Unix), 978307200);
-  EXPECT_EQ(UnixSeconds("1000000000", TimeBase::Since2001), UnixSeconds("1000000000000000000", TimeBase::Since2001));
+TEST(LocalDate, InstantsOrderDatesOfEitherBase) {
+  EXPECT_EQ(LocalDateOf("0", TimeBase::Since2001).instant, 978307200);
+  EXPECT_EQ(LocalDateOf("978307200", TimeBase::Unix).instant, 978307200);
+  EXPECT_EQ(LocalDateOf("1000000000", TimeBase::Since2001).instant, LocalDateOf("1000000000000000000", TimeBase::Since2001).instant);
 }
 
 }  // namespace
