@@ -2,8 +2,9 @@
 
 #include <cctype>
 #include <string_view>
-#include <unordered_map>
+#include <functional>
 #include <utility>
+#include <vector>
 
 #include "common/ColumnHelpers.h"
 #include "common/Database.h"
@@ -40,25 +41,42 @@ std::string CleanPhone(const char* address) {
 
 // The chats of one database as its rows arrive, with an index by
 // identifier: rows of every chat come interleaved by date, and finding a
-// chat again should cost no text of its own.
+// chat again should cost no text of its own and touch as little memory as
+// may be (a hundred thousand rows ask it). The index is open addressing on
+// the identifier's hash, kept at most half full.
 struct ChatRows {
   Sms::ChatMap& chats;
-  std::unordered_map<std::string_view, Chat*> byId;  // views of the chats' own ids
+  std::vector<std::pair<size_t, Chat*>> slots = std::vector<std::pair<size_t, Chat*>>(64);
+  size_t used = 0;
 };
 
 // The chat kept under `key`, created (with no phone yet) on its first row.
 Chat& ChatFor(void* context, const char* key) {
   ChatRows& rows = *static_cast<ChatRows*>(context);
   const std::string_view id = key ? key : "";
-  const auto known = rows.byId.find(id);
-  if (known != rows.byId.end()) return *known->second;
+  const size_t hash = std::hash<std::string_view>()(id);
+  size_t slot = hash & (rows.slots.size() - 1);
+  for (; rows.slots[slot].second; slot = (slot + 1) & (rows.slots.size() - 1)) {
+    if (rows.slots[slot].first == hash && rows.slots[slot].second->id == id) return *rows.slots[slot].second;
+  }
   std::unique_ptr<Chat>& chat = rows.chats[std::string(id)];
   if (!chat) {
     chat.reset(new Chat);
     chat->id = std::string(id);
   }
-  rows.byId.emplace(chat->id, chat.get());
-  return *chat;
+  Chat& found = *chat;
+  rows.slots[slot] = {hash, &found};
+  if (2 * ++rows.used > rows.slots.size()) {
+    std::vector<std::pair<size_t, Chat*>> grown(2 * rows.slots.size());
+    for (const auto& [each, kept] : rows.slots) {
+      if (!kept) continue;
+      size_t to = each & (grown.size() - 1);
+      while (grown[to].second) to = (to + 1) & (grown.size() - 1);
+      grown[to] = {each, kept};
+    }
+    rows.slots.swap(grown);
+  }
+  return found;
 }
 
 // Columns: chat identifier, country, service, text, date, is-from-me.
@@ -105,7 +123,7 @@ int Sms::AddSmsList(void* device, ChatMap& chats, const std::string& path, plist
     if (!db.IsOpen()) return -1;
     // The older query runs only when the current one fails (no chat or handle
     // table), not when it finds nothing; rows a failing query delivered stay.
-    ChatRows rows{chats, {}};
+    ChatRows rows{chats};
     if (!db.Exec(kMessageQuery, MessageCallback, &rows)) db.Exec(kMadridMessageQuery, MessageMadridCallback, &rows);
   }
   for (auto& entry : chats) {
