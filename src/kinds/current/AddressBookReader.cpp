@@ -1,5 +1,6 @@
 #include "kinds/current/AddressBookReader.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
@@ -67,9 +68,17 @@ std::string JoinLines(const std::vector<std::pair<std::string, std::string>>& en
 }
 
 // A label taken already gets the next free number: "Home", "Home 2", ...
-std::string UniqueLabel(const std::string& label, std::set<std::string>& taken) {
+// `properties` holds label, value, label, value, ...: a person has a few,
+// so looking through them beats keeping a set of their labels.
+std::string UniqueLabel(const std::string& label, const std::vector<std::string>& properties) {
+  const auto taken = [&properties](const std::string& candidate) {
+    for (size_t at = 0; at < properties.size(); at += 2) {
+      if (properties[at] == candidate) return true;
+    }
+    return false;
+  };
   std::string unique = label;
-  for (int n = 2; !taken.insert(unique).second; ++n) unique = label + " " + std::to_string(n);
+  for (int n = 2; taken(unique); ++n) unique = label + " " + std::to_string(n);
   return unique;
 }
 
@@ -96,9 +105,10 @@ AddressBook ReadAddressBook(Database& database) {
     Contact::Person person;
     std::vector<std::string> properties;  // label, value, label, value, ...
     std::vector<std::string> addresses;
-    std::set<std::string> takenLabels;
   };
-  std::map<int64_t, Reading> people;
+  // By ascending id once every person is read; ten thousand people are
+  // found again by a binary search, without a tree node each.
+  std::vector<Reading> people;
   const std::string personQuery = "select ABPerson.ROWID, " + schema.ColumnOrNull("ABPerson", "First") + ", " +
                                   schema.ColumnOrNull("ABPerson", "Middle") + ", " +
                                   schema.ColumnOrNull("ABPerson", "Last") + ", " +
@@ -122,9 +132,14 @@ AddressBook ReadAddressBook(Database& database) {
                                GetEmptyViewIsNull(personRows.Text(8)),
                                GetEmptyViewIsNull(personRows.Text(9)),
                                LocalDateText(personRows.Text(10), TimeBase::Since2001)};
-    const int64_t id = person.id;
-    people[id] = Reading{std::move(person), {}, {}, {}};
+    people.push_back(Reading{std::move(person), {}, {}});
   }
+  const auto byId = [](const Reading& a, const Reading& b) { return a.person.id < b.person.id; };
+  std::stable_sort(people.begin(), people.end(), byId);
+  // A repeated id (only a damaged table has one) keeps its last row.
+  people.erase(people.begin(), std::unique(people.rbegin(), people.rend(), [](const Reading& a, const Reading& b) {
+                                 return a.person.id == b.person.id;
+                               }).base());
 
   // The lines of structured values, by the value they belong to.
   std::map<int64_t, std::vector<std::pair<std::string, std::string>>> lines;
@@ -143,8 +158,10 @@ AddressBook ReadAddressBook(Database& database) {
                                  "left join ABMultiValueLabel l on l.rowid = m.label order by m.rowid";
   Database::Statement valueRows(database, valueQuery.c_str());
   while (valueRows.Step()) {
-    const auto owner = people.find(valueRows.Int64(0));
-    if (owner == people.end()) continue;
+    const int64_t ownerId = valueRows.Int64(0);
+    const auto owner = std::lower_bound(people.begin(), people.end(), ownerId,
+                                        [](const Reading& reading, int64_t id) { return reading.person.id < id; });
+    if (owner == people.end() || owner->person.id != ownerId) continue;
     std::string value = GetEmptyStringIsNull(valueRows.Text(4));
     const auto structured = valueRows.IsNull(1) ? lines.end() : lines.find(valueRows.Int64(1));
     if (structured != lines.end()) {
@@ -154,18 +171,19 @@ AddressBook ReadAddressBook(Database& database) {
     if (value.empty()) continue;
     // Without the property column every value may be a number or an address.
     const bool names = valueRows.IsNull(2) || valueRows.Int64(2) == kPhone || valueRows.Int64(2) == kEmail;
-    Reading& reading = owner->second;
+    Reading& reading = *owner;
     if (names) reading.addresses.push_back(value);
     std::string label = CleanLabel(GetEmptyStringIsNull(valueRows.Text(3)));
     if (label.empty()) label = PropertyName(valueRows.Int64(2));
-    reading.properties.push_back(UniqueLabel(label, reading.takenLabels));
+    std::string unique = UniqueLabel(label, reading.properties);
+    reading.properties.push_back(std::move(unique));
     reading.properties.push_back(std::move(value));
   }
 
   AddressBook book;
   book.people.reserve(people.size());
   book.addresses.reserve(people.size());
-  for (auto& [id, reading] : people) {
+  for (Reading& reading : people) {
     Contact::Person& person = reading.person;
     if (!reading.properties.empty()) person.texts = WithProperties(person.texts, reading.properties);
     book.people.push_back(std::move(person));

@@ -68,6 +68,32 @@ TEST(CurrentContacts, PeopleAddedInTheWalAreListed) {
   EXPECT_EQ(described.Answer(ContentContact).find("Grace"), std::string::npos);
 }
 
+// A damaged table may declare a column of its own named ROWID: people then
+// come in any order and an id may repeat. They are listed by ascending id,
+// the last row of a repeated id wins, and values find their person.
+TEST(CurrentContacts, PeopleOutOfOrderOrRepeatedAreListedByIdWithTheirValues) {
+  const char kSql[] =
+      "CREATE TABLE ABPerson (ROWID INTEGER, First TEXT, Last TEXT);\n"
+      "INSERT INTO ABPerson VALUES (7, 'Old', 'Seven'), (3, 'Grace', 'Hopper'), (7, 'Ada', 'Lovelace');\n"
+      "CREATE TABLE ABMultiValueLabel (value TEXT);\n"
+      "INSERT INTO ABMultiValueLabel (rowid, value) VALUES (1, '_$!<Mobile>!$_');\n"
+      "CREATE TABLE ABMultiValue (record_id INTEGER, property INTEGER, label INTEGER, value TEXT);\n"
+      "INSERT INTO ABMultiValue VALUES (7, 3, 1, '555-0107'), (3, 3, 1, '555-0103'), (9, 3, 1, '555-0109'),\n"
+      "  (3, 3, 1, '555-0113');\n";
+  TempDir root;
+  const std::string backup =
+      BackupBuilder(IndexKind::ManifestDb).AddDatabase("HomeDomain", kAddressBookPath, kSql).Write(root.Path() + "b");
+  ScopedTimeZone utc("UTC");
+  ServedBackup served(backup, Service::Current);
+  const std::string empty =
+      "\"organization\":\"\",\"department\":\"\",\"note\":\"\",\"birthday\":\"\",\"jobTitle\":\"\","
+      "\"nickName\":\"\",\"creationDate\":\"\",";
+  EXPECT_EQ(served.Answer(ContentContact),
+            "[{\"id\":3u,\"name\":\"Grace Hopper\"," + empty +
+                "\"properties\":{\"Mobile\":\"555-0103\",\"Mobile 2\":\"555-0113\"}},"
+                "{\"id\":7u,\"name\":\"Ada Lovelace\"," + empty + "\"properties\":{\"Mobile\":\"555-0107\"}}]");
+}
+
 TEST(CurrentContacts, NoAddressBookGivesAnEmptyArray) {
   TempDir root;
   ServedBackup served(BackupBuilder(IndexKind::Mbdb).Write(root.Path() + "b"), Service::Current);
