@@ -1,8 +1,10 @@
 #include "kinds/current/MessageReaders.h"
 
 #include <algorithm>
+#include <iterator>
 #include <map>
 #include <unordered_map>
+#include <vector>
 
 #include "common/AttributedBody.h"
 #include "common/LocalDate.h"
@@ -69,19 +71,44 @@ void ReadChats(Database& database, const SchemaInfo& schema, Conversations& conv
       if (chat != chats.end() && handle != handles.end()) AddParticipant(*chat->second, handle->second);
     }
   }
-  // A message joined to two chats is listed once, in the first.
-  std::unordered_map<int64_t, Sms::Conversation*> chatOfMessage;
+  // A message joined to two chats is listed once, in the first. The joins
+  // are kept by message id in one sorted block: messages come in id order,
+  // so each finds its chat by stepping on from the one before.
+  std::vector<std::pair<int64_t, Sms::Conversation*>> chatOfMessage;
   if (schema.HasTable("chat_message_join")) {
     Database::Statement rows(database, "select message_id, chat_id from chat_message_join order by chat_id, message_id");
     while (rows.Step()) {
       const auto chat = chats.find(rows.Int64(1));
-      if (chat != chats.end()) chatOfMessage.emplace(rows.Int64(0), chat->second);
+      if (chat != chats.end()) chatOfMessage.emplace_back(rows.Int64(0), chat->second);
     }
   }
+  const auto byMessage = [](const std::pair<int64_t, Sms::Conversation*>& a, const std::pair<int64_t, Sms::Conversation*>& b) {
+    return a.first < b.first;
+  };
+  std::stable_sort(chatOfMessage.begin(), chatOfMessage.end(), byMessage);
+  chatOfMessage.erase(std::unique(chatOfMessage.begin(), chatOfMessage.end(),
+                                  [](const auto& a, const auto& b) { return a.first == b.first; }),
+                      chatOfMessage.end());
   // Room for each chat's messages, so that they are not moved as the lists grow.
   std::unordered_map<Sms::Conversation*, size_t> counts;
   for (const auto& [message, conversation] : chatOfMessage) ++counts[conversation];
   for (const auto& [conversation, count] : counts) conversation->messages.reserve(count);
+  // Galloping from where the last message stopped: a step or two for ids in
+  // order, a logarithmic search when a damaged table lists them otherwise.
+  auto next = chatOfMessage.cbegin();
+  const auto chatOf = [&](int64_t message) -> Sms::Conversation* {
+    if (next != chatOfMessage.cbegin() && std::prev(next)->first >= message) next = chatOfMessage.cbegin();
+    const auto end = chatOfMessage.cend();
+    size_t step = 1;
+    auto below = next;
+    while (static_cast<size_t>(end - next) > step && (next + step)->first < message) {
+      below = next + step;
+      step *= 2;
+    }
+    const auto last = static_cast<size_t>(end - next) > step ? next + step + 1 : end;
+    next = std::lower_bound(below, last, message, [](const auto& join, int64_t id) { return join.first < id; });
+    return next != end && next->first == message ? next->second : nullptr;
+  };
   if (!schema.HasTable("message")) return;
   const std::string query = "select message.ROWID, " +
                             schema.SelectList("message", {"text", "attributedBody", "handle_id", "date",
@@ -100,9 +127,9 @@ void ReadChats(Database& database, const SchemaInfo& schema, Conversations& conv
     const std::string service = rows.WholeText(6);
     message.texts = PackedTexts{rows.WholeView(7), service, text, date.text,
                                 message.fromMe ? std::string_view() : std::string_view(address)};
-    const auto chat = chatOfMessage.find(message.rowId);
-    const bool inChat = chat != chatOfMessage.end();
-    Sms::Conversation& conversation = inChat ? *chat->second : ConversationFor(conversations, address);
+    Sms::Conversation* const chat = chatOf(message.rowId);
+    const bool inChat = chat != nullptr;
+    Sms::Conversation& conversation = inChat ? *chat : ConversationFor(conversations, address);
     if (!inChat) AddParticipant(conversation, address);
     conversation.messages.push_back(std::move(message));
   }

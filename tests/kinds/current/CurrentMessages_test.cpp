@@ -165,6 +165,38 @@ TEST(CurrentMessages, Ios7SecondsAndADatabaseWithoutChats) {
                        {{"6175550199", "Ada"}}, false, ""}}));
 }
 
+// Joins listed in any order find their messages; a message joined to two
+// chats is listed once, in the chat of the lower id; a damaged table whose
+// message ids do not come in order (a text id reads as 0) still finds its chat.
+TEST(CurrentMessages, JoinsInAnyOrderAndIdsOutOfOrderFindTheirChat) {
+  std::string sql =
+      "CREATE TABLE handle (ROWID INTEGER PRIMARY KEY, id TEXT);\n"
+      "CREATE TABLE chat (ROWID INTEGER PRIMARY KEY, guid TEXT, style INTEGER, chat_identifier TEXT, display_name TEXT);\n"
+      "CREATE TABLE chat_handle_join (chat_id INTEGER, handle_id INTEGER);\n"
+      "CREATE TABLE chat_message_join (chat_id INTEGER, message_id INTEGER);\n"
+      "CREATE TABLE message (ROWID, text TEXT, handle_id INTEGER, date INTEGER, is_from_me INTEGER, service TEXT);\n"
+      "INSERT INTO handle VALUES (1, '+15550001'), (2, '+15550002'), (3, '+15550003');\n"
+      "INSERT INTO chat VALUES (1, 'g1', 45, '+15550001', NULL), (2, 'g2', 45, '+15550002', NULL);\n"
+      "INSERT INTO chat_handle_join VALUES (1, 1), (2, 2);\n"
+      "INSERT INTO chat_message_join VALUES (2, 7), (1, 5), (2, 5), (1, 0);\n";
+  sql += "INSERT INTO message VALUES (5, 'five', 1, " + Nanos(0) + ", 0, 'SMS'), (7, 'seven', 2, " + Nanos(1) +
+         ", 0, 'SMS'), ('x', 'text id', 1, " + Nanos(2) + ", 1, 'SMS'), (9, 'nine', 3, " + Nanos(3) + ", 0, 'SMS');\n";
+  TempDir root;
+  const std::string backup =
+      BackupBuilder(IndexKind::ManifestDb).AddDatabase("HomeDomain", kSmsPath, sql).Write(root.Path() + "b");
+  ScopedTimeZone utc("UTC");
+  ServedBackup served(backup, Service::Current);
+  EXPECT_EQ(served.Answer(ContentSms),
+            Expected({{"+15550001", "+15550001", "",
+                       {{"SMS", "five", "2019-07-01 12:00:00", 0, "+15550001", ""},
+                        {"SMS", "text id", "2019-07-01 12:02:00", 1, "", ""}},
+                       {{"+15550001", ""}}, false, ""},
+                      {"+15550002", "+15550002", "", {{"SMS", "seven", "2019-07-01 12:01:00", 0, "+15550002", ""}},
+                       {{"+15550002", ""}}, false, ""},
+                      {"+15550003", "+15550003", "", {{"SMS", "nine", "2019-07-01 12:03:00", 0, "+15550003", ""}},
+                       {{"+15550003", ""}}, false, ""}}));
+}
+
 TEST(CurrentMessages, Ios5TextMessagesInGroupsAndIMessagesInTheMadridColumns) {
   TempDir root;
   std::string sql = Schema("sms.db-ios5-legacy");
