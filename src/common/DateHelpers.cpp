@@ -143,11 +143,22 @@ char* FormatWallClockDate(time_t when) {
 
 std::string Date2001Text(int32_t secondsSince2001) { return DateTextOf(LocalFieldsOf(Instant2001(secondsSince2001))); }
 
-char* ConvertSecondsToTime(uint32_t seconds) {
-  char* text = static_cast<char*>(std::calloc(kDurationSize, 1));
-  std::snprintf(text, kDurationSize, "%.2d:%.2d:%.2d", static_cast<int>(seconds / 3600),
-                static_cast<int>(seconds % 3600 / 60), static_cast<int>(seconds % 60));
+std::string DurationOf(uint32_t seconds) {
+  const uint32_t hours = seconds / 3600;
+  int hourDigits = 2;
+  for (uint32_t rest = hours / 100; rest > 0; rest /= 10) ++hourDigits;
+  std::string text(hourDigits + 6, ':');
+  PutDigits(text.data(), static_cast<int>(hours), hourDigits);
+  PutDigits(text.data() + hourDigits + 1, static_cast<int>(seconds % 3600 / 60), 2);
+  PutDigits(text.data() + hourDigits + 4, static_cast<int>(seconds % 60), 2);
   return text;
+}
+
+char* ConvertSecondsToTime(uint32_t seconds) {
+  const std::string text = DurationOf(seconds);
+  char* copy = static_cast<char*>(std::calloc(kDurationSize, 1));
+  std::memcpy(copy, text.c_str(), text.size() + 1);
+  return copy;
 }
 
 char* FormatCurrentDate(const std::tm& local) {

@@ -24,6 +24,10 @@ bool LocalFields(time_t when, std::tm* local);
 // each, and the malloc block would only be copied and freed.
 std::string DateTextOf(const std::tm& fields);
 
+// ConvertSecondsToTime's text "hh:mm:ss" (hours as wide as they need) as a
+// string, written digit by digit: calls and memos convert one per row.
+std::string DurationOf(uint32_t seconds);
+
 // Convert2001GMTtoDate's text as a string.
 std::string Date2001Text(int32_t secondsSince2001);
 

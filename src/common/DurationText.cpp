@@ -6,10 +6,9 @@
 #include <cstdlib>
 
 #include "common/DateHelpers.h"
-#include "common/TextHelpers.h"
 
 std::string DurationText(const char* storedSeconds) {
   const double seconds = storedSeconds ? std::strtod(storedSeconds, nullptr) : 0;
   const double whole = std::isfinite(seconds) && seconds > 0 ? std::min(seconds, 4294967295.0) : 0;
-  return TakeMallocText(ConvertSecondsToTime(static_cast<uint32_t>(whole)));
+  return DurationOf(static_cast<uint32_t>(whole));
 }

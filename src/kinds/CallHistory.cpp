@@ -41,7 +41,7 @@ void AddCall(void* records, std::initializer_list<std::string_view> texts) {
 
 // Whole seconds: a stored 59.9 counts as 59.
 std::string Duration(const char* seconds) {
-  return TakeMallocText(ConvertSecondsToTime(static_cast<uint32_t>(GetZeroIntIsNull(seconds))));
+  return DurationOf(static_cast<uint32_t>(GetZeroIntIsNull(seconds)));
 }
 
 // Columns: name, address, date (seconds since 1970), flags, duration, country
@@ -57,7 +57,7 @@ int CallHistoryDbCallback(void* records, int /*columns*/, char** values, char** 
 // Columns: name, address, date (seconds since 2001), originated, duration,
 // country code, network code, location.
 int CallHistoryStoreDbCallback(void* records, int /*columns*/, char** values, char** /*names*/) {
-  const std::string date = TakeMallocText(Convert2001GMTtoDate(GetZeroLongIsNull(values[2])));
+  const std::string date = Date2001Text(GetZeroLongIsNull(values[2]));
   const char* type;
   switch (GetZeroIntIsNull(values[3])) {
     case 0: type = "Incoming"; break;

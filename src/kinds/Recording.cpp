@@ -28,7 +28,7 @@ int RecordingDbCallback(void* records, int /*columns*/, char** values, char** /*
 
   auto* memo = new VoiceMemos;
   memo->date = DateText2001(values[0]);
-  memo->duration = TakeMallocText(ConvertSecondsToTime(static_cast<uint32_t>(GetZeroIntIsNull(values[1]))));
+  memo->duration = DurationOf(static_cast<uint32_t>(GetZeroIntIsNull(values[1])));
   memo->title = GetEmptyStringIsNull(values[3]);
   memo->devicePath = devicePath;
   memo->name = devicePath.substr(slash + 1);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <ctime>
 #include <iomanip>
@@ -58,6 +59,20 @@ TEST(DateHelpers, SecondsToTime) {
   EXPECT_EQ(Take(ConvertSecondsToTime(59)), "00:00:59");
   EXPECT_EQ(Take(ConvertSecondsToTime(360000)), "100:00:00");
   EXPECT_EQ(Take(ConvertSecondsToTime(UINT32_MAX)), "1193046:28:15");
+}
+
+// Written digit by digit, the text is what the format "%.2d:%.2d:%.2d" gives,
+// at every width of the hours.
+TEST(DateHelpers, DurationOfIsThePrintedText) {
+  std::vector<uint32_t> seconds = {0, 59, 60, 3599, 3600, 359999, 360000, 3599999, 3600000, UINT32_MAX - 1, UINT32_MAX};
+  for (uint32_t s = 1; s < UINT32_MAX / 7; s = s * 7 + 3) seconds.push_back(s);
+  for (const uint32_t s : seconds) {
+    char printed[32];
+    std::snprintf(printed, sizeof printed, "%.2d:%.2d:%.2d", static_cast<int>(s / 3600), static_cast<int>(s % 3600 / 60),
+                  static_cast<int>(s % 60));
+    EXPECT_EQ(DurationOf(s), printed) << s;
+    EXPECT_EQ(Take(ConvertSecondsToTime(s)), printed) << s;
+  }
 }
 
 TEST(DateHelpers, UnixSecondsUnderUtc) {
