@@ -4,7 +4,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-
 namespace {
 
 // O_PATH holds a folder that may be searched but not listed; where it is
@@ -25,10 +24,15 @@ Folder::~Folder() {
 }
 
 bool Folder::Has(const std::string& name, Entry* entry) const {
+  return Stat(name.c_str(), !name.empty() && name.front() != '/', entry);
+}
+
+bool Folder::Has(const char* name, Entry* entry) const { return Stat(name, name[0] != '\0' && name[0] != '/', entry); }
+
+bool Folder::Stat(const char* name, bool below, Entry* entry) const {
   struct stat info;
-  const bool found = handle_ < 0 || name.empty() || name.front() == '/'
-                         ? stat((path_ + name).c_str(), &info) == 0
-                         : fstatat(handle_, name.c_str(), &info, 0) == 0;
+  const bool found = handle_ < 0 || !below ? stat((path_ + name).c_str(), &info) == 0
+                                           : fstatat(handle_, name, &info, 0) == 0;
   if (found && entry) *entry = {static_cast<uint64_t>(info.st_size), S_ISREG(info.st_mode)};
   return found;
 }

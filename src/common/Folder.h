@@ -26,8 +26,13 @@ class Folder {
   // to existing things count, as they do for VQIsFileExists. When it does and
   // `entry` is given, it gets what stat() found.
   bool Has(const std::string& name, Entry* entry = nullptr) const;
+  // The same for a name ending with a zero byte; safe from any thread.
+  bool Has(const char* name, Entry* entry = nullptr) const;
 
  private:
+  // `below`: the name is relative and may be resolved from the held folder.
+  bool Stat(const char* name, bool below, Entry* entry) const;
+
   std::string path_;
   int handle_ = -1;   // -1 when the folder could not be held open
 };

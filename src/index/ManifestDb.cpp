@@ -9,6 +9,7 @@
 #include "common/Folder.h"
 #include "common/TextHelpers.h"
 #include "crypto/EncryptedBackup.h"
+#include "index/StoredFileTests.h"
 
 namespace {
 
@@ -56,15 +57,17 @@ uint32_t ManifestDb::ReadDb(const char* path) {
   EncryptedBackup* encrypted = Session().Encrypted();
   Database database(encrypted ? encrypted->ManifestDbCopy() : std::string(path) + "Manifest.db");
   const Folder folder(backupPath_);
-  folder_ = &folder;
-  const bool read = database.Exec(kFilesQuery, ManifestDbCallback, this);
-  folder_ = nullptr;
+  StoredFileTests<Row> tests(folder);
+  Reading reading{this, &tests};
+  const bool read = database.Exec(kFilesQuery, ManifestDbCallback, &reading);
+  // Rows read before a failed read are kept too.
+  tests.Finish([this](Row row, const Folder::Entry& entry) { Keep(std::move(row), entry); });
   MapPaths();
   return read ? 1 : 0;
 }
 
 int ManifestDb::ManifestDbCallback(void* context, int, char** values, char**) {
-  auto* reader = static_cast<ManifestDb*>(context);
+  ManifestDb* const reader = static_cast<Reading*>(context)->reader;
   // Design decision: an empty fileID counts as none. It would name the backup
   // folder itself, which always exists, and every kept record has a fileID.
   if (values[0] == nullptr || values[0][0] == '\0') return 0;
@@ -74,22 +77,35 @@ int ManifestDb::ManifestDbCallback(void* context, int, char** values, char**) {
   // text is the reader's, so that its room serves every row.
   std::string& stored = reader->storedName_;
   stored.assign(fileId.substr(0, 2)).append(GetPathSeperatorLine()).append(fileId);
-  Folder::Entry entry{};
-  const bool exists = reader->folder_ ? reader->folder_->Has(stored, &entry)
-                                      : Folder(reader->backupPath_).Has(stored, &entry);
-  if (!exists) return 0;
+  // The row waits in one text for its file's test; nothing of it is kept
+  // unless the file exists.
+  const std::string_view domain = ColumnText(values[1]);
+  const std::string_view path = ColumnText(values[2]);
+  Row row;
+  row.texts.reserve(fileId.size() + 1 + domain.size() + path.size());
+  row.texts.append(fileId).append(1, '\0').append(domain).append(path);
+  row.fileIdSize = static_cast<uint32_t>(fileId.size());
+  row.domainSize = static_cast<uint32_t>(domain.size());
+  row.flags = GetZeroIntIsNull(values[3]);
+  static_cast<Reading*>(context)->tests->Add(std::move(row), stored, [reader](Row kept, const Folder::Entry& entry) {
+    reader->Keep(std::move(kept), entry);
+  });
+  return 0;
+}
 
+void ManifestDb::Keep(Row row, const Folder::Entry& entry) {
   // The reader owns its records; extractors use them only while the backup
   // record that owns the reader lives, and copy whatever they keep longer.
   // A fileID of hex digits is kept as bytes, so only another one is stored
   // (with its closing zero byte).
-  const char* id = IsHexName(fileId) ? values[0] : reader->texts_.Add({values[0], fileId.size() + 1}).data();
-  DBFileRecord* kept = reader->records_.Add(id, reader->domains_.Intern(ColumnText(values[1])),
-                                            reader->texts_.Add(ColumnText(values[2])),
-                                            GetZeroIntIsNull(values[3]), entry);
-  reader->contentList_.push_back(kept);
-  if (KeyList* keys = reader->KeyListFor(kept->relativePath())) keys->push_back(kept->fileID());
-  return 0;
+  const std::string_view texts = row.texts;
+  const std::string_view fileId = texts.substr(0, row.fileIdSize);
+  const std::string_view domain = texts.substr(row.fileIdSize + 1, row.domainSize);
+  const std::string_view path = texts.substr(row.fileIdSize + 1 + row.domainSize);
+  const char* id = IsHexName(fileId) ? row.texts.c_str() : texts_.Add({row.texts.data(), fileId.size() + 1}).data();
+  DBFileRecord* record = records_.Add(id, domains_.Intern(domain), texts_.Add(path), row.flags, entry);
+  contentList_.push_back(record);
+  if (KeyList* keys = KeyListFor(record->relativePath())) keys->push_back(record->fileID());
 }
 
 // Once, sized for every kept record. A later row of the same path takes its

@@ -15,6 +15,7 @@
 #include "index/PathTable.h"
 #include "index/RecordStore.h"
 #include "index/SharedTexts.h"
+#include "index/StoredFileTests.h"
 #include "index/TextArena.h"
 
 // Reader of the SQLite index of newer backups: the Files table maps each
@@ -92,6 +93,22 @@ class ManifestDb : public IndexReader {
   static int ManifestDbCallback(void* context, int columnCount, char** values, char** columnNames);
 
  private:
+  // A row read, waiting for the test of its stored file.
+  struct Row {
+    std::string texts;  // the fileID, a zero byte, the domain, then the path
+    uint32_t fileIdSize = 0;
+    uint32_t domainSize = 0;
+    int32_t flags = 0;
+  };
+
+  // What the row callback is given: the reader and the tests of its rows.
+  struct Reading {
+    ManifestDb* reader;
+    StoredFileTests<Row>* tests;
+  };
+
+  // Makes the record of a row whose stored file exists.
+  void Keep(Row row, const Folder::Entry& entry);
   // The key list a known database path feeds, or NULL.
   KeyList* KeyListFor(std::string_view relativePath);
   void MapPaths();
@@ -101,8 +118,7 @@ class ManifestDb : public IndexReader {
   TextArena texts_;
   RecordStore<DBFileRecord> records_;
   std::unique_ptr<const PathIndex> pathIndex_;
-  const Folder* folder_ = nullptr;  // the backup folder, held while the rows are read
-  std::string storedName_;          // the stored file of the row being read
+  std::string storedName_;  // the stored file of the row being read
   PathMap pathMap_;
   ContentList contentList_;
   KeyList calendarKey_;

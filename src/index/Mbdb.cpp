@@ -4,6 +4,7 @@
 #include <array>
 #include <cstring>
 #include <memory>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -12,6 +13,7 @@
 #include "common/Folder.h"
 #include "common/TextHelpers.h"
 #include "index/Sha1Name.h"
+#include "index/StoredFileTests.h"
 
 namespace {
 
@@ -89,6 +91,15 @@ struct ReadValues {
   std::string encryptionKey;  // as stored
   std::array<unsigned char, kFixedBlockSize> fixedBlock;
   std::unique_ptr<Mbdb::MBFileRecord::Property[]> properties;
+};
+
+// A record read, waiting for the test of its stored file: its domain, then
+// the record's texts one after another (path, link target, data hash,
+// encryption key); nothing of it is kept unless the file exists.
+struct PendingRecord {
+  std::string texts;
+  size_t domainSize;
+  Mbdb::MBFileRecord::Fields fields;
 };
 
 // One record without its stored name; false when the file ends or a read
@@ -184,20 +195,28 @@ int32_t Mbdb::ReadMBDB(const char* path) {
     return 0;
   }
   const Folder folder(backupPath_);
+  StoredFileTests<PendingRecord> tests(folder);
+  const auto keep = [this](PendingRecord pending, const Folder::Entry& stored) {
+    const std::string_view texts = pending.texts;
+    pending.fields.domain = domains_.Intern(texts.substr(0, pending.domainSize));
+    pending.fields.texts = texts_.Add(texts.substr(pending.domainSize)).data();
+    pending.fields.stored = stored;
+    Keep(records_.Add(std::move(pending.fields)));
+  };
   ReadValues values;
   // A truncated or unreadable record ends the reading; what was kept stays.
+  // A record whose stored file is absent (a folder, a file not copied) is
+  // skipped and nothing of it is kept.
   while (!AtEnd(file.get()) && ReadRecord(file.get(), &values)) {
-    // A record whose stored file is absent (a folder, a file not copied)
-    // is skipped and nothing of it is stored.
-    Folder::Entry stored{};
-    if (!folder.Has(MbdbStoredName(values.domain, values.path), &stored)) continue;
-    const std::string texts = values.path + values.linkTarget + values.dataHash + values.encryptionKey;
-    Keep(records_.Add(MBFileRecord::Fields{
-        domains_.Intern(values.domain), texts_.Add(texts).data(),
-        static_cast<uint16_t>(values.path.size()), static_cast<uint16_t>(values.linkTarget.size()),
-        static_cast<uint16_t>(values.dataHash.size()), static_cast<uint16_t>(values.encryptionKey.size()),
-        values.fixedBlock, std::move(values.properties), stored}));
+    PendingRecord pending{values.domain + values.path + values.linkTarget + values.dataHash + values.encryptionKey,
+                          values.domain.size(),
+                          {nullptr, nullptr, static_cast<uint16_t>(values.path.size()),
+                           static_cast<uint16_t>(values.linkTarget.size()), static_cast<uint16_t>(values.dataHash.size()),
+                           static_cast<uint16_t>(values.encryptionKey.size()), values.fixedBlock,
+                           std::move(values.properties), {}}};
+    tests.Add(std::move(pending), MbdbStoredName(values.domain, values.path), keep);
   }
+  tests.Finish(keep);
   MapPaths();
   return 1;
 }
