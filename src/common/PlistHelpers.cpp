@@ -87,7 +87,7 @@ plist_t ReadPlist(const char* path) {
   } else {
     plist_from_xml(buffer.data(), length, &root);
   }
-  if (root) EndStringsAtZeroBytes(root);
+  if (root && MayHoldZeroInString(buffer.data(), length)) EndStringsAtZeroBytes(root);
   return root;
 }
 

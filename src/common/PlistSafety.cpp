@@ -16,7 +16,9 @@ constexpr size_t kMagicSize = 8;
 constexpr size_t kTrailerSize = 32;
 
 // Binary object types (the high half of an object's first byte).
+constexpr int kAsciiString = 0x5;
 constexpr int kUtf16String = 0x6;
+constexpr int kUid = 0x8;
 constexpr int kArray = 0xA;
 constexpr int kSet = 0xC;
 constexpr int kDict = 0xD;
@@ -76,6 +78,8 @@ class BinaryObjects {
   }
 
   bool Valid() const { return valid_; }
+  const unsigned char* Bytes() const { return bytes_; }
+  size_t Length() const { return length_; }
   uint64_t Count() const { return count_; }
   uint64_t Root() const { return root_; }
 
@@ -111,9 +115,15 @@ class BinaryObjects {
   bool IsUtf16WithZero(uint64_t index) const {
     if (index >= count_) return false;
     const Object object = At(index);
-    if (object.type != kUtf16String || object.size > length_ / 2 || object.size * 2 > length_ - object.start) {
-      return false;
-    }
+    return object.type == kUtf16String && FitsUnits(object) && HasZeroUnit(object);
+  }
+
+  // Whether the object's UTF-16 units lie inside the list.
+  bool FitsUnits(const Object& object) const {
+    return object.size <= length_ / 2 && object.size * 2 <= length_ - object.start;
+  }
+
+  bool HasZeroUnit(const Object& object) const {
     for (uint64_t i = 0; i < object.size; ++i) {
       if (BigEndian(bytes_ + object.start + i * 2, 2) == 0) return true;
     }
@@ -187,6 +197,31 @@ bool BinaryIsSafe(const unsigned char* bytes, size_t length) {
 }
 
 }  // namespace
+
+bool MayHoldZeroInString(const char* bytes, size_t length) {
+  if (length < kMagicSize + kTrailerSize || std::memcmp(bytes, kBinaryMagic, kMagicSize) != 0) return true;
+  const BinaryObjects objects(reinterpret_cast<const unsigned char*>(bytes), length);
+  if (!objects.Valid()) return true;
+  for (uint64_t index = 0; index < objects.Count(); ++index) {
+    const BinaryObjects::Object object = objects.At(index);
+    switch (object.type) {
+      case kAsciiString:
+        if (object.size > length - object.start ||
+            std::memchr(objects.Bytes() + object.start, 0, object.size) != nullptr) {
+          return true;
+        }
+        break;
+      case kUtf16String:
+        if (!objects.FitsUnits(object) || objects.HasZeroUnit(object)) return true;
+        break;
+      case 0x0: case 0x1: case 0x2: case 0x3: case 0x4: case kUid: case kArray: case kSet: case kDict:
+        break;
+      default:
+        return true;
+    }
+  }
+  return false;
+}
 
 bool IsSafeForLibplist(const char* bytes, size_t length) {
   if (length >= kMagicSize + kTrailerSize && std::memcmp(bytes, kBinaryMagic, kMagicSize) == 0) {

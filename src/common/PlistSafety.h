@@ -14,4 +14,11 @@
 // 4,000,000 nodes, and such keys. No device writes any of these.
 bool IsSafeForLibplist(const char* bytes, size_t length);
 
+// Whether a string libplist reads from these bytes may hold a zero byte:
+// false only for a sound binary list whose every object is of a known type
+// and whose strings (ASCII or UTF-16) have no zero in them. The parsed tree
+// need then not be walked for such strings, which for a long history costs
+// as much as parsing it.
+bool MayHoldZeroInString(const char* bytes, size_t length);
+
 #endif

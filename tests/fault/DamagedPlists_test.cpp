@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "common/PlistSafety.h"
 #include "fault/FaultBench.h"
 #include "fault/SampleBackup.h"
 #include "support/BackupBuilder.h"
@@ -134,6 +135,40 @@ TEST(DamagedPlists, AZeroByteInASafariHistoryStringEndsTheText) {
             std::string::npos)
       << dump;
   EXPECT_NE(dump.find("\"visitCount\":[\"in\"]"), std::string::npos) << dump;
+}
+
+// The same in a binary list, an address written in ASCII and a title in
+// UTF-16: only lists with such a string are walked to end them.
+TEST(DamagedPlists, AZeroInABinarySafariHistoryStringEndsTheText) {
+  FaultBench bench(IndexKind::Mbdb);
+  const std::string history = BinaryList({"\xD1\x01\x02", std::string("\x5F\x10\x0F") + "WebHistoryDates",
+                                          "\xA1\x03", "\xD2\x04\x05\x06\x07", Ascii(""),
+                                          Ascii("title"), Ascii(WithZero("http://a/", "x")), Utf16(WithZero("Ti", "tle"))});
+  ASSERT_TRUE(MayHoldZeroInString(history.data(), history.size()));
+  const yhtest::fault::Answers answers = bench.Run("binary History.plist with zeros", {ContentSafariHistory}, [&] {
+    yhtest::WriteFile(bench.Stored("HomeDomain", "Library/Safari/History.plist"), history);
+  });
+  ASSERT_TRUE(answers.found);
+  const std::string& dump = answers.rounds[0][ContentSafariHistory];
+  EXPECT_NE(dump.find("{\"url\":\"http://a/\",\"type\":\"history\",\"title\":\"Ti\""), std::string::npos) << dump;
+}
+
+TEST(DamagedPlists, OnlyABinaryListWithoutZerosInItsStringsNeedsNoWalk) {
+  const auto mayHold = [](const std::string& bytes) { return MayHoldZeroInString(bytes.data(), bytes.size()); };
+  const std::vector<std::string> sound = {"\xD2\x01\x02\x03\x04", Ascii("a"), Utf16("b"), "\x10\x07", "\x23" + std::string(8, '\0')};
+  EXPECT_FALSE(mayHold(BinaryList(sound)));
+  // A zero in an integer or a date is no string's.
+  EXPECT_FALSE(mayHold(BinaryList({"\xA2\x01\x02", "\x10\x00", "\x33" + std::string(8, '\0')})));
+  EXPECT_TRUE(mayHold(BinaryList({"\xA1\x01", Ascii(WithZero("a", "b"))})));
+  EXPECT_TRUE(mayHold(BinaryList({"\xA1\x01", Utf16(WithZero("a", "b"))})));
+  // An object of a type not known here, a string running past the end, a
+  // damaged trailer and any XML list are walked.
+  EXPECT_TRUE(mayHold(BinaryList({"\xA1\x01", std::string("\x71") + "a"})));
+  EXPECT_TRUE(mayHold(BinaryList({"\xA1\x01", std::string("\x5F\x10\x7F") + "abc"})));
+  std::string trailer = BinaryList(sound);
+  trailer[trailer.size() - 26] = '\x09';
+  EXPECT_TRUE(mayHold(trailer));
+  EXPECT_TRUE(mayHold(std::string(kXmlHead) + "<string>a</string></plist>"));
 }
 
 }  // namespace
