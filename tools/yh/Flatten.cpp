@@ -1,6 +1,6 @@
 #include "Flatten.h"
 
-#include <iterator>
+#include <functional>
 #include <map>
 #include <string_view>
 #include <utility>
@@ -11,7 +11,8 @@
 namespace yh {
 namespace {
 
-using Cells = std::vector<std::pair<std::string, std::string>>;
+// A row's cells as the columns they fill and their texts.
+using Cells = std::vector<std::pair<size_t, std::string>>;
 
 bool IsContainer(plist_t node) {
   const plist_type type = plist_get_node_type(node);
@@ -25,41 +26,31 @@ std::vector<plist_t> Elements(plist_t array) {
   return elements;
 }
 
-std::vector<Cells> Leaves(const std::string& parent, plist_t node) {
-  std::vector<Cells> leaves;
-  if (plist_get_node_type(node) == PLIST_DICT) {
-    ForEachEntry(node, [&](std::string_view label, plist_t value) {
-      leaves.push_back({{parent + ".label", std::string(label)}, {parent + ".value", CellText(value)}});
-    });
-    return leaves;
-  }
-  for (plist_t element : Elements(node)) {
-    Cells leaf;
-    if (plist_get_node_type(element) == PLIST_DICT) {
-      ForEachEntry(element, [&](std::string_view key, plist_t value) {
-        leaf.emplace_back(parent + "." + std::string(key), CellText(value));
-      });
-    } else {
-      leaf.emplace_back(parent, CellText(element));
-    }
-    leaves.push_back(std::move(leaf));
-  }
-  return leaves;
-}
-
 class RowsBuilder {
  public:
   explicit RowsBuilder(const std::vector<std::string>& known) {
     for (const std::string& column : known) Column(column);
   }
 
-  void Add(Cells cells) {
+  // The column of a name, added after the others when it is new. Names are
+  // looked up as views, and "parent.key" is joined in a text kept for it:
+  // a large answer has a few dozen names and millions of cells.
+  size_t Column(std::string_view name) {
+    const auto found = index_.find(name);
+    if (found != index_.end()) return found->second;
+    rows_.columns.emplace_back(name);
+    return index_.emplace(std::string(name), rows_.columns.size() - 1).first->second;
+  }
+  size_t Column(std::string_view parent, std::string_view key) {
+    joined_.assign(parent).append(1, '.').append(key);
+    return Column(joined_);
+  }
+
+  // One row of the record's fields and one leaf's cells.
+  void Add(const Cells& fields, Cells leaf) {
     std::vector<std::string> row(rows_.columns.size());
-    for (auto& [column, text] : cells) {
-      const size_t at = Column(column);
-      if (at >= row.size()) row.resize(at + 1);
-      row[at] = std::move(text);
-    }
+    for (const auto& [column, text] : fields) row[column] = text;
+    for (auto& [column, text] : leaf) row[column] = std::move(text);
     rows_.cells.push_back(std::move(row));
   }
 
@@ -69,40 +60,59 @@ class RowsBuilder {
   }
 
  private:
-  size_t Column(const std::string& name) {
-    const auto found = index_.find(name);
-    if (found != index_.end()) return found->second;
-    rows_.columns.push_back(name);
-    return index_[name] = rows_.columns.size() - 1;
-  }
-
   Rows rows_;
-  std::map<std::string, size_t> index_;
+  std::map<std::string, size_t, std::less<>> index_;
+  std::string joined_;
 };
 
+std::vector<Cells> Leaves(RowsBuilder& rows, const std::string& parent, plist_t node) {
+  std::vector<Cells> leaves;
+  if (plist_get_node_type(node) == PLIST_DICT) {
+    ForEachEntry(node, [&](std::string_view entry, plist_t text) {
+      const size_t label = rows.Column(parent, "label");
+      leaves.push_back({{label, std::string(entry)}, {rows.Column(parent, "value"), CellText(text)}});
+    });
+    return leaves;
+  }
+  for (plist_t element : Elements(node)) {
+    Cells leaf;
+    if (plist_get_node_type(element) == PLIST_DICT) {
+      ForEachEntry(element, [&](std::string_view key, plist_t value) {
+        leaf.emplace_back(rows.Column(parent, key), CellText(value));
+      });
+    } else {
+      leaf.emplace_back(rows.Column(parent), CellText(element));
+    }
+    leaves.push_back(std::move(leaf));
+  }
+  return leaves;
+}
+
+// Columns are met as the rows of before made them: the record's fields,
+// then each leaf's keys in order.
 void AddRecord(RowsBuilder& rows, plist_t record) {
   if (plist_get_node_type(record) != PLIST_DICT) {
-    rows.Add({{"value", CellText(record)}});
+    rows.Add({}, {{rows.Column("value"), CellText(record)}});
     return;
   }
   Cells fields;
-  std::vector<Cells> leaves;
+  std::vector<std::pair<std::string, plist_t>> containers;
   ForEachEntry(record, [&](std::string_view key, plist_t value) {
-    if (!IsContainer(value)) {
-      fields.emplace_back(std::string(key), CellText(value));
-      return;
+    if (IsContainer(value)) {
+      containers.emplace_back(key, value);
+    } else {
+      fields.emplace_back(rows.Column(key), CellText(value));
     }
-    for (Cells& leaf : Leaves(std::string(key), value)) leaves.push_back(std::move(leaf));
   });
+  std::vector<Cells> leaves;
+  for (const auto& [key, value] : containers) {
+    for (Cells& leaf : Leaves(rows, key, value)) leaves.push_back(std::move(leaf));
+  }
   if (leaves.empty()) {
-    rows.Add(std::move(fields));
+    rows.Add(fields, {});
     return;
   }
-  for (Cells& leaf : leaves) {
-    Cells row = fields;
-    row.insert(row.end(), std::make_move_iterator(leaf.begin()), std::make_move_iterator(leaf.end()));
-    rows.Add(std::move(row));
-  }
+  for (Cells& leaf : leaves) rows.Add(fields, std::move(leaf));
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <memory>
+#include <string>
 
 #include "PlistEntries.h"
 #include "PlistTexts.h"
@@ -79,6 +80,17 @@ std::string CellText(plist_t node) {
     uint64_t length = 0;
     const char* text = plist_get_string_ptr(node, &length);
     return text ? std::string(text, length) : std::string();
+  }
+  // Numbers and truth values as their JSON texts, without a JSON value.
+  if (node && plist_get_node_type(node) == PLIST_UINT) {
+    uint64_t value = 0;
+    plist_get_uint_val(node, &value);
+    return std::to_string(value);
+  }
+  if (node && plist_get_node_type(node) == PLIST_BOOLEAN) {
+    uint8_t value = 0;
+    plist_get_bool_val(node, &value);
+    return value ? "true" : "false";
   }
   const Json json = ToJson(node);
   if (json.is_string()) return json.get<std::string>();

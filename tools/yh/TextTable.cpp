@@ -17,7 +17,8 @@ void WriteLine(std::ostream& out, const std::vector<std::string>& cells, const s
     if (i + 1 < cells.size()) line.append(widths[i] - DisplayWidth(cells[i]), ' ');
   }
   while (!line.empty() && line.back() == ' ') line.pop_back();
-  out << line << '\n';
+  line += '\n';
+  out.write(line.data(), static_cast<std::streamsize>(line.size()));
 }
 
 }  // namespace

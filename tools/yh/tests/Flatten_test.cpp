@@ -59,6 +59,20 @@ TEST(YhFlatten, UnknownKeysAreAddedInTheOrderMet) {
   plist_free(answer);
 }
 
+// A field met after a list still comes before the list's columns, and an
+// empty dictionary adds no label and value columns.
+TEST(YhFlatten, FieldsComeBeforeLeavesAndEmptyListsAddNoColumns) {
+  plist_t answer = Array({Dict({{"id", Text("1")},
+                                {"message", Array({Dict({{"text", Text("hi")}})})},
+                                {"name", Text("Ada")},
+                                {"properties", plist_new_dict()}}),
+                          Dict({{"id", Text("2")}, {"properties", Dict({{"Home", Text("x")}})}})});
+  const Rows rows = Flatten(answer, {});
+  EXPECT_EQ(rows.columns, (std::vector<std::string>{"id", "name", "message.text", "properties.label", "properties.value"}));
+  EXPECT_EQ(Csv(rows), "id,name,message.text,properties.label,properties.value\n1,Ada,hi,,\n2,,,Home,x\n");
+  plist_free(answer);
+}
+
 TEST(YhFlatten, NoAnswerGivesTheHeaderAlone) { EXPECT_EQ(Csv(Flatten(nullptr, {"x", "y"})), "x,y\n"); }
 
 TEST(YhFlatten, ScalarsAndDeeperTreesBecomeText) {

@@ -50,5 +50,21 @@ TEST(YhPlistJson, CellsShowStringsBareAndOtherNodesAsJson) {
   plist_free(text);
 }
 
+// Numbers and truth values are written without a JSON value between: the
+// texts are those of the JSON dump, at both ends of the range.
+TEST(YhPlistJson, NumberAndTruthCellsAreTheirJsonTexts) {
+  for (const uint64_t value : {uint64_t{0}, uint64_t{7}, uint64_t{UINT32_MAX} + 1, UINT64_MAX}) {
+    plist_t number = plist_new_uint(value);
+    EXPECT_EQ(CellText(number), ToJson(number).dump());
+    plist_free(number);
+  }
+  for (const uint8_t truth : {uint8_t{0}, uint8_t{1}}) {
+    plist_t node = plist_new_bool(truth);
+    EXPECT_EQ(CellText(node), ToJson(node).dump());
+    EXPECT_EQ(CellText(node), truth ? "true" : "false");
+    plist_free(node);
+  }
+}
+
 }  // namespace
 }  // namespace yh
