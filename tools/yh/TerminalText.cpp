@@ -14,12 +14,6 @@ bool StartsCharacter(const std::string& text, size_t at) {
   return at == 0 || !IsContinuation(static_cast<unsigned char>(text[at]));
 }
 
-size_t CharacterCount(const std::string& text) {
-  size_t count = 0;
-  for (size_t at = 0; at < text.size(); ++at) count += StartsCharacter(text, at) ? 1 : 0;
-  return count;
-}
-
 // Where the character numbered `index` starts; the text's size past the last.
 size_t CharacterStart(const std::string& text, size_t index) {
   size_t seen = 0;
@@ -51,18 +45,32 @@ size_t DisplayWidth(const std::string& text) {
   return width;
 }
 
-std::string Cell(const std::string& text, size_t width) {
-  std::string shown = text;
-  for (char& c : shown) {
-    if (IsControl(static_cast<unsigned char>(c))) c = ' ';
+size_t CutCell(std::string& text, size_t width) {
+  // One pass for the blanks, the characters and the shown width: most cells
+  // are short and stay as they are.
+  size_t characters = 0;
+  size_t shownWidth = 0;
+  for (size_t at = 0; at < text.size(); ++at) {
+    const auto c = static_cast<unsigned char>(text[at]);
+    if (IsControl(c)) text[at] = ' ';
+    characters += StartsCharacter(text, at) ? 1 : 0;
+    shownWidth += IsContinuation(c) ? 0 : 1;
   }
-  const size_t characters = CharacterCount(shown);
-  if (characters <= width) return shown;
-  if (width == 0) return "";
+  if (characters <= width) return shownWidth;
+  if (width == 0) {
+    text.clear();
+    return 0;
+  }
   // The middle goes: the ends of a path or an address tell the most.
   const size_t tail = (width - 1) / 2;
   const size_t head = width - 1 - tail;
-  return shown.substr(0, CharacterStart(shown, head)) + "…" + shown.substr(CharacterStart(shown, characters - tail));
+  text = text.substr(0, CharacterStart(text, head)) + "…" + text.substr(CharacterStart(text, characters - tail));
+  return DisplayWidth(text);
+}
+
+std::string Cell(std::string text, size_t width) {
+  CutCell(text, width);
+  return text;
 }
 
 }  // namespace yh

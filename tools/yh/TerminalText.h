@@ -15,7 +15,9 @@ size_t DisplayWidth(const std::string& text);
 
 // A table cell: control characters become blanks, and text wider than
 // `width` loses its middle to "…".
-std::string Cell(const std::string& text, size_t width);
+std::string Cell(std::string text, size_t width);
+// The same in place; gives the cell's DisplayWidth.
+size_t CutCell(std::string& text, size_t width);
 
 }  // namespace yh
 

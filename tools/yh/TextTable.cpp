@@ -9,8 +9,9 @@
 namespace yh {
 namespace {
 
-void WriteLine(std::ostream& out, const std::vector<std::string>& cells, const std::vector<size_t>& widths) {
-  std::string line;
+void WriteLine(std::ostream& out, std::string& line, const std::vector<std::string>& cells,
+               const std::vector<size_t>& widths) {
+  line.clear();
   for (size_t i = 0; i < cells.size(); ++i) {
     if (i) line += "  ";
     line += cells[i];
@@ -27,15 +28,13 @@ void WriteTable(std::ostream& out, Rows rows) {
   // Cut in place: a kind's rows are held once, not twice.
   std::vector<size_t> widths(rows.columns.size(), 0);
   const auto cut = [&widths](std::vector<std::string>& line) {
-    for (size_t i = 0; i < line.size(); ++i) {
-      line[i] = Cell(line[i], kTableCellWidth);
-      widths[i] = std::max(widths[i], DisplayWidth(line[i]));
-    }
+    for (size_t i = 0; i < line.size(); ++i) widths[i] = std::max(widths[i], CutCell(line[i], kTableCellWidth));
   };
   cut(rows.columns);
   for (auto& row : rows.cells) cut(row);
-  WriteLine(out, rows.columns, widths);
-  for (const auto& row : rows.cells) WriteLine(out, row, widths);
+  std::string line;
+  WriteLine(out, line, rows.columns, widths);
+  for (const auto& row : rows.cells) WriteLine(out, line, row, widths);
 }
 
 }  // namespace yh

@@ -24,5 +24,19 @@ TEST(YhCell, CutsTheMiddleOfLongText) {
   EXPECT_EQ(Cell("abc", 0), "");
 }
 
+// The width CutCell gives is that of the cell it leaves, cut or not, also
+// for text that starts inside a character or holds control characters.
+TEST(YhCell, CutInPlaceGivesTheShownWidth) {
+  for (const std::string& text : {std::string("short"), std::string("\x80\x80" "abc"), std::string("tab\there\x7F"),
+                                   std::string("0123456789ABCDEF"), std::string("\x80ééééééé")}) {
+    for (const size_t width : {size_t{0}, size_t{4}, size_t{10}}) {
+      std::string cell = text;
+      const size_t shown = CutCell(cell, width);
+      EXPECT_EQ(cell, Cell(text, width)) << text << " " << width;
+      EXPECT_EQ(shown, DisplayWidth(cell)) << text << " " << width;
+    }
+  }
+}
+
 }  // namespace
 }  // namespace yh
