@@ -79,7 +79,6 @@ class BinaryObjects {
 
   bool Valid() const { return valid_; }
   const unsigned char* Bytes() const { return bytes_; }
-  size_t Length() const { return length_; }
   uint64_t Count() const { return count_; }
   uint64_t Root() const { return root_; }
 

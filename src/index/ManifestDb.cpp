@@ -57,11 +57,11 @@ uint32_t ManifestDb::ReadDb(const char* path) {
   EncryptedBackup* encrypted = Session().Encrypted();
   Database database(encrypted ? encrypted->ManifestDbCopy() : std::string(path) + "Manifest.db");
   const Folder folder(backupPath_);
-  StoredFileTests<Row> tests(folder);
+  StoredFileTests<Row> tests(folder, [this](Row row, const Folder::Entry& entry) { Keep(std::move(row), entry); });
   Reading reading{this, &tests};
   const bool read = database.Exec(kFilesQuery, ManifestDbCallback, &reading);
   // Rows read before a failed read are kept too.
-  tests.Finish([this](Row row, const Folder::Entry& entry) { Keep(std::move(row), entry); });
+  tests.Finish();
   MapPaths();
   return read ? 1 : 0;
 }
@@ -87,9 +87,7 @@ int ManifestDb::ManifestDbCallback(void* context, int, char** values, char**) {
   row.fileIdSize = static_cast<uint32_t>(fileId.size());
   row.domainSize = static_cast<uint32_t>(domain.size());
   row.flags = GetZeroIntIsNull(values[3]);
-  static_cast<Reading*>(context)->tests->Add(std::move(row), stored, [reader](Row kept, const Folder::Entry& entry) {
-    reader->Keep(std::move(kept), entry);
-  });
+  static_cast<Reading*>(context)->tests->Add(std::move(row), stored);
   return 0;
 }
 

@@ -195,14 +195,13 @@ int32_t Mbdb::ReadMBDB(const char* path) {
     return 0;
   }
   const Folder folder(backupPath_);
-  StoredFileTests<PendingRecord> tests(folder);
-  const auto keep = [this](PendingRecord pending, const Folder::Entry& stored) {
+  StoredFileTests<PendingRecord> tests(folder, [this](PendingRecord pending, const Folder::Entry& stored) {
     const std::string_view texts = pending.texts;
     pending.fields.domain = domains_.Intern(texts.substr(0, pending.domainSize));
     pending.fields.texts = texts_.Add(texts.substr(pending.domainSize)).data();
     pending.fields.stored = stored;
     Keep(records_.Add(std::move(pending.fields)));
-  };
+  });
   ReadValues values;
   // A truncated or unreadable record ends the reading; what was kept stays.
   // A record whose stored file is absent (a folder, a file not copied) is
@@ -214,9 +213,9 @@ int32_t Mbdb::ReadMBDB(const char* path) {
                            static_cast<uint16_t>(values.linkTarget.size()), static_cast<uint16_t>(values.dataHash.size()),
                            static_cast<uint16_t>(values.encryptionKey.size()), values.fixedBlock,
                            std::move(values.properties), {}}};
-    tests.Add(std::move(pending), MbdbStoredName(values.domain, values.path), keep);
+    tests.Add(std::move(pending), MbdbStoredName(values.domain, values.path));
   }
-  tests.Finish(keep);
+  tests.Finish();
   MapPaths();
   return 1;
 }

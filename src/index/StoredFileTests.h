@@ -2,6 +2,7 @@
 #define YH_INDEX_STOREDFILETESTS_H
 
 #include <deque>
+#include <functional>
 #include <string_view>
 #include <utility>
 
@@ -14,30 +15,28 @@
 template <class Row>
 class StoredFileTests {
  public:
-  explicit StoredFileTests(const Folder& folder) : queue_(folder) {}
+  using Keep = std::function<void(Row row, const Folder::Entry& entry)>;
 
-  template <class Keep>
-  void Add(Row row, std::string_view storedName, Keep&& keep) {
+  StoredFileTests(const Folder& folder, Keep keep) : keep_(std::move(keep)), queue_(folder) {}
+
+  void Add(Row row, std::string_view storedName) {
     rows_.push_back(std::move(row));
-    if (queue_.Add(storedName)) Hand(false, keep);
+    if (queue_.Add(storedName)) Hand(false);
   }
 
   // After the last row: tests what is left and hands every row on.
-  template <class Keep>
-  void Finish(Keep&& keep) {
-    Hand(true, keep);
-  }
+  void Finish() { Hand(true); }
 
  private:
-  template <class Keep>
-  void Hand(bool all, Keep& keep) {
-    queue_.Take(all, [this, &keep](bool found, const Folder::Entry& entry) {
+  void Hand(bool all) {
+    queue_.Take(all, [this](bool found, const Folder::Entry& entry) {
       Row row = std::move(rows_.front());
       rows_.pop_front();
-      if (found) keep(std::move(row), entry);
+      if (found) keep_(std::move(row), entry);
     });
   }
 
+  Keep keep_;
   std::deque<Row> rows_;
   ExistenceQueue queue_;  // after rows_: its workers stop before the rows go
 };

@@ -1,8 +1,8 @@
 #include "kinds/Sms.h"
 
 #include <cctype>
-#include <string_view>
 #include <functional>
+#include <string_view>
 #include <utility>
 #include <vector>
 

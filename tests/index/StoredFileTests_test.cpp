@@ -61,9 +61,9 @@ TEST(StoredFileTests, KeepTheRowsWhoseFilesExistInTheirOrder) {
     const Folder folder(dir.Path());
     std::vector<Kept> kept;
     const auto keep = [&kept](int row, const Folder::Entry& entry) { kept.push_back({row, entry.size, entry.regular}); };
-    StoredFileTests<int> tests(folder);
-    for (int row = 0; row < rows; ++row) tests.Add(row, NameOf(row), keep);
-    tests.Finish(keep);
+    StoredFileTests<int> tests(folder, keep);
+    for (int row = 0; row < rows; ++row) tests.Add(row, NameOf(row));
+    tests.Finish();
     EXPECT_EQ(kept, OneByOne(folder, rows)) << rows << " rows";
   }
 }
@@ -75,9 +75,9 @@ TEST(StoredFileTests, RowsThatOnlyMoveAreHandedOnWhole) {
   const Folder folder(dir.Path());
   std::vector<int> kept;
   const auto keep = [&kept](std::unique_ptr<int> row, const Folder::Entry&) { kept.push_back(*row); };
-  StoredFileTests<std::unique_ptr<int>> tests(folder);
-  for (int row = 0; row < 2000; ++row) tests.Add(std::make_unique<int>(row), NameOf(row), keep);
-  tests.Finish(keep);
+  StoredFileTests<std::unique_ptr<int>> tests(folder, keep);
+  for (int row = 0; row < 2000; ++row) tests.Add(std::make_unique<int>(row), NameOf(row));
+  tests.Finish();
   std::vector<int> expected;
   for (const Kept& each : OneByOne(folder, 2000)) expected.push_back(each.row);
   EXPECT_EQ(kept, expected);
@@ -91,8 +91,8 @@ TEST(StoredFileTests, GoneBeforeTheEndStopsTheWorkers) {
   const Folder folder(dir.Path());
   size_t kept = 0;
   {
-    StoredFileTests<int> tests(folder);
-    for (int row = 0; row < 3000; ++row) tests.Add(row, NameOf(row), [&kept](int, const Folder::Entry&) { ++kept; });
+    StoredFileTests<int> tests(folder, [&kept](int, const Folder::Entry&) { ++kept; });
+    for (int row = 0; row < 3000; ++row) tests.Add(row, NameOf(row));
   }
   EXPECT_LE(kept, OneByOne(folder, 3000).size());
 }

@@ -175,8 +175,7 @@ AddressBook ReadAddressBook(Database& database) {
     if (names) reading.addresses.push_back(value);
     std::string label = CleanLabel(GetEmptyStringIsNull(valueRows.Text(3)));
     if (label.empty()) label = PropertyName(valueRows.Int64(2));
-    std::string unique = UniqueLabel(label, reading.properties);
-    reading.properties.push_back(std::move(unique));
+    reading.properties.push_back(UniqueLabel(label, reading.properties));
     reading.properties.push_back(std::move(value));
   }
 

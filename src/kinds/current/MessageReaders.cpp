@@ -82,10 +82,8 @@ void ReadChats(Database& database, const SchemaInfo& schema, Conversations& conv
       if (chat != chats.end()) chatOfMessage.emplace_back(rows.Int64(0), chat->second);
     }
   }
-  const auto byMessage = [](const std::pair<int64_t, Sms::Conversation*>& a, const std::pair<int64_t, Sms::Conversation*>& b) {
-    return a.first < b.first;
-  };
-  std::stable_sort(chatOfMessage.begin(), chatOfMessage.end(), byMessage);
+  std::stable_sort(chatOfMessage.begin(), chatOfMessage.end(),
+                   [](const auto& a, const auto& b) { return a.first < b.first; });
   chatOfMessage.erase(std::unique(chatOfMessage.begin(), chatOfMessage.end(),
                                   [](const auto& a, const auto& b) { return a.first == b.first; }),
                       chatOfMessage.end());
