@@ -25,7 +25,11 @@
 #define LIBYH_VERSION \
   LIBYH_TEXT(LIBYH_VERSION_MAJOR) "." LIBYH_TEXT(LIBYH_VERSION_MINOR) "." LIBYH_TEXT(LIBYH_VERSION_PATCH)
 
-#if defined(YH_BUILDING_LIBRARY)
+#if defined(_WIN32) && defined(YH_BUILDING_LIBRARY)
+#define YH_EXPORT __declspec(dllexport)
+#elif defined(_WIN32)
+#define YH_EXPORT __declspec(dllimport)
+#elif defined(YH_BUILDING_LIBRARY)
 #define YH_EXPORT __attribute__((visibility("default")))
 #else
 #define YH_EXPORT
@@ -95,6 +99,9 @@ typedef enum iDeviceContentType {
 /* The service table: four operations in this slot order. */
 typedef struct iDeviceBackupService {
   BackupDevice* (*GetBackupDeviceList)(void);
+  /* Frees the list, except each record's productName, productType,
+   * productVersion and uniqueIdentifier: those stay the host's, to free with
+   * YHFree. */
   void (*FreeBackupDevice)(BackupDevice* head);
   int32_t (*AnalyzeBackup)(BackupDevice* device);
   plist_t (*GetContentList)(BackupDevice* device, iDeviceContentType type);
@@ -114,6 +121,13 @@ YH_EXPORT iDeviceBackupService* CreateCurrentDataRecoveryService(void);
 
 /* Frees the table only, never a backup list. */
 YH_EXPORT void FreeiDeviceBackupService(void* table);
+
+/* Frees a block the library allocated and handed over: the productName,
+ * productType, productVersion and uniqueIdentifier texts that
+ * FreeBackupDevice leaves to the host. Use this, not the host's own free():
+ * on Windows the host and the library may use different C runtimes, and
+ * memory freed by the wrong one corrupts the heap. NULL is ignored. */
+YH_EXPORT void YHFree(void* block);
 
 /* Backups kept anywhere: when `folder` itself holds "Manifest.mbdb" or
  * "Manifest.db" the list has that one backup, otherwise one record per

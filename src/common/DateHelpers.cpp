@@ -6,6 +6,9 @@
 #include <cstring>
 #include <string>
 
+#include "common/CivilTime.h"
+#include "platform/Zone.h"
+
 namespace {
 
 const size_t kDateSize = 24;
@@ -32,20 +35,6 @@ char* CopyToMalloc(const DateBlock text) {
   return copy;
 }
 
-// localtime and mktime read TZ and look at the zone file again on every
-// call, which costs more than the rest of a database row. The zone is read
-// (tzset) once per second of the clock instead, and at once when TZ changes;
-// conversions in between use the rules read then, so a zone file replaced
-// while a request runs is taken up within a second. The 2001 epoch depends
-// on the same two things and is kept with them.
-struct LocalZone {
-  bool read = false;
-  time_t second = 0;
-  bool hasTz = false;
-  std::string tz;
-  time_t epoch2001 = 0;
-};
-
 // The 2001 epoch as the host sees it: local midnight of 2001-01-01 shifted
 // by the present difference of the local and UTC hour of day, taken as it
 // comes (-23..23), with summer time forced off. Deliberately not the
@@ -54,38 +43,35 @@ struct LocalZone {
 time_t HostEpoch2001(time_t now) {
   std::tm local{};
   std::tm utc{};
-  localtime_r(&now, &local);
-  gmtime_r(&now, &utc);
-  std::tm epoch{};
-  epoch.tm_year = 101;
-  epoch.tm_mon = 0;
-  epoch.tm_mday = 1;
-  epoch.tm_hour = local.tm_hour - utc.tm_hour;
-  epoch.tm_isdst = 0;
-  return std::mktime(&epoch);
+  HostLocalFields(now, &local);
+  UtcFields(now, &utc);
+  return static_cast<time_t>(platform::StandardTimeInstant(2001, 1, 1, local.tm_hour - utc.tm_hour).value_or(-1));
 }
 
-// One per thread: hosts may ask for two devices' contents at once, and a
-// shared record would be rewritten under the other thread's feet.
-const LocalZone& CurrentZone() {
-  thread_local LocalZone zone;
+// The epoch depends on the clock's second and the zone's rules, and working
+// it out costs more than a row: it is kept per thread until either changes.
+// Trivially destructible, so that no destructor runs at thread exit.
+struct Epoch2001 {
+  bool read = false;
+  time_t second = 0;
+  uint32_t generation = 0;
+  time_t epoch = 0;
+};
+
+time_t CurrentEpoch2001() {
+  thread_local Epoch2001 kept;
   const time_t now = std::time(nullptr);
-  const char* tz = std::getenv("TZ");
-  if (!zone.read || zone.second != now || zone.hasTz != (tz != nullptr) || (tz && zone.tz != tz)) {
-    tzset();
-    zone.read = true;
-    zone.second = now;
-    zone.hasTz = tz != nullptr;
-    zone.tz = tz ? tz : "";
-    zone.epoch2001 = HostEpoch2001(now);
+  const uint32_t generation = platform::ZoneGeneration();
+  if (!kept.read || kept.second != now || kept.generation != generation) {
+    kept = {true, now, generation, HostEpoch2001(now)};
   }
-  return zone;
+  return kept.epoch;
 }
 
 // The instant Convert2001GMTtoDate shows: earlier seconds count as the epoch.
 time_t Instant2001(int32_t secondsSince2001) {
   const time_t offset = secondsSince2001 < 0 ? 0 : secondsSince2001;
-  return CurrentZone().epoch2001 + offset;
+  return CurrentEpoch2001() + offset;
 }
 
 // Writes `value` (0 or more) as `width` digits with leading zeros.
@@ -116,10 +102,7 @@ std::tm LocalFieldsOf(time_t when) {
 
 }  // namespace
 
-bool LocalFields(time_t when, std::tm* local) {
-  CurrentZone();
-  return localtime_r(&when, local) != nullptr;
-}
+bool LocalFields(time_t when, std::tm* local) { return HostLocalFields(when, local); }
 
 std::string DateTextOf(const std::tm& fields) {
   DateBlock text = {};
@@ -135,7 +118,7 @@ char* FormatLocalDate(time_t when) {
 
 char* FormatWallClockDate(time_t when) {
   std::tm fields{};
-  gmtime_r(&when, &fields);
+  UtcFields(when, &fields);
   DateBlock text = {};
   WriteFields(fields, text);
   return CopyToMalloc(text);
@@ -169,8 +152,9 @@ char* FormatCurrentDate(const std::tm& local) {
 }
 
 char* GetCurrentDate() {
-  const time_t now = std::time(nullptr);
-  return FormatCurrentDate(*std::localtime(&now));
+  std::tm local{};
+  LocalFields(std::time(nullptr), &local);
+  return FormatCurrentDate(local);
 }
 
 char* Convert1900GMTDate(int32_t secondsSince1970) { return FormatLocalDate(secondsSince1970); }

@@ -1,23 +1,19 @@
 #include "common/FileHelpers.h"
 
-#include <sys/stat.h>
-
 #include <cstring>
 
-int VQIsFileExists(const char* path) {
-  struct stat info;
-  return stat(path, &info) == 0 ? 1 : 0;
-}
+#include "platform/FileSystem.h"
+
+int VQIsFileExists(const char* path) { return platform::Stat(path) ? 1 : 0; }
 
 int VQIsRegularFile(const char* path) {
-  struct stat info;
-  return stat(path, &info) == 0 && S_ISREG(info.st_mode) ? 1 : 0;
+  platform::PathInfo info;
+  return platform::Stat(path, &info) && info.regular ? 1 : 0;
 }
 
 uint64_t VQGetFileSize(const char* path) {
-  struct stat info;
-  if (stat(path, &info) != 0) return 0;
-  return static_cast<uint64_t>(info.st_size);
+  platform::PathInfo info;
+  return platform::Stat(path, &info) ? info.size : 0;
 }
 
 int VQIsLittleEndian() {

@@ -7,6 +7,7 @@
 #include <ctime>
 #include <optional>
 
+#include "common/CivilTime.h"
 #include "common/DateHelpers.h"
 
 namespace {
@@ -56,6 +57,6 @@ std::string LocalDateText(const char* stored, TimeBase base) { return LocalDateO
 std::string FloatingDateText(const char* stored, TimeBase base) {
   const std::optional<time_t> when = StoredInstant(stored, base);
   std::tm fields{};
-  if (!when || !gmtime_r(&*when, &fields)) return std::string();
+  if (!when || !UtcFields(*when, &fields)) return std::string();
   return DateTextOf(fields);
 }

@@ -3,6 +3,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "platform/FileSystem.h"
+
 namespace {
 
 char* MallocCopy(const std::string& text) {
@@ -111,7 +113,7 @@ const void* MemMem(const void* hay, size_t n, const void* needle, size_t len) {
   return nullptr;
 }
 
-FILE* YHfopen(const char* path, const char* mode) { return std::fopen(path, mode); }
+FILE* YHfopen(const char* path, const char* mode) { return platform::OpenStream(path, mode); }
 
 std::string TakeMallocText(char* text) {
   std::string copy = text ? text : "";

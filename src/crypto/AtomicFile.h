@@ -5,9 +5,6 @@
 #include <functional>
 #include <string>
 
-// Writes every byte, going on after short writes; false on an error.
-bool WriteAll(int fd, const void* data, size_t size);
-
 // Writes `path` under a temporary name beside it (".partial" appended) and
 // renames it into place only when `fill` succeeds, so that an interrupted run
 // never leaves a file that looks whole. The file is private to the user

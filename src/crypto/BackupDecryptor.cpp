@@ -1,17 +1,12 @@
 #include "crypto/BackupDecryptor.h"
 
-#include <dirent.h>
-#include <sys/stat.h>
-
 #include <atomic>
 #include <cctype>
 #include <cerrno>
 #include <cstdio>
-#include <fstream>
 #include <memory>
 #include <mutex>
 #include <optional>
-#include <sstream>
 #include <thread>
 #include <vector>
 
@@ -25,6 +20,7 @@
 #include "crypto/MbdbEntries.h"
 #include "crypto/StoredKey.h"
 #include "index/Sha1Name.h"
+#include "platform/FileSystem.h"
 
 namespace {
 
@@ -44,16 +40,9 @@ std::string WithSlash(std::string path) {
 
 // Missing, or a folder with nothing in it.
 bool IsNewOrEmpty(const std::string& path) {
-  struct stat info {};
-  if (lstat(path.c_str(), &info) != 0) return errno == ENOENT;
-  if (!S_ISDIR(info.st_mode)) return false;
-  std::unique_ptr<DIR, int (*)(DIR*)> folder(opendir(path.c_str()), closedir);
-  if (!folder) return false;
-  while (const dirent* entry = readdir(folder.get())) {
-    const std::string name = entry->d_name;
-    if (name != "." && name != "..") return false;
-  }
-  return true;
+  platform::PathInfo info;
+  if (!platform::StatNoFollow(path, &info)) return errno == ENOENT;
+  return info.folder && !info.link && platform::ListFolder(path).empty();
 }
 
 bool IsHexName(const std::string& name) {
@@ -66,11 +55,14 @@ bool IsHexName(const std::string& name) {
 
 std::optional<std::string> ReadWhole(const std::string& path) {
   if (!VQIsRegularFile(path.c_str())) return std::nullopt;
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream bytes;
-  bytes << in.rdbuf();
-  if (!in && !in.eof()) return std::nullopt;
-  return bytes.str();
+  std::unique_ptr<FILE, int (*)(FILE*)> in(platform::OpenStream(path.c_str(), "rb"), std::fclose);
+  if (!in) return std::nullopt;
+  std::string bytes;
+  char chunk[1 << 16];
+  size_t got;
+  while ((got = std::fread(chunk, 1, sizeof chunk, in.get())) > 0) bytes.append(chunk, got);
+  if (std::ferror(in.get())) return std::nullopt;
+  return bytes;
 }
 
 int32_t KeyResult(BackupKeys::Unlock unlock) {
@@ -126,7 +118,7 @@ void Decryptor::Report(const char* skipped) {
 
 void Decryptor::DecryptOne(StoredFile* file) {
   const std::string slash = file->name.substr(0, file->name.find('/') == std::string::npos ? 0 : 2);
-  if (!slash.empty()) mkdir((out_ + slash).c_str(), 0700);
+  if (!slash.empty()) platform::MakePrivateFolder(out_ + slash);
   const SecureBytes key = keys_.FileKey(file->key);
   file->decrypted =
       !key.Empty() && DecryptInto(key, backup_ + file->name, out_ + file->name, Padding::Strip, &file->plainSize);
@@ -137,8 +129,7 @@ void Decryptor::DecryptOne(StoredFile* file) {
 void Decryptor::DecryptAll(std::vector<StoredFile>* files) {
   status_.filesTotal = static_cast<uint32_t>(files->size());
   for (StoredFile& file : *files) {
-    struct stat info {};
-    if (stat((backup_ + file.name).c_str(), &info) == 0) file.cipherSize = static_cast<uint64_t>(info.st_size);
+    file.cipherSize = VQGetFileSize((backup_ + file.name).c_str());
     status_.bytesTotal += file.cipherSize;
   }
   std::atomic<size_t> next{0};
@@ -177,10 +168,8 @@ void Decryptor::DecryptAll(std::vector<StoredFile>* files) {
 // The other property lists of the top folder (Info.plist, Status.plist, ...)
 // as they are. Stored files of Manifest.mbdb backups lie there too.
 bool Decryptor::CopyRest() {
-  std::unique_ptr<DIR, int (*)(DIR*)> folder(opendir(backup_.c_str()), closedir);
-  if (!folder) return false;
-  while (const dirent* entry = readdir(folder.get())) {
-    const std::string name = entry->d_name;
+  if (!platform::IsFolder(backup_)) return false;
+  for (const std::string& name : platform::ListFolder(backup_)) {
     const bool plist = name.size() > 6 && name.compare(name.size() - 6, 6, ".plist") == 0;
     if (!plist || name == "Manifest.plist") continue;
     if (!VQIsRegularFile((backup_ + name).c_str())) continue;
@@ -231,7 +220,7 @@ int32_t Decryptor::FromManifestDb() {
     }
   }
   DecryptAll(&files);
-  const bool indexWritten = std::rename(partial.c_str(), (out_ + "Manifest.db").c_str()) == 0;
+  const bool indexWritten = platform::RenameReplacing(partial, out_ + "Manifest.db");
   return Finish(indexWritten);
 }
 
@@ -284,7 +273,7 @@ int32_t DecryptBackupFolder(const std::string& backupFolder, const std::string& 
   std::unique_ptr<BackupKeys> keys;
   const int32_t unlock = OpenBackupKeys(backup, isDb, password, &keys);
   if (unlock != YHUnlocked) return unlock;
-  if (mkdir(outFolder.c_str(), 0700) != 0 && errno != EEXIST) return YHWriteFailed;
+  if (!platform::MakePrivateFolder(outFolder) && !platform::IsFolder(outFolder)) return YHWriteFailed;
   Decryptor decryptor(backup, out, *keys, progress, userData);
   return isDb ? decryptor.FromManifestDb() : decryptor.FromMbdb();
 }

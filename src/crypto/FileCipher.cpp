@@ -1,16 +1,13 @@
 #include "crypto/FileCipher.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <gcrypt.h>
-#include <unistd.h>
 
-#include <cerrno>
 #include <memory>
+#include <mutex>
 #include <vector>
 
-#include "crypto/AtomicFile.h"
 #include "crypto/Gcrypt.h"
+#include "platform/FileSystem.h"
 
 namespace {
 
@@ -25,10 +22,42 @@ using Cipher = std::unique_ptr<std::remove_pointer_t<gcry_cipher_hd_t>, CipherCl
 
 struct FdCloser {
   void operator()(int* fd) const {
-    close(*fd);
+    platform::CloseFile(*fd);
     delete fd;
   }
 };
+
+// Buffers grown to the largest chunk once and lent to one file at a time: a
+// fresh one per file costs more in page faults than small files take to
+// decrypt. Kept in a pool rather than per thread, so that nothing is left to
+// destroy when a thread ends.
+class LentBuffer {
+ public:
+  LentBuffer() {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    if (!Pool().empty()) {
+      buffer_ = std::move(Pool().back());
+      Pool().pop_back();
+    }
+  }
+  ~LentBuffer() {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    Pool().push_back(std::move(buffer_));
+  }
+  LentBuffer(const LentBuffer&) = delete;
+  LentBuffer& operator=(const LentBuffer&) = delete;
+  std::vector<unsigned char>& operator*() { return buffer_; }
+
+ private:
+  static std::vector<std::vector<unsigned char>>& Pool() {
+    static std::vector<std::vector<unsigned char>> pool;
+    return pool;
+  }
+  static std::mutex mutex_;
+  std::vector<unsigned char> buffer_;
+};
+
+std::mutex LentBuffer::mutex_;
 
 Cipher OpenCbc(const SecureBytes& key) {
   EnsureGcrypt();
@@ -44,16 +73,15 @@ Cipher OpenCbc(const SecureBytes& key) {
 }
 
 // Reads until `size` bytes or the end; the count read, or -1.
-ssize_t ReadFull(int fd, unsigned char* buffer, size_t size) {
+long long ReadFull(int fd, unsigned char* buffer, size_t size) {
   size_t done = 0;
   while (done < size) {
-    const ssize_t got = read(fd, buffer + done, size - done);
-    if (got < 0 && errno == EINTR) continue;
+    const long long got = platform::ReadSome(fd, buffer + done, size - done);
     if (got < 0) return -1;
     if (got == 0) break;
     done += static_cast<size_t>(got);
   }
-  return static_cast<ssize_t>(done);
+  return static_cast<long long>(done);
 }
 
 // Bytes of valid PKCS#7 padding at the end of the last block, or 0.
@@ -73,25 +101,23 @@ FileCipherResult DecryptFileTo(const SecureBytes& key, const std::string& source
   *written = 0;
   Cipher cipher = OpenCbc(key);
   if (!cipher) return FileCipherResult::Damaged;
-  const int fd = open(source.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  const int fd = platform::OpenForReading(source);
   if (fd < 0) return FileCipherResult::Unreadable;
   std::unique_ptr<int, FdCloser> closer(new int(fd));
-  posix_fadvise(fd, 0, 0, POSIX_FADV_SEQUENTIAL);
+  platform::AdviseSequential(fd);
   // The last block read is held back until the next read shows whether it
   // ends the file, where its padding is removed.
-  // One buffer per thread, grown to the largest chunk once: a fresh one per
-  // file costs more in page faults than small files take to decrypt.
-  thread_local std::vector<unsigned char> buffer;
-  struct stat info {};
-  const size_t want = fstat(fd, &info) == 0 && static_cast<uint64_t>(info.st_size) < kChunk
-                          ? static_cast<size_t>(info.st_size) + kBlock
-                          : kChunk + kBlock;
+  LentBuffer lent;
+  std::vector<unsigned char>& buffer = *lent;
+  platform::PathInfo info;
+  const size_t want = platform::StatOpen(fd, &info) && info.size < kChunk ? static_cast<size_t>(info.size) + kBlock
+                                                                         : kChunk + kBlock;
   if (buffer.size() < want) buffer.resize(want);
   const size_t chunk = want - kBlock;
   size_t held = 0;
   uint64_t total = 0;
   for (;;) {
-    const ssize_t got = ReadFull(fd, buffer.data() + held, chunk);
+    const long long got = ReadFull(fd, buffer.data() + held, chunk);
     if (got < 0) return FileCipherResult::Unreadable;
     const size_t size = held + static_cast<size_t>(got);
     if (got == 0) break;
@@ -100,7 +126,7 @@ FileCipherResult DecryptFileTo(const SecureBytes& key, const std::string& source
     if (gcry_cipher_decrypt(cipher.get(), buffer.data() + held, size - held, nullptr, 0) != 0) {
       return FileCipherResult::Damaged;
     }
-    if (!WriteAll(output, buffer.data(), ready)) return FileCipherResult::WriteFailed;
+    if (!platform::WriteAll(output, buffer.data(), ready)) return FileCipherResult::WriteFailed;
     total += ready;
     std::copy(buffer.data() + ready, buffer.data() + size, buffer.data());
     held = kBlock;
@@ -108,7 +134,7 @@ FileCipherResult DecryptFileTo(const SecureBytes& key, const std::string& source
   if (held == 0) return FileCipherResult::Damaged;
   size_t keep = kBlock - PaddingOf(buffer.data() + kBlock);
   if (padding == Padding::StripToPages && (total + keep) % 512 != 0) keep = kBlock;
-  if (!WriteAll(output, buffer.data(), keep)) return FileCipherResult::WriteFailed;
+  if (!platform::WriteAll(output, buffer.data(), keep)) return FileCipherResult::WriteFailed;
   *written = total + keep;
   return FileCipherResult::Done;
 }

@@ -1,23 +1,7 @@
 #include "index/BackupSession.h"
 
-#include <sys/stat.h>
-
-#include <cstdlib>
-#include <filesystem>
-#include <system_error>
-
 #include "crypto/EncryptedBackup.h"
-
-namespace {
-
-std::string TemporaryRoot() {
-  const char* tmp = std::getenv("TMPDIR");
-  std::string root = tmp && tmp[0] == '/' ? tmp : "/tmp";
-  if (root.back() != '/') root += '/';
-  return root;
-}
-
-}  // namespace
+#include "platform/FileSystem.h"
 
 BackupSession::BackupSession() = default;
 
@@ -25,15 +9,13 @@ BackupSession::BackupSession() = default;
 BackupSession::~BackupSession() {
   encrypted_.reset();
   if (folder_.empty()) return;
-  std::error_code ignored;
-  std::filesystem::remove_all(folder_, ignored);
+  platform::RemoveTree(folder_);
 }
 
 const std::string& BackupSession::PrivateFolder() {
   if (!folder_.empty()) return folder_;
-  std::string pattern = TemporaryRoot() + "libYH-XXXXXX";
-  // mkdtemp makes the folder with mode 0700: nobody else may read the copies.
-  if (mkdtemp(pattern.data())) folder_ = pattern + "/";
+  // Private to the user: nobody else may read the copies.
+  folder_ = platform::MakeUniqueFolder(platform::TemporaryFolder(), "libYH-");
   return folder_;
 }
 
@@ -41,7 +23,7 @@ std::string BackupSession::NewCopyFolder() {
   const std::string& root = PrivateFolder();
   if (root.empty()) return std::string();
   const std::string folder = root + std::to_string(++copies_) + "/";
-  return mkdir(folder.c_str(), 0700) == 0 ? folder : std::string();
+  return platform::MakePrivateFolder(folder) ? folder : std::string();
 }
 
 void BackupSession::SetEncrypted(std::unique_ptr<EncryptedBackup> encrypted) { encrypted_ = std::move(encrypted); }

@@ -11,7 +11,7 @@
 #include <thread>
 #include <vector>
 
-#include "common/Folder.h"
+#include "platform/Folder.h"
 
 // Tests whether the stored files named by an index's rows exist, on worker
 // threads while the reading thread goes on reading the index, and gives the

@@ -6,7 +6,7 @@
 #include "common/ColumnHelpers.h"
 #include "common/Database.h"
 #include "common/FileHelpers.h"
-#include "common/Folder.h"
+#include "platform/Folder.h"
 #include "common/TextHelpers.h"
 #include "crypto/EncryptedBackup.h"
 #include "index/StoredFileTests.h"

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "common/Folder.h"
+#include "platform/Folder.h"
 #include "common/VqBase.h"
 #include "index/HexName.h"
 #include "index/IndexReader.h"

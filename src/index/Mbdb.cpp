@@ -9,11 +9,12 @@
 #include <vector>
 
 #include "common/BigEndianBitConverter.h"
+#include "common/CivilTime.h"
 #include "common/FileHelpers.h"
-#include "common/Folder.h"
 #include "common/TextHelpers.h"
 #include "index/Sha1Name.h"
 #include "index/StoredFileTests.h"
+#include "platform/Folder.h"
 
 namespace {
 
@@ -76,9 +77,8 @@ std::string DataText(std::string_view bytes) {
 }
 
 struct tm BrokenDownUtc(uint32_t seconds) {
-  time_t time = seconds;
   struct tm fields {};
-  gmtime_r(&time, &fields);
+  UtcFields(seconds, &fields);
   return fields;
 }
 

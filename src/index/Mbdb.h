@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "common/Folder.h"
+#include "platform/Folder.h"
 #include "common/VqBase.h"
 #include "index/HexName.h"
 #include "index/IndexReader.h"

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <utility>
 
-#include "common/Folder.h"
+#include "platform/Folder.h"
 #include "index/ExistenceQueue.h"
 
 // The rows of an index held while the existence tests of their stored files

@@ -1,22 +1,8 @@
 #include "kinds/LocalDatabase.h"
 
-#include <fstream>
-
 #include "common/FileHelpers.h"
+#include "crypto/AtomicFile.h"
 #include "index/IndexReader.h"
-
-namespace {
-
-bool CopyFile(const std::string& from, const std::string& to) {
-  if (!VQIsRegularFile(from.c_str())) return false;
-  std::ifstream in(from, std::ios::binary);
-  std::ofstream out(to, std::ios::binary | std::ios::trunc);
-  if (!in || !out) return false;
-  out << in.rdbuf();
-  return static_cast<bool>(out.flush());
-}
-
-}  // namespace
 
 LocalDatabase LocalDatabaseOf(const BackupDevice* device, const StoredFile& file) {
   const LocalDatabase asStored{file.path, Database::Access::Immutable};
@@ -27,6 +13,6 @@ LocalDatabase LocalDatabaseOf(const BackupDevice* device, const StoredFile& file
   const std::string folder = reader->Session().NewCopyFolder();
   if (folder.empty()) return asStored;
   const std::string copy = folder + "database";
-  if (!CopyFile(file.path, copy) || !CopyFile(wal->path, copy + "-wal")) return asStored;
+  if (!CopyAtomically(file.path, copy) || !CopyAtomically(wal->path, copy + "-wal")) return asStored;
   return {copy, Database::Access::PrivateCopy};
 }

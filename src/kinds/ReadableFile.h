@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "common/Folder.h"
+#include "platform/Folder.h"
 
 #include "libYH.h"
 

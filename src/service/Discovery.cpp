@@ -6,7 +6,8 @@
 #include "common/DateHelpers.h"
 #include "common/FileHelpers.h"
 #include "common/PlistHelpers.h"
-#include "service/Platform.h"
+#include "platform/BackupFolders.h"
+#include "platform/FileSystem.h"
 #include "service/ServiceOperations.h"
 
 namespace {
@@ -111,9 +112,9 @@ BackupDevice* NewBackupRecord(const std::string& folder) {
 BackupDevice* ListBackupsIn(const std::string& backupFolder) {
   BackupDevice* head = nullptr;
   BackupDevice** tail = &head;
-  for (const std::string& name : ListFolder(backupFolder)) {
+  for (const std::string& name : platform::ListFolder(backupFolder)) {
     const std::string entry = backupFolder + (backupFolder.back() == '/' ? "" : "/") + name;
-    if (!IsFolder(entry)) continue;
+    if (!platform::IsFolder(entry)) continue;
     if (BackupDevice* record = NewBackupRecord(entry + "/")) {
       *tail = record;
       tail = &record->next;
@@ -123,15 +124,21 @@ BackupDevice* ListBackupsIn(const std::string& backupFolder) {
 }
 
 BackupDevice* GetBackupDeviceListAt(const char* folder) {
-  if (folder == nullptr || !IsFolder(folder)) return nullptr;
+  if (folder == nullptr || !platform::IsFolder(folder)) return nullptr;
   std::string path = folder;
   while (path.size() > 1 && path.back() == '/') path.pop_back();
   if (BackupDevice* single = NewBackupRecord(path == "/" ? path : path + "/")) return single;
   return ListBackupsIn(path);
 }
 
+// Every default folder that holds backups, in the order the platform names
+// them: Windows has two, one per kind of install.
 BackupDevice* GetBackupDeviceList() {
-  const std::string support = ApplicationSupportFolder();
-  if (support.empty()) return nullptr;
-  return GetBackupDeviceListAt((support + "/MobileSync/Backup").c_str());
+  BackupDevice* head = nullptr;
+  BackupDevice** tail = &head;
+  for (const std::string& folder : platform::DefaultBackupFolders()) {
+    *tail = GetBackupDeviceListAt(folder.c_str());
+    while (*tail) tail = &(*tail)->next;
+  }
+  return head;
 }

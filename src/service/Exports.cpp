@@ -24,3 +24,5 @@ iDeviceBackupService* CreateCurrentDataRecoveryService() {
 }
 
 void FreeiDeviceBackupService(void* table) { free(table); }
+
+void YHFree(void* block) { free(block); }

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/FileSystem.h"
 #include "service/Discovery.h"
-#include "service/Platform.h"
 #include "service/ServiceOperations.h"
 #include "support/BackupBuilder.h"
 #include "support/DeviceList.h"
@@ -59,7 +59,7 @@ TEST_F(Discovery, TwoBackupFoldersGiveTwoRecordsInListingOrder) {
   BackupBuilder(IndexKind::ManifestDb).InfoString("Device Name", "First").Write(BackupFolder() + "aaaa");
   BackupBuilder(IndexKind::Mbdb).InfoString("Device Name", "Second").Write(BackupFolder() + "bbbb");
   std::vector<std::string> expected;
-  for (const std::string& name : ListFolder(BackupFolder())) expected.push_back(BackupFolder() + name + "/");
+  for (const std::string& name : platform::ListFolder(BackupFolder())) expected.push_back(BackupFolder() + name + "/");
 
   ASSERT_NE(List(), nullptr);
   std::vector<std::string> paths;
@@ -260,21 +260,6 @@ TEST_F(Discovery, ListAtNullOrAMissingFolderGivesNull) {
   EXPECT_EQ(GetBackupDeviceListAt(nullptr), nullptr);
   EXPECT_EQ(GetBackupDeviceListAt((root_.Path() + "missing").c_str()), nullptr);
   EXPECT_EQ(GetBackupDeviceListAt(""), nullptr);
-}
-
-TEST(ApplicationSupport, FollowsXdgDataHomeWhenAbsoluteElseHome) {
-  const char* oldHome = getenv("HOME");
-  const std::string home = oldHome ? oldHome : "";
-  {
-    yhtest::ApplicationSupportOverride support("/data/home/");
-    EXPECT_EQ(ApplicationSupportFolder(), "/data/home");
-  }
-  {
-    yhtest::ApplicationSupportOverride support("relative/path");
-    setenv("HOME", "/home/someone", 1);
-    EXPECT_EQ(ApplicationSupportFolder(), "/home/someone/.local/share");
-  }
-  setenv("HOME", home.c_str(), 1);
 }
 
 }  // namespace

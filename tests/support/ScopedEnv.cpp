@@ -1,32 +1,38 @@
 #include "support/ScopedEnv.h"
 
-#include <cstdlib>
-#include <ctime>
+#include <optional>
+
+#include "platform/BackupFolders.h"
+#include "platform/Environment.h"
+#include "platform/Zone.h"
 
 namespace yhtest {
 
 ScopedEnv::ScopedEnv(const char* name, const std::string& value) : name_(name) {
-  const char* old = std::getenv(name);
-  hadValue_ = old != nullptr;
-  if (old) oldValue_ = old;
-  setenv(name, value.c_str(), 1);
+  const std::optional<std::string> old = platform::Variable(name);
+  hadValue_ = old.has_value();
+  if (old) oldValue_ = *old;
+  platform::SetVariable(name, value);
 }
 
 ScopedEnv::~ScopedEnv() {
   if (hadValue_) {
-    setenv(name_.c_str(), oldValue_.c_str(), 1);
+    platform::SetVariable(name_, oldValue_);
   } else {
-    unsetenv(name_.c_str());
+    platform::RemoveVariable(name_);
   }
 }
 
-ScopedTimeZone::ScopedTimeZone(const std::string& zone) : tz_(std::make_unique<ScopedEnv>("TZ", zone)) {
-  tzset();
+ScopedTimeZone::ScopedTimeZone(const std::string& zone) { platform::UseZoneForTesting(zone); }
+
+ScopedTimeZone::~ScopedTimeZone() { platform::UseZoneForTesting(""); }
+
+ApplicationSupportOverride::ApplicationSupportOverride(const std::string& applicationSupport) {
+  std::string folder = applicationSupport;
+  if (folder.empty() || folder.back() != '/') folder += '/';
+  platform::UseBackupFoldersForTesting({folder + "MobileSync/Backup"});
 }
 
-ScopedTimeZone::~ScopedTimeZone() {
-  tz_.reset();
-  tzset();
-}
+ApplicationSupportOverride::~ApplicationSupportOverride() { platform::UseBackupFoldersForTesting({}); }
 
 }  // namespace yhtest

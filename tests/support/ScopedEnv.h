@@ -21,7 +21,8 @@ class ScopedEnv {
   std::string oldValue_;
 };
 
-// Runs code under the given TZ (tzset() on the way in and out).
+// Runs code under the zone of an IANA name ("Europe/Berlin"), then goes back
+// to the host's own zone.
 class ScopedTimeZone {
  public:
   explicit ScopedTimeZone(const std::string& zone);
@@ -30,17 +31,16 @@ class ScopedTimeZone {
   ScopedTimeZone& operator=(const ScopedTimeZone&) = delete;
 
  private:
-  std::unique_ptr<ScopedEnv> tz_;
 };
 
-// Points discovery at `applicationSupport` through XDG_DATA_HOME.
+// Points discovery at `applicationSupport` + "MobileSync/Backup", the folder
+// the sync software uses below the user's data folder on every system.
 class ApplicationSupportOverride {
  public:
-  explicit ApplicationSupportOverride(const std::string& applicationSupport)
-      : xdg_("XDG_DATA_HOME", applicationSupport) {}
-
- private:
-  ScopedEnv xdg_;
+  explicit ApplicationSupportOverride(const std::string& applicationSupport);
+  ~ApplicationSupportOverride();
+  ApplicationSupportOverride(const ApplicationSupportOverride&) = delete;
+  ApplicationSupportOverride& operator=(const ApplicationSupportOverride&) = delete;
 };
 
 }  // namespace yhtest

@@ -1,10 +1,8 @@
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <vector>
 
+#include "platform/FileSystem.h"
 #include "support/BackupBuilder.h"
 
 namespace yhtest {
@@ -23,18 +21,8 @@ void MakeWritable(const fs::path& folder) {
 
 }  // namespace
 
-TempDir::TempDir() {
-  const char* base = std::getenv("TMPDIR");
-  std::string pattern = base != nullptr && *base != '\0' ? base : "/tmp";
-  if (pattern.back() != '/') pattern += '/';
-  pattern += "yh-XXXXXX";
-  std::vector<char> name(pattern.begin(), pattern.end());
-  name.push_back('\0');
-  if (mkdtemp(name.data()) == nullptr) {
-    ADD_FAILURE() << "mkdtemp failed for " << pattern;
-    return;
-  }
-  path_ = std::string(name.data()) + "/";
+TempDir::TempDir() : path_(platform::MakeUniqueFolder(platform::TemporaryFolder(), "yh-")) {
+  if (path_.empty()) ADD_FAILURE() << "no temporary folder could be made in " << platform::TemporaryFolder();
 }
 
 TempDir::~TempDir() {

@@ -23,10 +23,10 @@ DeviceList::DeviceList(DeviceList&& other) noexcept
 DeviceList::~DeviceList() {
   if (!head_) return;
   for (BackupDevice* device : devices_) {
-    std::free(device->productName);
-    std::free(device->productType);
-    std::free(device->productVersion);
-    std::free(device->uniqueIdentifier);
+    YHFree(device->productName);
+    YHFree(device->productType);
+    YHFree(device->productVersion);
+    YHFree(device->uniqueIdentifier);
   }
   freeList_(head_);
 }

@@ -7,6 +7,7 @@
 #include <map>
 #include <set>
 
+#include "common/CivilTime.h"
 #include "common/ColumnHelpers.h"
 #include "common/LocalDate.h"
 #include "common/SchemaInfo.h"
@@ -90,7 +91,7 @@ std::string BirthdayText(const std::string& stored) {
   if (stored.empty() || *end != '\0') return stored;
   const time_t when = static_cast<time_t>(seconds) + 978307200;
   std::tm day{};
-  if (!gmtime_r(&when, &day)) return stored;
+  if (!UtcFields(when, &day)) return stored;
   char text[32];
   std::snprintf(text, sizeof text, "%.4d-%.2d-%.2d", day.tm_year + 1900, day.tm_mon + 1, day.tm_mday);
   return text;

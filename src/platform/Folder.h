@@ -1,5 +1,5 @@
-#ifndef YH_COMMON_FOLDER_H
-#define YH_COMMON_FOLDER_H
+#ifndef YH_PLATFORM_FOLDER_H
+#define YH_PLATFORM_FOLDER_H
 
 #include <cstdint>
 #include <string>
@@ -16,7 +16,7 @@ class Folder {
   Folder(const Folder&) = delete;
   Folder& operator=(const Folder&) = delete;
 
-  // What stat() finds of a name below the folder.
+  // What the system finds of a name below the folder.
   struct Entry {
     uint64_t size;
     bool regular;  // a plain file, or a link to one

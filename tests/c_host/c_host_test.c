@@ -1,13 +1,12 @@
 /* A host written in C that sees only the public header: it makes a tiny
  * backup, then runs the whole calling order through the service table. */
-#define _GNU_SOURCE
 #include <libYH.h>
 
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
-#include <sys/stat.h>
-#include <unistd.h>
+
+#include "HostSystem.h"
 
 static int failures = 0;
 
@@ -30,15 +29,12 @@ static void WriteFile(const char* path, const void* bytes, size_t length) {
 }
 
 int main(void) {
-  char root[] = "/tmp/yh-c-host-XXXXXX";
-  if (!mkdtemp(root)) return 2;
-  char path[512];
-  snprintf(path, sizeof path, "%s/MobileSync", root);
-  mkdir(path, 0755);
-  snprintf(path, sizeof path, "%s/MobileSync/Backup", root);
-  mkdir(path, 0755);
-  snprintf(path, sizeof path, "%s/MobileSync/Backup/0123456789abcdef", root);
-  mkdir(path, 0755);
+  char root[400];
+  char folder[500];
+  if (MakeTemporaryRoot(root, sizeof root) != 0 || MakeDefaultLocation(root, folder, sizeof folder) != 0) return 2;
+  char path[600];
+  snprintf(path, sizeof path, "%s/0123456789abcdef", folder);
+  MakeFolder(path);
 
   static const char kInfo[] =
       "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
@@ -48,12 +44,10 @@ int main(void) {
       "<key>Device Name</key><string>C Phone</string>"
       "<key>Product Type</key><string>iPhone5,2</string>"
       "</dict></plist>\n";
-  snprintf(path, sizeof path, "%s/MobileSync/Backup/0123456789abcdef/Info.plist", root);
+  snprintf(path, sizeof path, "%s/0123456789abcdef/Info.plist", folder);
   WriteFile(path, kInfo, strlen(kInfo));
-  snprintf(path, sizeof path, "%s/MobileSync/Backup/0123456789abcdef/Manifest.mbdb", root);
+  snprintf(path, sizeof path, "%s/0123456789abcdef/Manifest.mbdb", folder);
   WriteFile(path, "mbdb\x05\x00", 6);
-
-  setenv("XDG_DATA_HOME", root, 1);
 
   iDeviceBackupService* service = CreateDataRecoveryService();
   CHECK(service != NULL);
@@ -73,11 +67,10 @@ int main(void) {
     }
     CHECK(service->GetContentList(list, (iDeviceContentType)11) == NULL);
     service->FreeBackupDevice(list);
-    free(productType);
+    YHFree(productType);
   }
   FreeiDeviceBackupService(service);
 
-  snprintf(path, sizeof path, "rm -rf '%s'", root);
-  if (system(path) != 0) failures++;
+  if (RemoveRoot(root) != 0) failures++;
   return failures ? 1 : 0;
 }

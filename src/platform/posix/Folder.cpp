@@ -1,4 +1,4 @@
-#include "common/Folder.h"
+#include "platform/Folder.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

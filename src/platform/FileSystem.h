@@ -1,0 +1,76 @@
+#ifndef YH_PLATFORM_FILESYSTEM_H
+#define YH_PLATFORM_FILESYSTEM_H
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+// Everything the library and yh ask of the operating system's files, behind
+// one interface with one implementation per system. Paths are UTF-8 and may
+// use "/" as the separator on every system; on Windows they become UTF-16 at
+// the system call. Descriptors are the C runtime's, opened in binary mode.
+namespace platform {
+
+// What the system finds at a path.
+struct PathInfo {
+  uint64_t size = 0;
+  bool folder = false;
+  bool regular = false;
+  bool link = false;  // a symbolic link, junction or other reparse point (StatNoFollow only)
+};
+
+// Whether anything is at `path`, following links (a link to a folder is a
+// folder); `info`, when given, gets what was found.
+bool Stat(const std::string& path, PathInfo* info = nullptr);
+// The same without following a last link, junction or reparse point; when
+// nothing is there, errno is ENOENT.
+bool StatNoFollow(const std::string& path, PathInfo* info = nullptr);
+// True when the path exists and is a folder; a link to a folder counts.
+bool IsFolder(const std::string& path);
+
+// The names of a folder's entries in the order the system lists them,
+// without "." and ".."; none for a folder that cannot be listed.
+std::vector<std::string> ListFolder(const std::string& folder);
+
+// Makes one folder that only the user may read (mode 0700 where modes exist).
+bool MakePrivateFolder(const std::string& path);
+// A new folder private to the user inside `parent`, named `prefix` and a
+// unique tail; its path ends in "/", empty when none could be made.
+std::string MakeUniqueFolder(const std::string& parent, const std::string& prefix);
+// The system's folder for temporary files, ending in "/".
+std::string TemporaryFolder();
+// Removes a file, or a folder with everything below it; links are removed,
+// never followed.
+void RemoveTree(const std::string& path);
+
+// Renames `from` to `to`, replacing what `to` names.
+bool RenameReplacing(const std::string& from, const std::string& to);
+bool RemoveFile(const std::string& path);
+
+// fopen of a UTF-8 path; binary on every system.
+FILE* OpenStream(const char* path, const char* mode);
+
+// A descriptor to read `path` from, -1 when it cannot be opened; opening a
+// named pipe does not wait for a writer.
+int OpenForReading(const std::string& path);
+// Creates or truncates `path` for writing, private to the user; refuses a
+// path that is a link, junction or reparse point. -1 on failure.
+int CreatePrivateFile(const std::string& path);
+bool CloseFile(int fd);
+// Reads up to `size` bytes, going on after interruptions: the count read,
+// 0 at the end, -1 on an error.
+long long ReadSome(int fd, void* data, size_t size);
+// Writes every byte, going on after short writes; false on an error.
+bool WriteAll(int fd, const void* data, size_t size);
+// What the open file is; false when the system cannot tell.
+bool StatOpen(int fd, PathInfo* info);
+// A hint that the file will be read once from start to end.
+void AdviseSequential(int fd);
+// Copies `size` bytes from the current offset of `in` to `out`.
+bool CopyBytes(int in, int out, uint64_t size);
+
+}  // namespace platform
+
+#endif

@@ -1,0 +1,147 @@
+#include "platform/FileSystem.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#ifdef __linux__
+#include <sys/sendfile.h>
+#endif
+
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <system_error>
+
+#include "platform/CopyByReading.h"
+
+namespace platform {
+
+namespace {
+
+void Fill(const struct stat& found, PathInfo* info) {
+  if (!info) return;
+  info->size = static_cast<uint64_t>(found.st_size);
+  info->folder = S_ISDIR(found.st_mode);
+  info->regular = S_ISREG(found.st_mode);
+  info->link = S_ISLNK(found.st_mode);
+}
+
+}  // namespace
+
+bool Stat(const std::string& path, PathInfo* info) {
+  struct stat found;
+  if (stat(path.c_str(), &found) != 0) return false;
+  Fill(found, info);
+  return true;
+}
+
+bool StatNoFollow(const std::string& path, PathInfo* info) {
+  struct stat found;
+  if (lstat(path.c_str(), &found) != 0) return false;
+  Fill(found, info);
+  return true;
+}
+
+bool IsFolder(const std::string& path) {
+  PathInfo info;
+  return Stat(path, &info) && info.folder;
+}
+
+std::vector<std::string> ListFolder(const std::string& folder) {
+  std::vector<std::string> names;
+  std::unique_ptr<DIR, int (*)(DIR*)> dir(opendir(folder.c_str()), closedir);
+  if (!dir) return names;
+  while (const dirent* entry = readdir(dir.get())) {
+    const std::string name = entry->d_name;
+    if (name != "." && name != "..") names.push_back(name);
+  }
+  return names;
+}
+
+bool MakePrivateFolder(const std::string& path) { return mkdir(path.c_str(), 0700) == 0; }
+
+std::string MakeUniqueFolder(const std::string& parent, const std::string& prefix) {
+  std::string pattern = parent + prefix + "XXXXXX";
+  // mkdtemp makes the folder with mode 0700.
+  return mkdtemp(pattern.data()) ? pattern + "/" : std::string();
+}
+
+std::string TemporaryFolder() {
+  const char* tmp = std::getenv("TMPDIR");
+  std::string root = tmp && tmp[0] == '/' ? tmp : "/tmp";
+  if (root.back() != '/') root += '/';
+  return root;
+}
+
+void RemoveTree(const std::string& path) {
+  std::error_code ignored;
+  std::filesystem::remove_all(path, ignored);
+}
+
+bool RenameReplacing(const std::string& from, const std::string& to) { return std::rename(from.c_str(), to.c_str()) == 0; }
+
+bool RemoveFile(const std::string& path) { return unlink(path.c_str()) == 0; }
+
+FILE* OpenStream(const char* path, const char* mode) { return std::fopen(path, mode); }
+
+int OpenForReading(const std::string& path) { return open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); }
+
+int CreatePrivateFile(const std::string& path) {
+  return open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0600);
+}
+
+bool CloseFile(int fd) { return close(fd) == 0; }
+
+long long ReadSome(int fd, void* data, size_t size) {
+  for (;;) {
+    const ssize_t got = read(fd, data, size);
+    if (got < 0 && errno == EINTR) continue;
+    return got;
+  }
+}
+
+bool WriteAll(int fd, const void* data, size_t size) {
+  const char* bytes = static_cast<const char*>(data);
+  while (size > 0) {
+    const ssize_t put = write(fd, bytes, size);
+    if (put < 0 && errno == EINTR) continue;
+    if (put <= 0) return false;
+    bytes += put;
+    size -= static_cast<size_t>(put);
+  }
+  return true;
+}
+
+bool StatOpen(int fd, PathInfo* info) {
+  struct stat found;
+  if (fstat(fd, &found) != 0) return false;
+  Fill(found, info);
+  return true;
+}
+
+void AdviseSequential(int fd) {
+#ifdef POSIX_FADV_SEQUENTIAL
+  posix_fadvise(fd, 0, 0, POSIX_FADV_SEQUENTIAL);
+#else
+  (void)fd;
+#endif
+}
+
+bool CopyBytes(int in, int out, uint64_t size) {
+#ifdef __linux__
+  // The kernel copies without a trip through user memory.
+  while (size > 0) {
+    const ssize_t sent = sendfile(out, in, nullptr, static_cast<size_t>(size));
+    if (sent < 0 && errno == EINTR) continue;
+    if (sent <= 0) return false;
+    size -= static_cast<uint64_t>(sent);
+  }
+  return true;
+#else
+  return CopyByReading(in, out, size);
+#endif
+}
+
+}  // namespace platform

@@ -1,0 +1,207 @@
+#include "platform/FileSystem.h"
+
+#include <fcntl.h>
+#include <io.h>
+#include <sys/stat.h>
+#include <windows.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <system_error>
+
+#include "platform/CopyByReading.h"
+#include "platform/windows/Wide.h"
+
+namespace platform {
+
+namespace {
+
+bool FromAttributes(const WIN32_FILE_ATTRIBUTE_DATA& data, PathInfo* info) {
+  if (info) {
+    const bool folder = (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    info->folder = folder;
+    info->regular = !folder && (data.dwFileAttributes & FILE_ATTRIBUTE_DEVICE) == 0;
+    info->link = (data.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+    info->size = folder ? 0 : (static_cast<uint64_t>(data.nFileSizeHigh) << 32) | data.nFileSizeLow;
+  }
+  return true;
+}
+
+// A handle that follows links, asked for what it reaches.
+bool StatFollowing(const std::wstring& path, PathInfo* info) {
+  const HANDLE handle = CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES,
+                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                                    FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  if (handle == INVALID_HANDLE_VALUE) return false;
+  BY_HANDLE_FILE_INFORMATION found;
+  const bool known = GetFileInformationByHandle(handle, &found) != 0;
+  CloseHandle(handle);
+  if (!known) return false;
+  WIN32_FILE_ATTRIBUTE_DATA data{};
+  data.dwFileAttributes = found.dwFileAttributes & ~FILE_ATTRIBUTE_REPARSE_POINT;
+  data.nFileSizeHigh = found.nFileSizeHigh;
+  data.nFileSizeLow = found.nFileSizeLow;
+  return FromAttributes(data, info);
+}
+
+int ErrnoOf(DWORD error) {
+  switch (error) {
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND: return ENOENT;
+    case ERROR_ACCESS_DENIED: return EACCES;
+    case ERROR_FILE_EXISTS:
+    case ERROR_ALREADY_EXISTS: return EEXIST;
+    default: return EIO;
+  }
+}
+
+int DescriptorOf(HANDLE handle, int flags) {
+  if (handle == INVALID_HANDLE_VALUE) {
+    errno = ErrnoOf(GetLastError());
+    return -1;
+  }
+  const int fd = _open_osfhandle(reinterpret_cast<intptr_t>(handle), flags | _O_BINARY | _O_NOINHERIT);
+  if (fd < 0) CloseHandle(handle);
+  return fd;
+}
+
+}  // namespace
+
+bool Stat(const std::string& path, PathInfo* info) {
+  const std::wstring wide = Wide(path);
+  WIN32_FILE_ATTRIBUTE_DATA data;
+  if (!GetFileAttributesExW(wide.c_str(), GetFileExInfoStandard, &data)) return false;
+  if (data.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) return StatFollowing(wide, info);
+  return FromAttributes(data, info);
+}
+
+bool StatNoFollow(const std::string& path, PathInfo* info) {
+  WIN32_FILE_ATTRIBUTE_DATA data;
+  if (!GetFileAttributesExW(Wide(path).c_str(), GetFileExInfoStandard, &data)) {
+    errno = ErrnoOf(GetLastError());
+    return false;
+  }
+  return FromAttributes(data, info);
+}
+
+bool IsFolder(const std::string& path) {
+  PathInfo info;
+  return Stat(path, &info) && info.folder;
+}
+
+std::vector<std::string> ListFolder(const std::string& folder) {
+  std::vector<std::string> names;
+  std::string pattern = folder;
+  if (!pattern.empty() && pattern.back() != '/' && pattern.back() != '\\') pattern += '\\';
+  WIN32_FIND_DATAW entry;
+  const HANDLE find = FindFirstFileW(Wide(pattern + "*").c_str(), &entry);
+  if (find == INVALID_HANDLE_VALUE) return names;
+  do {
+    const std::string name = Narrow(entry.cFileName);
+    if (name != "." && name != "..") names.push_back(name);
+  } while (FindNextFileW(find, &entry));
+  FindClose(find);
+  return names;
+}
+
+// A folder made below the user's profile or temporary folder inherits an
+// access list that lets only the user (and administrators) in.
+bool MakePrivateFolder(const std::string& path) { return CreateDirectoryW(Wide(path).c_str(), nullptr) != 0; }
+
+std::string MakeUniqueFolder(const std::string& parent, const std::string& prefix) {
+  for (int attempt = 0; attempt < 100; ++attempt) {
+    LARGE_INTEGER counter;
+    QueryPerformanceCounter(&counter);
+    const unsigned long long tail =
+        (static_cast<unsigned long long>(counter.QuadPart) * 2654435761ULL) ^ (GetCurrentProcessId() * 40503ULL) ^
+        static_cast<unsigned long long>(attempt);
+    std::string name = prefix;
+    for (int i = 0; i < 6; ++i) name += "abcdefghijklmnopqrstuvwxyz0123456789"[(tail >> (i * 5)) % 36];
+    const std::string path = parent + name;
+    if (MakePrivateFolder(path)) return path + "/";
+    if (GetLastError() != ERROR_ALREADY_EXISTS) return std::string();
+  }
+  return std::string();
+}
+
+std::string TemporaryFolder() {
+  wchar_t buffer[MAX_PATH + 2];
+  const DWORD size = GetTempPathW(MAX_PATH + 2, buffer);
+  std::string root = size > 0 && size <= MAX_PATH + 1 ? Narrow(std::wstring(buffer, size)) : std::string("C:\\");
+  for (char& c : root) {
+    if (c == '\\') c = '/';
+  }
+  if (root.back() != '/') root += '/';
+  return root;
+}
+
+void RemoveTree(const std::string& path) {
+  std::error_code ignored;
+  std::filesystem::remove_all(std::filesystem::path(Wide(path)), ignored);
+}
+
+bool RenameReplacing(const std::string& from, const std::string& to) {
+  return MoveFileExW(Wide(from).c_str(), Wide(to).c_str(), MOVEFILE_REPLACE_EXISTING) != 0;
+}
+
+bool RemoveFile(const std::string& path) { return DeleteFileW(Wide(path).c_str()) != 0; }
+
+FILE* OpenStream(const char* path, const char* mode) {
+  std::string binary = mode;
+  if (binary.find('b') == std::string::npos) binary += 'b';
+  return _wfopen(Wide(path).c_str(), Wide(binary).c_str());
+}
+
+int OpenForReading(const std::string& path) {
+  return DescriptorOf(CreateFileW(Wide(path).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                  nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr),
+                      _O_RDONLY);
+}
+
+int CreatePrivateFile(const std::string& path) {
+  const std::wstring wide = Wide(path);
+  const DWORD attributes = GetFileAttributesW(wide.c_str());
+  if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT)) {
+    errno = ELOOP;
+    return -1;
+  }
+  return DescriptorOf(CreateFileW(wide.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
+                                  FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr),
+                      _O_WRONLY);
+}
+
+bool CloseFile(int fd) { return _close(fd) == 0; }
+
+long long ReadSome(int fd, void* data, size_t size) {
+  const unsigned int chunk = size > (1u << 30) ? (1u << 30) : static_cast<unsigned int>(size);
+  return _read(fd, data, chunk);
+}
+
+bool WriteAll(int fd, const void* data, size_t size) {
+  const char* bytes = static_cast<const char*>(data);
+  while (size > 0) {
+    const unsigned int chunk = size > (1u << 30) ? (1u << 30) : static_cast<unsigned int>(size);
+    const int put = _write(fd, bytes, chunk);
+    if (put <= 0) return false;
+    bytes += put;
+    size -= static_cast<size_t>(put);
+  }
+  return true;
+}
+
+bool StatOpen(int fd, PathInfo* info) {
+  const HANDLE handle = reinterpret_cast<HANDLE>(_get_osfhandle(fd));
+  BY_HANDLE_FILE_INFORMATION found;
+  if (handle == INVALID_HANDLE_VALUE || !GetFileInformationByHandle(handle, &found)) return false;
+  WIN32_FILE_ATTRIBUTE_DATA data{};
+  data.dwFileAttributes = found.dwFileAttributes;
+  data.nFileSizeHigh = found.nFileSizeHigh;
+  data.nFileSizeLow = found.nFileSizeLow;
+  return FromAttributes(data, info);
+}
+
+void AdviseSequential(int) {}
+
+bool CopyBytes(int in, int out, uint64_t size) { return CopyByReading(in, out, size); }
+
+}  // namespace platform

@@ -1,0 +1,125 @@
+#include "platform/Zone.h"
+
+#include <windows.h>
+
+#include <atomic>
+#include <mutex>
+#include <string>
+
+namespace platform {
+
+namespace {
+
+std::atomic<uint32_t> generation{1};
+std::mutex namedMutex;
+bool named = false;
+DYNAMIC_TIME_ZONE_INFORMATION namedZone;
+
+// Seconds from 1601-01-01 (FILETIME's epoch) to 1970-01-01.
+constexpr int64_t kFileTimeTo1970 = 11644473600LL;
+// The Gregorian calendar repeats every 400 years, and so do zone rules read
+// for a year outside what SYSTEMTIME holds (1601 to 30827).
+constexpr int64_t kFourCenturies = 146097LL * 86400;
+constexpr int64_t kFirst = -kFileTimeTo1970 + 86400 * 2;             // early 1601, with room for offsets
+constexpr int64_t kLast = 910692730000LL - 86400 * 2 - kFileTimeTo1970;  // late 30827
+
+bool ZoneInEffect(DYNAMIC_TIME_ZONE_INFORMATION* zone) {
+  {
+    const std::lock_guard<std::mutex> lock(namedMutex);
+    if (named) {
+      *zone = namedZone;
+      return true;
+    }
+  }
+  return GetDynamicTimeZoneInformation(zone) != TIME_ZONE_ID_INVALID;
+}
+
+FILETIME FileTimeOf(int64_t instant) {
+  const uint64_t ticks = static_cast<uint64_t>(instant + kFileTimeTo1970) * 10000000ULL;
+  return FILETIME{static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
+}
+
+int64_t SecondsOf(const FILETIME& time) {
+  const uint64_t ticks = (static_cast<uint64_t>(time.dwHighDateTime) << 32) | time.dwLowDateTime;
+  return static_cast<int64_t>(ticks / 10000000ULL) - kFileTimeTo1970;
+}
+
+// The Windows key names of the IANA zones tests name.
+const wchar_t* WindowsKeyOf(const std::string& name) {
+  static const struct {
+    const char* iana;
+    const wchar_t* windows;
+  } kZones[] = {
+      {"UTC", L"UTC"},
+      {"Etc/UTC", L"UTC"},
+      {"America/New_York", L"Eastern Standard Time"},
+      {"Europe/Berlin", L"W. Europe Standard Time"},
+      {"Europe/London", L"GMT Standard Time"},
+      {"Australia/Lord_Howe", L"Lord Howe Standard Time"},
+      {"Asia/Tokyo", L"Tokyo Standard Time"},
+  };
+  for (const auto& zone : kZones) {
+    if (name == zone.iana) return zone.windows;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+std::optional<ZoneReading> ZoneAt(int64_t instant) {
+  DYNAMIC_TIME_ZONE_INFORMATION zone;
+  if (!ZoneInEffect(&zone)) return std::nullopt;
+  while (instant < kFirst) instant += kFourCenturies;
+  while (instant > kLast) instant -= kFourCenturies;
+  const FILETIME utcTime = FileTimeOf(instant);
+  SYSTEMTIME utc;
+  SYSTEMTIME local;
+  FILETIME localTime;
+  if (!FileTimeToSystemTime(&utcTime, &utc) || !SystemTimeToTzSpecificLocalTimeEx(&zone, &utc, &local) ||
+      !SystemTimeToFileTime(&local, &localTime)) {
+    return std::nullopt;
+  }
+  const int32_t offset = static_cast<int32_t>(SecondsOf(localTime) - instant);
+  TIME_ZONE_INFORMATION rules;
+  const bool known = GetTimeZoneInformationForYear(utc.wYear, &zone, &rules) != 0;
+  const int32_t standard = known ? -static_cast<int32_t>(rules.Bias + rules.StandardBias) * 60 : offset;
+  return ZoneReading{offset, offset != standard};
+}
+
+std::optional<int64_t> StandardTimeInstant(int year, int month, int day, int hour) {
+  DYNAMIC_TIME_ZONE_INFORMATION zone;
+  TIME_ZONE_INFORMATION rules;
+  if (!ZoneInEffect(&zone) || year < 1601 || year > 30827 || !GetTimeZoneInformationForYear(year, &zone, &rules)) {
+    return std::nullopt;
+  }
+  SYSTEMTIME fields{};
+  fields.wYear = static_cast<WORD>(year);
+  fields.wMonth = static_cast<WORD>(month);
+  fields.wDay = static_cast<WORD>(day);
+  FILETIME midnight;
+  if (!SystemTimeToFileTime(&fields, &midnight)) return std::nullopt;
+  return SecondsOf(midnight) + int64_t{hour} * 3600 + int64_t{rules.Bias + rules.StandardBias} * 60;
+}
+
+uint32_t ZoneGeneration() { return generation.load(); }
+
+void UseZoneForTesting(const std::string& name) {
+  DYNAMIC_TIME_ZONE_INFORMATION found{};
+  bool matched = false;
+  if (const wchar_t* key = WindowsKeyOf(name)) {
+    for (DWORD index = 0; EnumDynamicTimeZoneInformation(index, &found) == ERROR_SUCCESS; ++index) {
+      if (std::wstring(found.TimeZoneKeyName) == key) {
+        matched = true;
+        break;
+      }
+    }
+  }
+  {
+    const std::lock_guard<std::mutex> lock(namedMutex);
+    named = matched;
+    if (matched) namedZone = found;
+  }
+  generation.fetch_add(1);
+}
+
+}  // namespace platform
