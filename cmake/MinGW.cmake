@@ -21,3 +21,6 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 set(ENV{PKG_CONFIG_LIBDIR} "${YH_WINDOWS_DEPS}/lib/pkgconfig:/usr/${YH_MINGW}/lib/pkgconfig")
 set(ENV{PKG_CONFIG_SYSROOT_DIR} "")
 set(CMAKE_CROSSCOMPILING_EMULATOR wine)
+# Header-only libraries the build takes from Debian (nlohmann-json, CLI11)
+# are copied into the prefix by scripts/build-windows-deps.
+set(CMAKE_CXX_STANDARD_INCLUDE_DIRECTORIES ${YH_WINDOWS_DEPS}/include)

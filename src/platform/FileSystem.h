@@ -19,6 +19,8 @@ struct PathInfo {
   bool folder = false;
   bool regular = false;
   bool link = false;  // a symbolic link, junction or other reparse point (StatNoFollow only)
+  int64_t modified = 0;      // nanoseconds since 1970
+  uint32_t permissions = 0;  // the mode's permission bits; on Windows 0444 or 0666, and 0111 more for folders
 };
 
 // Whether anything is at `path`, following links (a link to a folder is a

@@ -1,13 +1,13 @@
 #include "common/FileHelpers.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cstdint>
 #include <cstring>
 #include <string>
 
 #include "support/BackupBuilder.h"
+#include "support/SystemFiles.h"
 
 namespace {
 
@@ -37,7 +37,7 @@ TEST(FileHelpers, MissingFileIsAbsentWithSizeZero) {
 TEST(FileHelpers, FolderAndLinkToFolderExist) {
   yhtest::TempDir dir;
   const std::string link = dir.Path() + "link";
-  ASSERT_EQ(symlink(dir.Path().c_str(), link.c_str()), 0);
+  ASSERT_TRUE(yhtest::MakeSymlink(dir.Path(), link));
   EXPECT_NE(VQIsFileExists(dir.Path().c_str()), 0);
   EXPECT_NE(VQIsFileExists(link.c_str()), 0);
   EXPECT_NE(VQIsFileExists((link + "/").c_str()), 0);
@@ -46,7 +46,7 @@ TEST(FileHelpers, FolderAndLinkToFolderExist) {
 TEST(FileHelpers, DanglingLinkIsAbsent) {
   yhtest::TempDir dir;
   const std::string link = dir.Path() + "dangling";
-  ASSERT_EQ(symlink((dir.Path() + "nowhere").c_str(), link.c_str()), 0);
+  ASSERT_TRUE(yhtest::MakeSymlink(dir.Path() + "nowhere", link));
   EXPECT_EQ(VQIsFileExists(link.c_str()), 0);
 }
 

@@ -1,14 +1,14 @@
 #include "platform/Folder.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include <filesystem>
 
 #include <string>
 #include <vector>
 
 #include "common/FileHelpers.h"
 #include "support/BackupBuilder.h"
+#include "support/SystemFiles.h"
 
 namespace {
 
@@ -24,13 +24,12 @@ class FolderTest : public ::testing::Test {
  protected:
   void SetUp() override {
     root_ = dir_.Path();
-    mkdir((root_ + "backup").c_str(), 0755);
-    mkdir((root_ + "backup/3d").c_str(), 0755);
+    std::filesystem::create_directories(root_ + "backup/3d");
     WriteFile(root_ + "backup/3d/3d0d7e", "stored");
     WriteFile(root_ + "backup/flat", "stored");
     WriteFile(root_ + "backupflat", "beside the folder");
-    symlink((root_ + "backup/flat").c_str(), (root_ + "backup/link").c_str());
-    symlink((root_ + "backup/nowhere").c_str(), (root_ + "backup/dangling").c_str());
+    yhtest::MakeSymlink(root_ + "backup/flat", root_ + "backup/link");
+    yhtest::MakeSymlink(root_ + "backup/nowhere", root_ + "backup/dangling");
   }
 
   TempDir dir_;
@@ -85,11 +84,12 @@ TEST_F(FolderTest, APathWithoutItsFinalSlashIsJoinedAsItStands) {
 }
 
 TEST_F(FolderTest, AFolderThatMayBeSearchedButNotListedIsStillTested) {
-  chmod((root_ + "backup").c_str(), 0111);
+  if (!yhtest::HasModes()) GTEST_SKIP() << yhtest::WhyNoModes();
+  yhtest::SetMode(root_ + "backup", 0111);
   const Folder folder(root_ + "backup/");
   EXPECT_EQ(folder.Has("flat"), VQIsFileExists((root_ + "backup/flat").c_str()) != 0);
   EXPECT_FALSE(folder.Has("missing"));
-  chmod((root_ + "backup").c_str(), 0755);
+  yhtest::SetMode(root_ + "backup", 0755);
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 #include "common/PlistHelpers.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -12,6 +11,7 @@
 #include <string>
 
 #include "support/BackupBuilder.h"
+#include "support/SystemFiles.h"
 
 namespace {
 
@@ -89,14 +89,14 @@ TEST(PlistHelpers, MissingOrEmptyFileGivesNull) {
 TEST(PlistHelpers, EmptyFileIsNotOpened) {
   yhtest::TempDir dir;
   const std::string path = dir.Path() + "fifo.plist";
-  ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+  if (!yhtest::HasFifos()) GTEST_SKIP() << yhtest::WhyNoFifos();
+  ASSERT_TRUE(yhtest::MakeFifo(path));
   std::future<plist_t> result = std::async(std::launch::async, ReadPlist, path.c_str());
   const bool returned = result.wait_for(std::chrono::seconds(2)) == std::future_status::ready;
   EXPECT_TRUE(returned) << "ReadPlist opened a file of size 0";
   if (!returned) {
     // Release the blocked reader so that the test can end.
-    const int writer = open(path.c_str(), O_WRONLY | O_NONBLOCK);
-    if (writer >= 0) close(writer);
+    yhtest::ReleaseFifo(path);
   }
   plist_t root = result.get();
   EXPECT_EQ(root, nullptr);

@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "fault/SampleBackup.h"
+#include "platform/FileSystem.h"
 #include "support/BackupBuilder.h"
 #include "support/TreeSnapshot.h"
 
@@ -21,7 +22,7 @@ class InPlace : public ::testing::TestWithParam<IndexKind> {
   void SetUp() override {
     plain_ = yhtest::sample::Builder(GetParam()).Write(root_.Path() + "plain");
     backup_ = yhtest::sample::Builder(GetParam()).Encrypt({"pw", 1, 1}).Write(root_.Path() + "enc");
-    mkdir((root_.Path() + "private").c_str(), 0700);
+    platform::MakePrivateFolder(root_.Path() + "private");
     std::unique_ptr<BackupKeys> keys;
     ASSERT_EQ(BackupKeys::Open(backup_, "pw", &keys), BackupKeys::Unlock::Unlocked);
     encrypted_ = std::make_unique<EncryptedBackup>(std::move(keys), backup_, root_.Path() + "private/");

@@ -8,6 +8,7 @@
 #include "fault/Damage.h"
 #include "fault/FaultBench.h"
 #include "fault/SampleBackup.h"
+#include "support/SystemFiles.h"
 
 // Stored files that are not plain readable files: a folder, a file without
 // read permission, symbolic links (within the backup, out of it, dangling)
@@ -118,21 +119,22 @@ TEST_P(DamagedFiles, ABackupWhoseIndexDanglesIsNotListed) {
 
 // Opening a named pipe waits for a writer that never comes.
 TEST_P(DamagedFiles, ANamedPipeIsNotWaitedFor) {
+  if (!yhtest::HasFifos()) GTEST_SKIP() << yhtest::WhyNoFifos();
   FaultBench bench(GetParam());
   for (const StoredFile& file : StoredFiles(bench)) {
     bench.Run(file.path + " is a pipe", file.feeds, [&] {
       fs::remove(file.path);
-      ASSERT_EQ(mkfifo(file.path.c_str(), 0644), 0);
+      ASSERT_TRUE(yhtest::MakeFifo(file.path));
     });
   }
   bench.Run("the index is a pipe", AllTypes(), [&] {
     fs::remove(IndexFile(bench));
-    ASSERT_EQ(mkfifo(IndexFile(bench).c_str(), 0644), 0);
+    ASSERT_TRUE(yhtest::MakeFifo(IndexFile(bench)));
   });
   for (const char* plist : {"Info.plist", "Manifest.plist"}) {
     bench.Run(std::string(plist) + " is a pipe", {}, [&] {
       fs::remove(bench.Backup() + plist);
-      ASSERT_EQ(mkfifo((bench.Backup() + plist).c_str(), 0644), 0);
+      ASSERT_TRUE(yhtest::MakeFifo(bench.Backup() + plist));
     });
   }
 }

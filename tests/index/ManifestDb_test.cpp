@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "support/BackupBuilder.h"
+#include "support/SystemFiles.h"
 #include "support/TreeSnapshot.h"
 
 namespace {
@@ -32,12 +33,12 @@ std::string ReadBytes(const std::string& path) {
 
 void MakeTreeReadOnly(const std::string& root) {
   for (const auto& entry : fs::recursive_directory_iterator(root)) {
-    if (!entry.is_directory()) chmod(entry.path().c_str(), 0444);
+    if (!entry.is_directory()) yhtest::SetMode(entry.path().string(), 0444);
   }
   for (const auto& entry : fs::recursive_directory_iterator(root)) {
-    if (entry.is_directory()) chmod(entry.path().c_str(), 0555);
+    if (entry.is_directory()) yhtest::SetMode(entry.path().string(), 0555);
   }
-  chmod(root.c_str(), 0555);
+  yhtest::SetMode(root, 0555);
 }
 
 class ManifestDbTest : public ::testing::Test {

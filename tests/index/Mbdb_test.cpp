@@ -14,6 +14,7 @@
 #include "index/Sha1Name.h"
 #include "support/BackupBuilder.h"
 #include "support/ScopedEnv.h"
+#include "support/SystemFiles.h"
 #include "support/TreeSnapshot.h"
 
 namespace {
@@ -364,8 +365,8 @@ TEST_F(MbdbTest, ReadingLeavesAReadOnlyBackupUntouched) {
                                .AddFile("HomeDomain", "Library/SMS/sms.db", "12345")
                                .AddMissingFile("HomeDomain", "Library/Notes/notes.sqlite")
                                .Write(dir_.Path() + "backup");
-  for (const auto& entry : std::filesystem::directory_iterator(path)) chmod(entry.path().c_str(), 0444);
-  chmod(path.c_str(), 0555);
+  for (const auto& entry : std::filesystem::directory_iterator(path)) yhtest::SetMode(entry.path().string(), 0444);
+  yhtest::SetMode(path, 0555);
   const std::string before = yhtest::SnapshotTree(path);
   EXPECT_EQ(reader_.ReadMBDB(path.c_str()), 1);
   EXPECT_EQ(reader_.GetContentList()->size(), 1u);

@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <ctime>
+#include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -14,6 +15,7 @@
 #include "support/BackupBuilder.h"
 #include "support/DeviceList.h"
 #include "support/ScopedEnv.h"
+#include "support/SystemFiles.h"
 #include "support/TreeSnapshot.h"
 
 namespace {
@@ -87,8 +89,8 @@ TEST_F(Discovery, PlainFilesAndFoldersWithoutIndexAreSkipped) {
 TEST_F(Discovery, AFolderReachedThroughALinkCounts) {
   TempDir elsewhere;
   const std::string target = BackupBuilder(IndexKind::Mbdb).Write(elsewhere.Path() + "kept");
-  ASSERT_EQ(system(("mkdir -p '" + BackupFolder() + "'").c_str()), 0);
-  ASSERT_EQ(symlink(target.c_str(), (BackupFolder() + "link").c_str()), 0);
+  std::filesystem::create_directories(BackupFolder());
+  ASSERT_TRUE(yhtest::MakeSymlink(target, BackupFolder() + "link"));
   ASSERT_NE(List(), nullptr);
   EXPECT_EQ(std::string(list_->backupPath), BackupFolder() + "link/");
 }
@@ -228,11 +230,11 @@ TEST_F(Discovery, ReadsNothingButThePropertyListsAndWritesNothing) {
                                .AddFile("HomeDomain", "Library/SMS/sms.db", "bytes")
                                .Write(BackupFolder() + "a");
   const std::string before = yhtest::SnapshotTree(root_.Path());
-  ASSERT_EQ(system(("chmod -R a-w '" + path + "'").c_str()), 0);
+  yhtest::SetTreeWritable(path, false);
   const std::string readOnly = yhtest::SnapshotTree(root_.Path());
   ASSERT_NE(List(), nullptr);
   EXPECT_EQ(yhtest::SnapshotTree(root_.Path()), readOnly);
-  ASSERT_EQ(system(("chmod -R u+w '" + path + "'").c_str()), 0);
+  yhtest::SetTreeWritable(path, true);
   EXPECT_EQ(yhtest::SnapshotTree(root_.Path()), before);
 }
 

@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "support/SystemFiles.h"
 #include "support/TreeSnapshot.h"
 
 namespace {
@@ -232,9 +233,9 @@ TEST(TempDir, RemovesReadOnlyTrees) {
     path = dir.Path();
     EXPECT_EQ(path.back(), '/');
     yhtest::WriteFile(path + "a/b/c", "x");
-    chmod((path + "a/b/c").c_str(), 0444);
-    chmod((path + "a/b").c_str(), 0555);
-    chmod((path + "a").c_str(), 0500);
+    yhtest::SetMode(path + "a/b/c", 0444);
+    yhtest::SetMode(path + "a/b", 0555);
+    yhtest::SetMode(path + "a", 0500);
   }
   EXPECT_FALSE(fs::exists(path));
 }
@@ -249,7 +250,7 @@ TEST(TreeSnapshot, ChangesWhenAnEntryChanges) {
   yhtest::WriteFile(dir.Path() + "sub/file", "two");
   const std::string rewritten = yhtest::SnapshotTree(dir.Path());
   EXPECT_NE(rewritten, before);
-  chmod((dir.Path() + "sub/file").c_str(), 0400);
+  yhtest::SetMode(dir.Path() + "sub/file", 0400);
   const std::string chmodded = yhtest::SnapshotTree(dir.Path());
   EXPECT_NE(chmodded, rewritten);
   yhtest::WriteFile(dir.Path() + "new", "");

@@ -6,6 +6,8 @@
 #include <ctime>
 #include <map>
 
+#include "common/CivilTime.h"
+
 namespace yhtest {
 namespace {
 
@@ -81,7 +83,7 @@ std::string DumpDate(plist_t node) {
   time_t unix = static_cast<time_t>(seconds) + 978307200;
   if (micros < 0) --unix;
   struct tm fields {};
-  gmtime_r(&unix, &fields);
+  UtcFields(unix, &fields);
   char text[32];
   std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", &fields);
   return Quoted(std::string("date:") + text);

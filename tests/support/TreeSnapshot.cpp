@@ -1,13 +1,12 @@
 #include "support/TreeSnapshot.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <vector>
 
+#include "platform/FileSystem.h"
 #include "support/BackupBuilder.h"
 
 namespace yhtest {
@@ -15,10 +14,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-char TypeLetter(mode_t mode) {
-  if (S_ISDIR(mode)) return 'd';
-  if (S_ISREG(mode)) return 'f';
-  if (S_ISLNK(mode)) return 'l';
+char TypeLetter(const platform::PathInfo& info) {
+  if (info.link) return 'l';
+  if (info.folder) return 'd';
+  if (info.regular) return 'f';
   return 'o';
 }
 
@@ -31,13 +30,12 @@ std::string ContentHash(const fs::path& file) {
 }
 
 std::string Describe(const fs::path& entry, const std::string& name) {
-  struct stat info {};
-  if (lstat(entry.c_str(), &info) != 0) return name + " vanished";
+  platform::PathInfo info;
+  if (!platform::StatNoFollow(entry.string(), &info)) return name + " vanished";
   std::ostringstream line;
-  line << name << ' ' << TypeLetter(info.st_mode) << ' ' << info.st_size << ' '
-       << info.st_mtim.tv_sec * 1000000000LL + info.st_mtim.tv_nsec << ' ' << std::oct << (info.st_mode & 07777)
-       << std::dec;
-  if (S_ISREG(info.st_mode)) line << ' ' << ContentHash(entry);
+  line << name << ' ' << TypeLetter(info) << ' ' << info.size << ' ' << info.modified << ' ' << std::oct
+       << info.permissions << std::dec;
+  if (info.regular && !info.link) line << ' ' << ContentHash(entry);
   return line.str();
 }
 

@@ -23,6 +23,11 @@ bool FromAttributes(const WIN32_FILE_ATTRIBUTE_DATA& data, PathInfo* info) {
     info->regular = !folder && (data.dwFileAttributes & FILE_ATTRIBUTE_DEVICE) == 0;
     info->link = (data.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
     info->size = folder ? 0 : (static_cast<uint64_t>(data.nFileSizeHigh) << 32) | data.nFileSizeLow;
+    // FILETIME counts 100 ns from 1601.
+    const uint64_t ticks = (static_cast<uint64_t>(data.ftLastWriteTime.dwHighDateTime) << 32) |
+                           data.ftLastWriteTime.dwLowDateTime;
+    info->modified = (static_cast<int64_t>(ticks) - 116444736000000000LL) * 100;
+    info->permissions = ((data.dwFileAttributes & FILE_ATTRIBUTE_READONLY) ? 0444u : 0666u) | (folder ? 0111u : 0u);
   }
   return true;
 }
@@ -41,6 +46,7 @@ bool StatFollowing(const std::wstring& path, PathInfo* info) {
   data.dwFileAttributes = found.dwFileAttributes & ~FILE_ATTRIBUTE_REPARSE_POINT;
   data.nFileSizeHigh = found.nFileSizeHigh;
   data.nFileSizeLow = found.nFileSizeLow;
+  data.ftLastWriteTime = found.ftLastWriteTime;
   return FromAttributes(data, info);
 }
 
@@ -197,6 +203,7 @@ bool StatOpen(int fd, PathInfo* info) {
   data.dwFileAttributes = found.dwFileAttributes;
   data.nFileSizeHigh = found.nFileSizeHigh;
   data.nFileSizeLow = found.nFileSizeLow;
+  data.ftLastWriteTime = found.ftLastWriteTime;
   return FromAttributes(data, info);
 }
 

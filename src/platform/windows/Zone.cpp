@@ -75,14 +75,14 @@ std::optional<ZoneReading> ZoneAt(int64_t instant) {
   SYSTEMTIME utc;
   SYSTEMTIME local;
   FILETIME localTime;
-  if (!FileTimeToSystemTime(&utcTime, &utc) || !SystemTimeToTzSpecificLocalTimeEx(&zone, &utc, &local) ||
-      !SystemTimeToFileTime(&local, &localTime)) {
+  TIME_ZONE_INFORMATION rules;
+  // The rules of the instant's year, then the conversion under them.
+  if (!FileTimeToSystemTime(&utcTime, &utc) || !GetTimeZoneInformationForYear(utc.wYear, &zone, &rules) ||
+      !SystemTimeToTzSpecificLocalTime(&rules, &utc, &local) || !SystemTimeToFileTime(&local, &localTime)) {
     return std::nullopt;
   }
   const int32_t offset = static_cast<int32_t>(SecondsOf(localTime) - instant);
-  TIME_ZONE_INFORMATION rules;
-  const bool known = GetTimeZoneInformationForYear(utc.wYear, &zone, &rules) != 0;
-  const int32_t standard = known ? -static_cast<int32_t>(rules.Bias + rules.StandardBias) * 60 : offset;
+  const int32_t standard = -static_cast<int32_t>(rules.Bias + rules.StandardBias) * 60;
   return ZoneReading{offset, offset != standard};
 }
 

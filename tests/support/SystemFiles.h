@@ -1,0 +1,35 @@
+#ifndef YH_TESTS_SUPPORT_SYSTEMFILES_H
+#define YH_TESTS_SUPPORT_SYSTEMFILES_H
+
+#include <string>
+
+// The kinds of file and the permissions tests make, one implementation per
+// system. Where a system has no such thing, the test skips with Why().
+namespace yhtest {
+
+// A symbolic link at `link` to `target` (a folder or a file, or nothing).
+bool MakeSymlink(const std::string& target, const std::string& link);
+
+// Named pipes in the file system and POSIX permission bits: false on Windows.
+bool HasFifos();
+bool HasModes();
+// Why the two above may be false, for GTEST_SKIP.
+const char* WhyNoFifos();
+const char* WhyNoModes();
+
+// A named pipe at `path`; only where HasFifos().
+bool MakeFifo(const std::string& path);
+// Opens and closes the pipe's writing end without waiting for a reader, so
+// that a reader blocked on it returns.
+void ReleaseFifo(const std::string& path);
+
+// chmod where HasModes(); on Windows only the write bit counts (read-only).
+void SetMode(const std::string& path, unsigned mode);
+
+// Takes the write bits away from everything below `root` and `root` itself,
+// or gives the owner's back.
+void SetTreeWritable(const std::string& root, bool writable);
+
+}  // namespace yhtest
+
+#endif

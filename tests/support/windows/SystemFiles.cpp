@@ -1,0 +1,31 @@
+#include "support/SystemFiles.h"
+
+#include <io.h>
+#include <sys/stat.h>
+#include <windows.h>
+
+#include "platform/FileSystem.h"
+#include "platform/windows/Wide.h"
+
+namespace yhtest {
+
+bool MakeSymlink(const std::string& target, const std::string& link) {
+  const DWORD flags = SYMBOLIC_LINK_FLAG_ALLOW_UNPRIVILEGED_CREATE |
+                      (platform::IsFolder(target) ? SYMBOLIC_LINK_FLAG_DIRECTORY : 0);
+  return CreateSymbolicLinkW(platform::Wide(link).c_str(), platform::Wide(target).c_str(), flags) != 0;
+}
+
+bool HasFifos() { return false; }
+bool HasModes() { return false; }
+const char* WhyNoFifos() { return "Windows has no named pipes in its file system"; }
+const char* WhyNoModes() { return "Windows has no POSIX permission bits"; }
+
+bool MakeFifo(const std::string&) { return false; }
+
+void ReleaseFifo(const std::string&) {}
+
+void SetMode(const std::string& path, unsigned mode) {
+  _wchmod(platform::Wide(path).c_str(), (mode & 0200) ? (_S_IREAD | _S_IWRITE) : _S_IREAD);
+}
+
+}  // namespace yhtest
