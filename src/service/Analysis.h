@@ -17,6 +17,6 @@ using PrepareSession = void (*)(BackupDevice* device, BackupSession& session);
 int32_t AnalyzeBackupWith(BackupDevice* device, PrepareSession prepare);
 
 // A new reader of the backup type, its index not read; NULL for an unknown type.
-IndexReader* NewIndexReader(int32_t backupType);
+IndexReader* NewIndexReader(BackupType backupType);
 
 #endif

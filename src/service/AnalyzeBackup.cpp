@@ -8,21 +8,21 @@ namespace {
 
 // One entry per kind of backup index: how to make its reader and read it.
 struct IndexReaderType {
-  int32_t backupType;
+  BackupType backupType;
   IndexReader* (*create)();
   int32_t (*read)(IndexReader* reader, const char* backupPath);
 };
 
 const IndexReaderType kIndexReaders[] = {
-    {0, [] { return static_cast<IndexReader*>(new Mbdb()); },
+    {BackupType::Mbdb, [] { return static_cast<IndexReader*>(new Mbdb()); },
      [](IndexReader* reader, const char* path) { return static_cast<Mbdb*>(reader)->ReadMBDB(path); }},
-    {1, [] { return static_cast<IndexReader*>(new ManifestDb()); },
+    {BackupType::ManifestDb, [] { return static_cast<IndexReader*>(new ManifestDb()); },
      [](IndexReader* reader, const char* path) {
        return static_cast<int32_t>(static_cast<ManifestDb*>(reader)->ReadDb(path));
      }},
 };
 
-const IndexReaderType* ReaderTypeOf(int32_t backupType) {
+const IndexReaderType* ReaderTypeOf(std::optional<BackupType> backupType) {
   for (const IndexReaderType& type : kIndexReaders) {
     if (type.backupType == backupType) return &type;
   }
@@ -31,7 +31,7 @@ const IndexReaderType* ReaderTypeOf(int32_t backupType) {
 
 }  // namespace
 
-IndexReader* NewIndexReader(int32_t backupType) {
+IndexReader* NewIndexReader(BackupType backupType) {
   const IndexReaderType* type = ReaderTypeOf(backupType);
   return type ? type->create() : nullptr;
 }
@@ -41,7 +41,7 @@ IndexReader* NewIndexReader(int32_t backupType) {
 // second call on the same record: the earlier reader and extractors are
 // released first, so the record is analysed afresh without leaking.
 int32_t AnalyzeBackupWith(BackupDevice* device, PrepareSession prepare) {
-  const IndexReaderType* type = ReaderTypeOf(device->backupType);
+  const IndexReaderType* type = ReaderTypeOf(BackupTypeOf(device));
   if (!type) return device->backupType;
   IndexReader* earlier = ReaderOf(device);
   std::unique_ptr<BackupSession> session = earlier ? earlier->TakeSession() : nullptr;

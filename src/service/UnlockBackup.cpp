@@ -10,11 +10,12 @@
 // hands that session on to the reader it makes.
 int32_t UnlockBackup(BackupDevice* device, const char* password) {
   if (!device || !password || !device->backupPath) return YHNoBackup;
-  if (device->backupType != 0 && device->backupType != 1) return YHNoBackup;
+  const std::optional<BackupType> type = BackupTypeOf(device);
+  if (!type) return YHNoBackup;
   std::unique_ptr<BackupKeys> keys;
-  const int32_t result = OpenBackupKeys(device->backupPath, device->backupType == 1, password, &keys);
+  const int32_t result = OpenBackupKeys(device->backupPath, *type == BackupType::ManifestDb, password, &keys);
   if (result != YHUnlocked) return result;
-  if (!ReaderOf(device)) device->indexReader = NewIndexReader(device->backupType);
+  if (!ReaderOf(device)) device->indexReader = NewIndexReader(*type);
   BackupSession& session = ReaderOf(device)->Session();
   const std::string folder = session.NewCopyFolder();
   if (folder.empty()) return YHWriteFailed;

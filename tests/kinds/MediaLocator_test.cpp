@@ -11,7 +11,6 @@
 
 #include "common/FileHelpers.h"
 #include "kinds/KindFixture.h"
-#include "kinds/SourceFiles.h"
 #include "support/BackupBuilder.h"
 #include "support/RandomPaths.h"
 
@@ -24,8 +23,9 @@ template <class Visitor>
 void ScanContaining(const BackupDevice* device, const std::string& needle, Visitor visit) {
   if (device->backupType == 1) {
     for (const ManifestDb::DBFileRecord* file : *static_cast<ManifestDb*>(device->indexReader)->GetContentList()) {
+      const std::string id = file->fileID();
       if (file->relativePath().find(needle) != std::string::npos &&
-          !visit(ManifestDbStoredPath(device->backupPath, file->fileID()))) {
+          !visit(device->backupPath + id.substr(0, 2) + "/" + id)) {
         return;
       }
     }
