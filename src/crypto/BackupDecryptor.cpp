@@ -24,7 +24,7 @@
 #include "crypto/FileCipher.h"
 #include "crypto/MbdbEntries.h"
 #include "crypto/StoredKey.h"
-#include "index/Sha1Name.h"
+#include "crypto/Sha1Name.h"
 
 namespace {
 

@@ -2,25 +2,20 @@
 #define YH_INDEX_INDEXREADER_H
 
 #include <cstddef>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include "common/Folder.h"
 #include "common/VqBase.h"
-#include "index/BackupSession.h"
 #include "index/BackupType.h"
 #include "index/PathIndex.h"
-#include "libYH.h"
 
 // The one interface over both index readers: the records kept (those whose
 // stored file exists), in index order and by position, and where each one's
 // bytes lie. Every lookup of a stored file goes through it.
 class IndexReader : public VqBase {
  public:
-  IndexReader() : session_(std::make_unique<BackupSession>()) {}
   ~IndexReader() override = default;
 
   virtual BackupType Type() const = 0;
@@ -43,24 +38,6 @@ class IndexReader : public VqBase {
   // first call and kept: every media kind searches the same paths.
   virtual const PathIndex& GetPathIndex() = 0;
 
-  BackupSession& Session() { return *session_; }
-
-  // Hands the session over to a reader that replaces this one, so that what
-  // was set up before a new analysis survives it.
-  std::unique_ptr<BackupSession> TakeSession() {
-    return std::exchange(session_, std::make_unique<BackupSession>());
-  }
-  void AdoptSession(std::unique_ptr<BackupSession> session) { session_ = std::move(session); }
-
- private:
-  std::unique_ptr<BackupSession> session_;
 };
-
-// The reader of a record whose index kind is known, as the base both share;
-// NULL before analysis and for any other type.
-inline IndexReader* ReaderOf(const BackupDevice* device) {
-  if (!BackupTypeOf(device)) return nullptr;
-  return static_cast<IndexReader*>(device->indexReader);
-}
 
 #endif

@@ -8,7 +8,6 @@
 #include "common/FileHelpers.h"
 #include "common/Folder.h"
 #include "common/TextHelpers.h"
-#include "crypto/EncryptedBackup.h"
 #include "index/StoredFileTests.h"
 
 namespace {
@@ -51,11 +50,9 @@ const char* ManifestDbRecord::FileIdText() const {
   return text;
 }
 
-uint32_t ManifestDb::ReadDb(const char* path) {
+uint32_t ManifestDb::ReadDb(const char* path, const std::string& index) {
   backupPath_ = path;
-  // An unlocked encrypted backup's index is read from its decrypted copy.
-  EncryptedBackup* encrypted = Session().Encrypted();
-  Database database(encrypted ? encrypted->ManifestDbCopy() : std::string(path) + "Manifest.db");
+  Database database(index.empty() ? std::string(path) + "Manifest.db" : index);
   const Folder folder(backupPath_);
   StoredFileTests<Row> tests(folder, [this](Row row, const Folder::Entry& entry) { Keep(std::move(row), entry); });
   Reading reading{this, &tests};

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "common/Folder.h"
+#include "common/HexName.h"
 #include "common/VqBase.h"
-#include "index/HexName.h"
 #include "index/RecordIndex.h"
 #include "index/RecordStore.h"
 #include "index/SharedTexts.h"
@@ -64,8 +64,9 @@ class ManifestDb : public RecordIndex<ManifestDbRecord, &ManifestDbRecord::relat
   ~ManifestDb() override = default;
 
   // 1 when the Files table was read to the end, 0 otherwise. `path` is the
-  // backup folder and must end in "/".
-  uint32_t ReadDb(const char* path);
+  // backup folder and must end in "/"; `index` is the database to read
+  // (the folder's Manifest.db when empty, a decrypted copy otherwise).
+  uint32_t ReadDb(const char* path, const std::string& index = std::string());
 
   BackupType Type() const override { return BackupType::ManifestDb; }
   std::string StoredNameAt(size_t position) const override {

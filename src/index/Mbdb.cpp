@@ -12,7 +12,7 @@
 #include "common/FileHelpers.h"
 #include "common/Folder.h"
 #include "common/TextHelpers.h"
-#include "index/Sha1Name.h"
+#include "crypto/Sha1Name.h"
 #include "index/StoredFileTests.h"
 
 namespace {

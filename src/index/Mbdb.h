@@ -12,11 +12,11 @@
 #include <vector>
 
 #include "common/Folder.h"
+#include "common/HexName.h"
 #include "common/VqBase.h"
-#include "index/HexName.h"
+#include "crypto/Sha1Name.h"
 #include "index/RecordIndex.h"
 #include "index/RecordStore.h"
-#include "index/Sha1Name.h"
 #include "index/SharedTexts.h"
 #include "index/TextArena.h"
 

@@ -6,6 +6,7 @@
 
 #include "common/Folder.h"
 #include "index/IndexReader.h"
+#include "session/BackupSession.h"
 #include "kinds/ReadableFile.h"
 #include "libYH.h"
 

@@ -3,6 +3,7 @@
 #include "common/FileHelpers.h"
 #include "crypto/EncryptedBackup.h"
 #include "index/Mbdb.h"
+#include "session/BackupSession.h"
 
 namespace {
 
@@ -24,7 +25,8 @@ std::optional<StoredKey> KeyOf(IndexReader& reader, EncryptedBackup& encrypted, 
 ReadableFile ReadableFileAt(const BackupDevice* device, IndexReader& reader, size_t position) {
   const std::string stored = reader.StoredNameAt(position);
   const Folder::Entry entry = reader.StoredAt(position);
-  EncryptedBackup* encrypted = reader.Session().Encrypted();
+  const BackupSession* session = SessionOf(device);
+  EncryptedBackup* encrypted = session ? session->Encrypted() : nullptr;
   if (!encrypted) return {device->backupPath + stored, entry.size, entry.regular};
   ReadableFile file{encrypted->StoredFileCopy(stored, KeyOf(reader, *encrypted, stored)), 0, false};
   if (!file.path.empty()) {

@@ -1,6 +1,7 @@
 #include "kinds/StoredFiles.h"
 
 #include "index/IndexReader.h"
+#include "session/BackupSession.h"
 #include "kinds/ReadableFile.h"
 
 namespace {

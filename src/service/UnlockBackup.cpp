@@ -5,9 +5,8 @@
 #include "libYH.h"
 #include "service/Analysis.h"
 
-// The keys live in the record's session, which the record's reader holds; a
-// record not yet analysed gets an unread reader for it, and AnalyzeBackup
-// hands that session on to the reader it makes.
+// The keys live in the record's session; a record not yet analysed gets its
+// session here, and AnalyzeBackup keeps it.
 int32_t UnlockBackup(BackupDevice* device, const char* password) {
   if (!device || !password || !device->backupPath) return YHNoBackup;
   const std::optional<BackupType> type = BackupTypeOf(device);
@@ -15,8 +14,8 @@ int32_t UnlockBackup(BackupDevice* device, const char* password) {
   std::unique_ptr<BackupKeys> keys;
   const int32_t result = OpenBackupKeys(device->backupPath, *type == BackupType::ManifestDb, password, &keys);
   if (result != YHUnlocked) return result;
-  if (!ReaderOf(device)) device->indexReader = NewIndexReader(*type);
-  BackupSession& session = ReaderOf(device)->Session();
+  if (!SessionOf(device)) device->indexReader = new BackupSession;
+  BackupSession& session = *SessionOf(device);
   const std::string folder = session.NewCopyFolder();
   if (folder.empty()) return YHWriteFailed;
   session.SetEncrypted(std::make_unique<EncryptedBackup>(std::move(keys), device->backupPath, folder));

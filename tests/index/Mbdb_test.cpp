@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "index/Sha1Name.h"
+#include "crypto/Sha1Name.h"
 #include "index/StoredNames.h"
 #include "support/BackupBuilder.h"
 #include "support/ScopedEnv.h"

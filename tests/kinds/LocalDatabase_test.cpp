@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <string>
 
-#include "index/IndexReader.h"
+#include "session/BackupSession.h"
 #include "kinds/KindFixture.h"
 #include "support/BackupBuilder.h"
 #include "support/ScopedEnv.h"
@@ -49,12 +49,12 @@ TEST(LocalDatabase, AWalIsReadFromAPrivateCopyOnlyWhenTheSessionReadsIt) {
       EXPECT_EQ(Values(asStored), "file;");
       EXPECT_EQ(EntriesIn(temporary.Path()), 0u);
 
-      ReaderOf(device.Get())->Session().SetReadsWal(true);
+      SessionOf(device.Get())->SetReadsWal(true);
       const LocalDatabase copy = LocalDatabaseOf(device.Get(), file);
       EXPECT_EQ(copy.access, Database::Access::PrivateCopy);
       EXPECT_EQ(copy.path.compare(0, temporary.Path().size(), temporary.Path()), 0) << copy.path;
       EXPECT_EQ(Values(copy), "file;log;");
-      const std::string folder = ReaderOf(device.Get())->Session().PrivateFolder();
+      const std::string folder = SessionOf(device.Get())->PrivateFolder();
       struct stat status {};
       ASSERT_EQ(stat(folder.c_str(), &status), 0);
       EXPECT_EQ(status.st_mode & 0777, 0700u);
@@ -70,7 +70,7 @@ TEST(LocalDatabase, NoCopyIsMadeWithoutAWal) {
   ScopedEnv tmpdir("TMPDIR", temporary.Path());
   const std::string backup = BackupBuilder(IndexKind::ManifestDb).AddDatabase("HomeDomain", kPath, kSql).Write(root.Path() + "b");
   AnalysedDevice device(backup, IndexKind::ManifestDb);
-  ReaderOf(device.Get())->Session().SetReadsWal(true);
+  SessionOf(device.Get())->SetReadsWal(true);
   const LocalDatabase local = LocalDatabaseOf(device.Get(), StoredFilesAt(device.Get(), kPath).at(0));
   EXPECT_EQ(local.access, Database::Access::Immutable);
   EXPECT_EQ(Values(local), "file;");
@@ -85,7 +85,7 @@ TEST(LocalDatabase, AWalOfAnotherDomainIsNotThisDatabasesLog) {
                                  .AddFile("OtherDomain", std::string(kPath) + "-wal", files.wal)
                                  .Write(root.Path() + "b");
   AnalysedDevice device(backup, IndexKind::ManifestDb);
-  ReaderOf(device.Get())->Session().SetReadsWal(true);
+  SessionOf(device.Get())->SetReadsWal(true);
   EXPECT_EQ(Values(LocalDatabaseOf(device.Get(), StoredFilesAt(device.Get(), kPath).at(0))), "file;");
 }
 

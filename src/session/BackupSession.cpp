@@ -1,4 +1,4 @@
-#include "index/BackupSession.h"
+#include "session/BackupSession.h"
 
 #include <sys/stat.h>
 
@@ -21,8 +21,11 @@ std::string TemporaryRoot() {
 
 BackupSession::BackupSession() = default;
 
-// The decrypted copies close before their folder goes.
+// The extractors go before the reader whose records they read, the
+// decrypted copies close before their folder goes.
 BackupSession::~BackupSession() {
+  currentKinds.reset();
+  reader_.reset();
   encrypted_.reset();
   if (folder_.empty()) return;
   std::error_code ignored;
@@ -43,5 +46,7 @@ std::string BackupSession::NewCopyFolder() {
   const std::string folder = root + std::to_string(++copies_) + "/";
   return mkdir(folder.c_str(), 0700) == 0 ? folder : std::string();
 }
+
+void BackupSession::SetReader(std::unique_ptr<IndexReader> reader) { reader_ = std::move(reader); }
 
 void BackupSession::SetEncrypted(std::unique_ptr<EncryptedBackup> encrypted) { encrypted_ = std::move(encrypted); }
