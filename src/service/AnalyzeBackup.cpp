@@ -42,17 +42,13 @@ const IndexReaderType* ReaderTypeOf(std::optional<BackupType> backupType) {
 int32_t AnalyzeBackupWith(BackupDevice* device, PrepareSession prepare) {
   const IndexReaderType* type = ReaderTypeOf(BackupTypeOf(device));
   if (!type) return device->backupType;
-  BackupSession* session = SessionOf(device);
-  if (!session) {
-    session = new BackupSession;
-    device->indexReader = session;
-  }
-  session->currentKinds.reset();
+  BackupSession& session = SessionFor(device);
+  session.currentKinds.reset();
   for (ExtractorField field : kExtractorFields) delete field(device);
-  session->SetReader(std::unique_ptr<IndexReader>(type->create()));
+  session.SetReader(std::unique_ptr<IndexReader>(type->create()));
   CreateKindObj(device);
-  prepare(device, *session);
-  return type->read(session->Reader(), device->backupPath, *session);
+  prepare(device, session);
+  return type->read(session.Reader(), device->backupPath, session);
 }
 
 int32_t AnalyzeBackup(BackupDevice* device) {

@@ -14,8 +14,7 @@ int32_t UnlockBackup(BackupDevice* device, const char* password) {
   std::unique_ptr<BackupKeys> keys;
   const int32_t result = OpenBackupKeys(device->backupPath, *type == BackupType::ManifestDb, password, &keys);
   if (result != YHUnlocked) return result;
-  if (!SessionOf(device)) device->indexReader = new BackupSession;
-  BackupSession& session = *SessionOf(device);
+  BackupSession& session = SessionFor(device);
   const std::string folder = session.NewCopyFolder();
   if (folder.empty()) return YHWriteFailed;
   session.SetEncrypted(std::make_unique<EncryptedBackup>(std::move(keys), device->backupPath, folder));

@@ -10,9 +10,10 @@
 
 namespace {
 
-std::string TemporaryRoot() {
+// The host's choice, else $TMPDIR when absolute, else /tmp; ends in "/".
+std::string TemporaryRoot(const std::string& chosen) {
   const char* tmp = std::getenv("TMPDIR");
-  std::string root = tmp && tmp[0] == '/' ? tmp : "/tmp";
+  std::string root = !chosen.empty() ? chosen : tmp && tmp[0] == '/' ? tmp : "/tmp";
   if (root.back() != '/') root += '/';
   return root;
 }
@@ -34,7 +35,7 @@ BackupSession::~BackupSession() {
 
 const std::string& BackupSession::PrivateFolder() {
   if (!folder_.empty()) return folder_;
-  std::string pattern = TemporaryRoot() + "libYH-XXXXXX";
+  std::string pattern = TemporaryRoot(temporaryRoot_) + "libYH-XXXXXX";
   // mkdtemp makes the folder with mode 0700: nobody else may read the copies.
   if (mkdtemp(pattern.data())) folder_ = pattern + "/";
   return folder_;

@@ -36,10 +36,15 @@ class BackupSession : public VqBase {
   // Replaces the reader (a new analysis); everything else stays.
   void SetReader(std::unique_ptr<IndexReader> reader);
 
-  // A folder of mode 0700 in the system's temporary folder, made on the first
-  // call and removed with everything in it when the session ends; ends in
-  // "/". Empty when it cannot be made.
+  // A folder of mode 0700 in the host's temporary folder (SetTemporaryRoot)
+  // or else the system's, made on the first call and removed with
+  // everything in it when the session ends; ends in "/". Empty when it
+  // cannot be made.
   const std::string& PrivateFolder();
+
+  // The folder the host chose for the private folder, an absolute path;
+  // it counts until the private folder is made.
+  void SetTemporaryRoot(std::string folder) { temporaryRoot_ = std::move(folder); }
 
   // A fresh sub-folder of the private folder for one copy; empty when none
   // can be made.
@@ -61,6 +66,7 @@ class BackupSession : public VqBase {
 
  private:
   std::unique_ptr<IndexReader> reader_;
+  std::string temporaryRoot_;
   std::string folder_;
   std::unique_ptr<EncryptedBackup> encrypted_;
   unsigned copies_ = 0;
@@ -72,6 +78,12 @@ class BackupSession : public VqBase {
 inline BackupSession* SessionOf(const BackupDevice* device) {
   if (!BackupTypeOf(device)) return nullptr;
   return static_cast<BackupSession*>(device->indexReader);
+}
+
+// The session of a record of a known index kind, made now when it has none.
+inline BackupSession& SessionFor(BackupDevice* device) {
+  if (!SessionOf(device)) device->indexReader = new BackupSession;
+  return *SessionOf(device);
 }
 
 // The reader of an analysed record; NULL otherwise.
