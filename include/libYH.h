@@ -160,6 +160,16 @@ typedef enum YHBackupKeyResult {
  * YHWriteFailed when the private folder cannot be made. */
 YH_EXPORT int32_t UnlockBackup(BackupDevice* device, const char* password);
 
+/* Optional: the folder in which the record's private folder is made (the
+ * folder of mode 0700 that holds its decrypted copies and its copies of
+ * databases with a -wal file, removed when the record is freed), instead of
+ * $TMPDIR or, without it, /tmp. Call it before UnlockBackup or AnalyzeBackup
+ * of either service; once the private folder exists it stays where it is.
+ * `folder` must be an absolute path; the text is copied. Returns 1, or 0
+ * (setting nothing) for a NULL record, a record of no known index type, or a
+ * folder that is NULL or not absolute. */
+YH_EXPORT int32_t SetTemporaryFolder(BackupDevice* device, const char* folder);
+
 /* What DecryptBackup reports after each file. `skipped` is NULL, or the
  * stored name of a file that was missing or could not be decrypted. */
 typedef struct YHDecryptProgress {

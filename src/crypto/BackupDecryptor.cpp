@@ -19,7 +19,7 @@
 #include "crypto/FileCipher.h"
 #include "crypto/MbdbEntries.h"
 #include "crypto/StoredKey.h"
-#include "index/Sha1Name.h"
+#include "crypto/Sha1Name.h"
 #include "platform/FileSystem.h"
 
 namespace {

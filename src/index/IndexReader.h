@@ -1,37 +1,43 @@
 #ifndef YH_INDEX_INDEXREADER_H
 #define YH_INDEX_INDEXREADER_H
 
-#include <memory>
-#include <utility>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
 
 #include "common/VqBase.h"
-#include "index/BackupSession.h"
-#include "libYH.h"
+#include "index/BackupType.h"
+#include "index/PathIndex.h"
+#include "platform/Folder.h"
 
-// What both index readers share: the session of the backup they index.
+// The one interface over both index readers: the records kept (those whose
+// stored file exists), in index order and by position, and where each one's
+// bytes lie. Every lookup of a stored file goes through it.
 class IndexReader : public VqBase {
  public:
-  IndexReader() : session_(std::make_unique<BackupSession>()) {}
   ~IndexReader() override = default;
 
-  BackupSession& Session() { return *session_; }
+  virtual BackupType Type() const = 0;
 
-  // Hands the session over to a reader that replaces this one, so that what
-  // was set up before a new analysis survives it.
-  std::unique_ptr<BackupSession> TakeSession() {
-    return std::exchange(session_, std::make_unique<BackupSession>());
-  }
-  void AdoptSession(std::unique_ptr<BackupSession> session) { session_ = std::move(session); }
+  virtual size_t RecordCount() const = 0;
+  virtual std::string_view DomainAt(size_t position) const = 0;
+  virtual std::string_view PathAt(size_t position) const = 0;
+  // The record's stored file below the backup folder: the one place where
+  // each index kind works it out.
+  virtual std::string StoredNameAt(size_t position) const = 0;
+  // What the index's existence test found at the stored file.
+  virtual Folder::Entry StoredAt(size_t position) const = 0;
 
- private:
-  std::unique_ptr<BackupSession> session_;
+  // The record the path map holds for `path` (a later record of a path
+  // replaces an earlier one), and whether more than one record has it.
+  virtual std::optional<size_t> MappedAt(std::string_view path) const = 0;
+  virtual bool Repeated(std::string_view path) const = 0;
+
+  // The records' device paths indexed for substring search, made on the
+  // first call and kept: every media kind searches the same paths.
+  virtual const PathIndex& GetPathIndex() = 0;
+
 };
-
-// The reader of an analysed record of type 0 or 1, as the base both share;
-// NULL before analysis and for any other type.
-inline IndexReader* ReaderOf(const BackupDevice* device) {
-  if (device->backupType != 0 && device->backupType != 1) return nullptr;
-  return static_cast<IndexReader*>(device->indexReader);
-}
 
 #endif

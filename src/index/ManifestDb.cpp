@@ -8,7 +8,6 @@
 #include "common/FileHelpers.h"
 #include "platform/Folder.h"
 #include "common/TextHelpers.h"
-#include "crypto/EncryptedBackup.h"
 #include "index/StoredFileTests.h"
 
 namespace {
@@ -28,8 +27,8 @@ std::string_view ColumnText(const char* value) { return value ? value : std::str
 
 }  // namespace
 
-ManifestDb::DBFileRecord::DBFileRecord(const char* fileID, const char* domain, std::string_view relativePath,
-                                       int32_t flags, Folder::Entry stored)
+ManifestDbRecord::ManifestDbRecord(const char* fileID, const char* domain, std::string_view relativePath,
+                                   int32_t flags, Folder::Entry stored)
     : flags_(flags),
       relativePath_(relativePath.data()),
       domain_(domain),
@@ -45,17 +44,15 @@ ManifestDb::DBFileRecord::DBFileRecord(const char* fileID, const char* domain, s
   }
 }
 
-const char* ManifestDb::DBFileRecord::FileIdText() const {
+const char* ManifestDbRecord::FileIdText() const {
   const char* text = nullptr;
   std::memcpy(&text, fileId_.data(), sizeof text);
   return text;
 }
 
-uint32_t ManifestDb::ReadDb(const char* path) {
+uint32_t ManifestDb::ReadDb(const char* path, const std::string& index) {
   backupPath_ = path;
-  // An unlocked encrypted backup's index is read from its decrypted copy.
-  EncryptedBackup* encrypted = Session().Encrypted();
-  Database database(encrypted ? encrypted->ManifestDbCopy() : std::string(path) + "Manifest.db");
+  Database database(index.empty() ? std::string(path) + "Manifest.db" : index);
   const Folder folder(backupPath_);
   StoredFileTests<Row> tests(folder, [this](Row row, const Folder::Entry& entry) { Keep(std::move(row), entry); });
   Reading reading{this, &tests};
@@ -75,8 +72,7 @@ int ManifestDb::ManifestDbCallback(void* context, int, char** values, char**) {
   if (!StaysInBackup(fileId)) return 0;
   // substr takes what there is of a fileID shorter than two characters. The
   // text is the reader's, so that its room serves every row.
-  std::string& stored = reader->storedName_;
-  stored.assign(fileId.substr(0, 2)).append(GetPathSeperatorLine()).append(fileId);
+  const std::string& stored = StoredName(fileId, reader->storedName_);
   // The row waits in one text for its file's test; nothing of it is kept
   // unless the file exists.
   const std::string_view domain = ColumnText(values[1]);
@@ -102,38 +98,9 @@ void ManifestDb::Keep(Row row, const Folder::Entry& entry) {
   const std::string_view path = texts.substr(row.fileIdSize + 1 + row.domainSize);
   const char* id = IsHexName(fileId) ? row.texts.c_str() : texts_.Add({row.texts.data(), fileId.size() + 1}).data();
   DBFileRecord* record = records_.Add(id, domains_.Intern(domain), texts_.Add(path), row.flags, entry);
-  contentList_.push_back(record);
-  if (KeyList* keys = KeyListFor(record->relativePath())) keys->push_back(record->fileID());
+  RecordIndex::Keep(record);
 }
 
-// Once, sized for every kept record. A later row of the same path takes its
-// place, as it would have row by row; rows kept before a failed read are
-// mapped too.
-void ManifestDb::MapPaths() { pathMap_.Fill(contentList_, &DBFileRecord::relativePath); }
-
-const PathIndex& ManifestDb::GetPathIndex() {
-  if (!pathIndex_) pathIndex_ = IndexPathsOf(contentList_, &DBFileRecord::relativePath);
-  return *pathIndex_;
-}
-
-ManifestDb::KeyList* ManifestDb::KeyListFor(std::string_view relativePath) {
-  // Compared in this order; the first match wins. The domain is not compared.
-  static const std::pair<const char*, KeyList ManifestDb::*> kKnownPaths[] = {
-      {"Library/SMS/sms.db", &ManifestDb::smsKey_},
-      {"Library/Safari/History.plist", &ManifestDb::safariHistoryPlistKey_},
-      {"Library/Safari/History.db", &ManifestDb::safariHistoryDbKey_},
-      {"Library/Safari/Bookmarks.db", &ManifestDb::safariBookmarkKey_},
-      {"Media/Recordings/Recordings.db", &ManifestDb::recordingKey_},
-      {"Media/PhotoData/Photos.sqlite", &ManifestDb::photoKey_},
-      {"NoteStore.sqlite", &ManifestDb::noteStoreKey_},
-      {"Library/Notes/notes.sqlite", &ManifestDb::noteKey_},
-      {"Library/AddressBook/AddressBook.sqlitedb", &ManifestDb::contactKey_},
-      {"Library/CallHistory/call_history.db", &ManifestDb::callHistoryDbKey_},
-      {"Library/CallHistoryDB/CallHistory.storedata", &ManifestDb::callHistoryStoreDbKey_},
-      {"Library/Calendar/Calendar.sqlitedb", &ManifestDb::calendarKey_},
-  };
-  for (const auto& [known, list] : kKnownPaths) {
-    if (relativePath == known) return &(this->*list);
-  }
-  return nullptr;
+std::string& ManifestDb::StoredName(std::string_view fileId, std::string& name) {
+  return name.assign(fileId.substr(0, 2)).append(GetPathSeperatorLine()).append(fileId);
 }

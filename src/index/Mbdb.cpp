@@ -12,7 +12,7 @@
 #include "common/CivilTime.h"
 #include "common/FileHelpers.h"
 #include "common/TextHelpers.h"
-#include "index/Sha1Name.h"
+#include "crypto/Sha1Name.h"
 #include "index/StoredFileTests.h"
 #include "platform/Folder.h"
 
@@ -131,7 +131,7 @@ bool ReadRecord(FILE* file, ReadValues* values) {
 
 }  // namespace
 
-Mbdb::MBFileRecord::MBFileRecord(Fields fields)
+MbdbRecord::MbdbRecord(Fields fields)
     : pathSize_(fields.pathSize),
       linkTargetSize_(fields.linkTargetSize),
       domain_(fields.domain),
@@ -152,8 +152,8 @@ std::string Mbdb::MBFileRecord::encryptionKey() const {
 }
 
 std::string Mbdb::MBFileRecord::fixedBlockText() const {
-  return toHex(fixedBlock_.data(), kFixedBlockSize, kFixedBlockGroups,
-               sizeof kFixedBlockGroups / sizeof kFixedBlockGroups[0]);
+  return Mbdb::toHex(fixedBlock_.data(), kFixedBlockSize, kFixedBlockGroups,
+                     sizeof kFixedBlockGroups / sizeof kFixedBlockGroups[0]);
 }
 
 uint16_t Mbdb::MBFileRecord::mode() const { return BigEndianBitConverter::ToUInt16(fixedBlock_.data(), 0); }
@@ -218,41 +218,6 @@ int32_t Mbdb::ReadMBDB(const char* path) {
   tests.Finish();
   MapPaths();
   return 1;
-}
-
-// Once, sized for every kept record. A later record of the same path takes
-// its place, as it would have record by record.
-void Mbdb::MapPaths() { pathMap_.Fill(contentList_, &MBFileRecord::path); }
-
-const PathIndex& Mbdb::GetPathIndex() {
-  if (!pathIndex_) pathIndex_ = IndexPathsOf(contentList_, &MBFileRecord::path);
-  return *pathIndex_;
-}
-
-void Mbdb::Keep(MBFileRecord* record) {
-  contentList_.push_back(record);
-  if (KeyList* keys = KeyListFor(record->path())) keys->push_back(record->storedName());
-}
-
-Mbdb::KeyList* Mbdb::KeyListFor(std::string_view path) {
-  // Compared in this order; the first match wins.
-  static const std::pair<const char*, KeyList Mbdb::*> kKnownPaths[] = {
-      {"Library/SMS/sms.db", &Mbdb::smsKey_},
-      {"Library/Safari/History.plist", &Mbdb::safariHistoryKey_},
-      {"Library/Safari/Bookmarks.db", &Mbdb::safariBookmarkKey_},
-      {"Media/Recordings/Recordings.db", &Mbdb::recordingKey_},
-      {"Media/PhotoData/Photos.sqlite", &Mbdb::photoKey_},
-      {"Library/Notes/notes.sqlite", &Mbdb::noteKey_},
-      {"NoteStore.sqlite", &Mbdb::noteStoreKey_},
-      {"Library/AddressBook/AddressBook.sqlitedb", &Mbdb::contactKey_},
-      {"Library/CallHistory/call_history.db", &Mbdb::callKey_},
-      {"Library/CallHistoryDB/CallHistory.storedata", &Mbdb::callStoreKey_},
-      {"Library/Calendar/Calendar.sqlitedb", &Mbdb::calendarKey_},
-  };
-  for (const auto& [known, list] : kKnownPaths) {
-    if (path == known) return &(this->*list);
-  }
-  return nullptr;
 }
 
 char Mbdb::toHex(int value) { return "0123456789ABCDEF"[value & 0xF]; }

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string_view>
 #include <unordered_set>
 #include <vector>
@@ -20,8 +21,9 @@ class PathTable {
   // Maps every record of `records`, which must outlive the table unchanged.
   void Fill(const std::vector<Record*>& records, PathOf path);
 
-  // The record mapped under `path`, or NULL.
+  // The record mapped under `path`, or NULL; and its position in the list.
   Record* Find(std::string_view path) const;
+  std::optional<size_t> PositionOf(std::string_view path) const;
 
   // Whether more than one record has this path: only then need the others
   // be looked for in the list.
@@ -64,9 +66,16 @@ void PathTable<Record>::Fill(const std::vector<Record*>& records, PathOf path) {
 
 template <class Record>
 Record* PathTable<Record>::Find(std::string_view path) const {
-  if (slots_.empty()) return nullptr;
+  const std::optional<size_t> position = PositionOf(path);
+  return position ? (*records_)[*position] : nullptr;
+}
+
+template <class Record>
+std::optional<size_t> PathTable<Record>::PositionOf(std::string_view path) const {
+  if (slots_.empty()) return std::nullopt;
   const uint32_t slot = slots_[SlotOf(path)];
-  return slot == 0 ? nullptr : (*records_)[slot - 1];
+  if (slot == 0) return std::nullopt;
+  return slot - 1;
 }
 
 template <class Record>

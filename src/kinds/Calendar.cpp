@@ -19,7 +19,7 @@ const char kEventQuery[] =
     "select c.title as type, e.summary as title,e.location,e.description,e.url,e.start_date,"
     "e.end_date,e.start_tz,e.all_day,e.status from Calendar c, Event e where c.rowid = e.calendar_id";
 
-const KeySource kCalendarSource{&ManifestDb::GetCalendarKey, &Mbdb::GetCalendarKey};
+const SourcePaths kCalendarSource{"Library/Calendar/Calendar.sqlitedb", "Library/Calendar/Calendar.sqlitedb"};
 
 // An integer flag column: set when it holds anything but nothing or "0".
 bool IsSet(const char* value) { return value && *value && std::strcmp(value, "0") != 0; }

@@ -15,9 +15,9 @@ namespace {
 // The old call database is read on Manifest.mbdb backups only. The call store
 // is read with the query of the device generation that writes each index
 // kind; on a Manifest.mbdb backup it is named from the device record's folder.
-const KeySource kCallDbSource{nullptr, &Mbdb::GetCallKey};
-const KeySource kCallStoreSourceiOS9{nullptr, &Mbdb::GetCallStoreKey, MbdbFolder::Device};
-const KeySource kCallStoreSourceiOS10{&ManifestDb::GetCallHistoryStoreDbKey, nullptr};
+const SourcePaths kCallDbSource{nullptr, "Library/CallHistory/call_history.db"};
+const SourcePaths kCallStoreSourceiOS9{nullptr, "Library/CallHistoryDB/CallHistory.storedata"};
+const SourcePaths kCallStoreSourceiOS10{"Library/CallHistoryDB/CallHistory.storedata", nullptr};
 
 const char kCallQuery[] = "select name,address,date,flags,duration,country_code,network_code from call";
 // Devices before iOS 10 have no provider or location columns.

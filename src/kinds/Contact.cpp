@@ -13,7 +13,8 @@
 
 namespace {
 
-const KeySource kContactSource{&ManifestDb::GetContactKey, &Mbdb::GetContactKey};
+const SourcePaths kContactSource{"Library/AddressBook/AddressBook.sqlitedb",
+                                 "Library/AddressBook/AddressBook.sqlitedb"};
 
 const char kPersonQuery[] =
     "select rowid as record_id, (ifnull(First,'')||' '|| ifnull(Middle,'')|| ' ' || ifnull(Last,'')) as "

@@ -20,9 +20,9 @@ const char kBookmarkQuery[] = "select title,url,last_modified from bookmarks";
 // Older devices keep their history in a property list, newer ones in a
 // database. Bookmarks are read from Manifest.mbdb backups only: on Manifest.db
 // backups they are deliberately left out, so that source has no accessor there.
-const KeySource kHistoryPlistSource{&ManifestDb::GetSafariHistoryPlistKey, &Mbdb::GetSafariHistoryKey};
-const KeySource kHistoryDbSource{&ManifestDb::GetSafariHistoryDbKey, nullptr};
-const KeySource kBookmarkSource{nullptr, &Mbdb::GetSafariBookmarkKey};
+const SourcePaths kHistoryPlistSource{"Library/Safari/History.plist", "Library/Safari/History.plist"};
+const SourcePaths kHistoryDbSource{"Library/Safari/History.db", nullptr};
+const SourcePaths kBookmarkSource{nullptr, "Library/Safari/Bookmarks.db"};
 
 void InsertDate(plist_t dict, const std::string& date) {
   InsertPlistDictString(dict, "lastVisitedDate", date.c_str());

@@ -3,9 +3,9 @@
 
 template <class Visitor>
 void MediaLocator::ForEachContaining(const std::string& needle, Visitor visit) const {
-  const Catalog& records = Records();
-  if (!records.paths) return;  // no index reader: nothing to search
-  records.paths->ForEachContaining(needle, [&](size_t position) { return visit(records.file(position)); });
+  if (!reader_) return;  // no index reader: nothing to search
+  reader_->GetPathIndex().ForEachContaining(
+      needle, [&](size_t position) { return visit(ReadableFileAt(device_, *reader_, position)); });
 }
 
 #endif

@@ -13,10 +13,10 @@
 
 namespace {
 
-const KeySource kNoteSource{&ManifestDb::GetNoteKey, &Mbdb::GetNoteKey};
+const SourcePaths kNoteSource{"Library/Notes/notes.sqlite", "Library/Notes/notes.sqlite"};
 // On a Manifest.mbdb backup the note store is looked for from the device
 // record's folder, the old notes database from the reader's.
-const KeySource kNoteStoreSource{&ManifestDb::GetNoteStoreKey, &Mbdb::GetNoteStoreKey, MbdbFolder::Device};
+const SourcePaths kNoteStoreSource{"NoteStore.sqlite", "NoteStore.sqlite"};
 
 const char kNoteQuery[] =
     "select t.ZCREATIONDATE,t.ZMODIFICATIONDATE,t.ztitle,b.ZCONTENT from ZNOTE t inner join "

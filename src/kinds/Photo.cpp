@@ -20,7 +20,7 @@ const char kPhotoQuery[] =
     "select directory || '/' || filename,filename from Photo where filename is not null and directory "
     "is not null";
 
-const KeySource kPhotoSource{&ManifestDb::GetPhotoKey, &Mbdb::GetPhotoKey};
+const SourcePaths kPhotoSource{"Media/PhotoData/Photos.sqlite", "Media/PhotoData/Photos.sqlite"};
 
 int PhotoDbCallback(void* records, int columns, char** values, char** /*names*/) {
   if (columns < 2 || !values) return 0;
@@ -59,8 +59,8 @@ void Photo::AddPhotoList(const char* path) {
   if (QueryZGenericAsset(db) != 0) QueryPhoto(db);
 }
 
-bool Photo::Locate(const MediaLocator& locator, int backupType, GenericAsset& asset) {
-  if (backupType == 1 && asset.type == 1) {
+bool Photo::Locate(const MediaLocator& locator, BackupType backupType, GenericAsset& asset) {
+  if (backupType == BackupType::ManifestDb && asset.type == 1) {
     // Camera pictures sit below "Media/" in the index; only that exact path
     // counts, and the picture is kept even when its file is empty.
     asset.queryPath.insert(0, "Media/");
@@ -76,7 +76,7 @@ bool Photo::Locate(const MediaLocator& locator, int backupType, GenericAsset& as
 void Photo::ReadBackup(BackupDevice* device) {
   for (const std::string& path : SourceFiles(device, kPhotoSource)) AddPhotoList(path.c_str());
   const MediaLocator locator(device);
-  const int backupType = device->backupType;
+  const BackupType backupType = *BackupTypeOf(device);
   KeepRecordsIf([&](GenericAsset& asset) {
     VqCheckAlive(&asset);
     return Locate(locator, backupType, asset);

@@ -1,6 +1,7 @@
 #ifndef YH_KINDS_PHOTO_H
 #define YH_KINDS_PHOTO_H
 
+#include "index/BackupType.h"
 #include "kinds/GenericAsset.h"
 #include "kinds/RecordKind.h"
 
@@ -23,7 +24,7 @@ class Photo : public RecordKind<GenericAsset> {
   int QueryPhoto(Database& db);
   int QueryZGenericAsset(Database& db);
   // Finds the asset's stored file; false when the asset is to be dropped.
-  static bool Locate(const MediaLocator& locator, int backupType, GenericAsset& asset);
+  static bool Locate(const MediaLocator& locator, BackupType backupType, GenericAsset& asset);
 };
 
 #endif

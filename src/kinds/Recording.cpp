@@ -16,7 +16,7 @@
 
 namespace {
 
-const KeySource kRecordingSource{&ManifestDb::GetRecordingKey, &Mbdb::GetRecordingKey};
+const SourcePaths kRecordingSource{"Media/Recordings/Recordings.db", "Media/Recordings/Recordings.db"};
 
 // Device paths begin with "/var/mobile/"; the index knows them without it.
 const std::string::size_type kHomePrefixLength = 12;
@@ -53,9 +53,9 @@ void Recording::AddRecordingList(const char* path) {
   db.Exec("select ZDATE,ZDURATION,ZPATH,ZCUSTOMLABEL from ZRECORDING", RecordingDbCallback, &records_);
 }
 
-bool Recording::Locate(const MediaLocator& locator, int backupType, VoiceMemos& memo) {
+bool Recording::Locate(const MediaLocator& locator, BackupType backupType, VoiceMemos& memo) {
   std::optional<ReadableFile> stored;
-  if (backupType == 1) {
+  if (backupType == BackupType::ManifestDb) {
     if (memo.devicePath.size() < kHomePrefixLength) return false;
     stored = locator.FindExact(memo.devicePath.substr(kHomePrefixLength));
   } else {
@@ -72,7 +72,7 @@ bool Recording::Locate(const MediaLocator& locator, int backupType, VoiceMemos& 
 void Recording::ReadBackup(BackupDevice* device) {
   for (const std::string& path : SourceFiles(device, kRecordingSource)) AddRecordingList(path.c_str());
   const MediaLocator locator(device);
-  const int backupType = device->backupType;
+  const BackupType backupType = *BackupTypeOf(device);
   KeepRecordsIf([&](VoiceMemos& memo) {
     VqCheckAlive(&memo);
     return Locate(locator, backupType, memo);

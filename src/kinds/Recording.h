@@ -1,6 +1,7 @@
 #ifndef YH_KINDS_RECORDING_H
 #define YH_KINDS_RECORDING_H
 
+#include "index/BackupType.h"
 #include "kinds/RecordKind.h"
 #include "kinds/VoiceMemos.h"
 
@@ -17,7 +18,7 @@ class Recording : public RecordKind<VoiceMemos> {
 
   void AddRecordingList(const char* path);
   // Finds the memo's stored file; false when the memo is to be dropped.
-  static bool Locate(const MediaLocator& locator, int backupType, VoiceMemos& memo);
+  static bool Locate(const MediaLocator& locator, BackupType backupType, VoiceMemos& memo);
 };
 
 #endif

@@ -15,7 +15,7 @@
 
 namespace {
 
-const KeySource kSmsSource{&ManifestDb::GetSmsKey, &Mbdb::GetSmsKey};
+const SourcePaths kSmsSource{"Library/SMS/sms.db", "Library/SMS/sms.db"};
 
 // Current schema: chats, their handles and the handles' messages.
 const char kMessageQuery[] =

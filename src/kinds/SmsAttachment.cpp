@@ -15,7 +15,7 @@ namespace {
 const char kAttachmentQuery[] = "select filename,mime_type from attachment";
 const char kMadridAttachmentQuery[] = "select filename,mime_type from madrid_attachment";
 
-const KeySource kSmsSource{&ManifestDb::GetSmsKey, &Mbdb::GetSmsKey};
+const SourcePaths kSmsSource{"Library/SMS/sms.db", "Library/SMS/sms.db"};
 
 // Newer devices name attachments from "~/", older ones from the device's
 // home folder ("/var/mobile/"); the prefix is cut without being checked.
@@ -57,7 +57,7 @@ void SmsAttachment::LocateFiles(const BackupDevice* device) {
   // On a Manifest.db backup an attachment missing from the index leaves the
   // list, so it takes no number; on a Manifest.mbdb backup it stays unlocated
   // and keeps its number.
-  const bool dropMissing = device->backupType == 1;
+  const bool dropMissing = BackupTypeOf(device) == BackupType::ManifestDb;
   KeepRecordsIf([&](AttachmentAsset& asset) {
     VqCheckAlive(&asset);
     if (dropMissing && asset.queryPath.size() < kShortestQueryPath) return false;

@@ -14,7 +14,7 @@
 struct StoredFile {
   std::string domain;
   std::string relativePath;
-  // Where its bytes are read, and what stat() finds there (see ReadableFileOf).
+  // Where its bytes are read, and what stat() finds there (see ReadableFileAt).
   std::string path;
   uint64_t size = 0;
   bool regular = false;

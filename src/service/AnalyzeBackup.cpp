@@ -1,3 +1,4 @@
+#include "crypto/EncryptedBackup.h"
 #include "index/ManifestDb.h"
 #include "index/Mbdb.h"
 #include "service/Analysis.h"
@@ -6,23 +7,26 @@
 
 namespace {
 
-// One entry per kind of backup index: how to make its reader and read it.
+// One entry per kind of backup index: how to make its reader and read it,
+// an unlocked encrypted backup's Manifest.db from its decrypted copy.
 struct IndexReaderType {
-  int32_t backupType;
+  BackupType backupType;
   IndexReader* (*create)();
-  int32_t (*read)(IndexReader* reader, const char* backupPath);
+  int32_t (*read)(IndexReader* reader, const char* backupPath, BackupSession& session);
 };
 
 const IndexReaderType kIndexReaders[] = {
-    {0, [] { return static_cast<IndexReader*>(new Mbdb()); },
-     [](IndexReader* reader, const char* path) { return static_cast<Mbdb*>(reader)->ReadMBDB(path); }},
-    {1, [] { return static_cast<IndexReader*>(new ManifestDb()); },
-     [](IndexReader* reader, const char* path) {
-       return static_cast<int32_t>(static_cast<ManifestDb*>(reader)->ReadDb(path));
+    {BackupType::Mbdb, [] { return static_cast<IndexReader*>(new Mbdb()); },
+     [](IndexReader* reader, const char* path, BackupSession&) { return static_cast<Mbdb*>(reader)->ReadMBDB(path); }},
+    {BackupType::ManifestDb, [] { return static_cast<IndexReader*>(new ManifestDb()); },
+     [](IndexReader* reader, const char* path, BackupSession& session) {
+       EncryptedBackup* encrypted = session.Encrypted();
+       return static_cast<int32_t>(
+           static_cast<ManifestDb*>(reader)->ReadDb(path, encrypted ? encrypted->ManifestDbCopy() : std::string()));
      }},
 };
 
-const IndexReaderType* ReaderTypeOf(int32_t backupType) {
+const IndexReaderType* ReaderTypeOf(std::optional<BackupType> backupType) {
   for (const IndexReaderType& type : kIndexReaders) {
     if (type.backupType == backupType) return &type;
   }
@@ -31,31 +35,20 @@ const IndexReaderType* ReaderTypeOf(int32_t backupType) {
 
 }  // namespace
 
-IndexReader* NewIndexReader(int32_t backupType) {
-  const IndexReaderType* type = ReaderTypeOf(backupType);
-  return type ? type->create() : nullptr;
-}
-
 // The extractors are made before the index is read, so they exist (and answer
 // with nothing) even when the index cannot be read. Design decision for a
 // second call on the same record: the earlier reader and extractors are
 // released first, so the record is analysed afresh without leaking.
 int32_t AnalyzeBackupWith(BackupDevice* device, PrepareSession prepare) {
-  const IndexReaderType* type = ReaderTypeOf(device->backupType);
+  const IndexReaderType* type = ReaderTypeOf(BackupTypeOf(device));
   if (!type) return device->backupType;
-  IndexReader* earlier = ReaderOf(device);
-  std::unique_ptr<BackupSession> session = earlier ? earlier->TakeSession() : nullptr;
-  delete device->indexReader;
+  BackupSession& session = SessionFor(device);
+  session.currentKinds.reset();
   for (ExtractorField field : kExtractorFields) delete field(device);
-  IndexReader* reader = type->create();
-  device->indexReader = reader;
-  if (session) {
-    session->currentKinds.reset();
-    reader->AdoptSession(std::move(session));
-  }
+  session.SetReader(std::unique_ptr<IndexReader>(type->create()));
   CreateKindObj(device);
-  prepare(device, reader->Session());
-  return type->read(reader, device->backupPath);
+  prepare(device, session);
+  return type->read(session.Reader(), device->backupPath, session);
 }
 
 int32_t AnalyzeBackup(BackupDevice* device) {

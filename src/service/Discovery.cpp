@@ -6,6 +6,7 @@
 #include "common/DateHelpers.h"
 #include "common/FileHelpers.h"
 #include "common/PlistHelpers.h"
+#include "index/BackupType.h"
 #include "platform/BackupFolders.h"
 #include "platform/FileSystem.h"
 #include "service/ServiceOperations.h"
@@ -82,8 +83,8 @@ void StoreManifestPlist(BackupDevice* record, plist_t manifest) {
 // Index files in order of preference: a folder holding both is an old backup.
 const struct {
   const char* name;
-  int32_t backupType;
-} kIndexFiles[] = {{"Manifest.mbdb", 0}, {"Manifest.db", 1}};
+  BackupType backupType;
+} kIndexFiles[] = {{"Manifest.mbdb", BackupType::Mbdb}, {"Manifest.db", BackupType::ManifestDb}};
 
 }  // namespace
 
@@ -102,7 +103,7 @@ BackupDevice* NewBackupRecord(const std::string& folder) {
     if (!VQIsFileExists((folder + index.name).c_str())) continue;
     auto* record = static_cast<BackupDevice*>(calloc(1, sizeof(BackupDevice)));
     record->backupPath = strdup(folder.c_str());
-    record->backupType = index.backupType;
+    record->backupType = static_cast<int32_t>(index.backupType);
     StoreBackupDeviceInfo(record);
     return record;
   }

@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <sstream>
 
 #include "fault/FaultBench.h"
@@ -120,6 +121,30 @@ TEST_P(UnlockBackupTest, BothServicesAnswerAsOnThePlainBackupButForMediaPaths) {
     EXPECT_TRUE(PrivateFolders().empty());
   }
   EXPECT_EQ(yhtest::SnapshotTree(encrypted), before);
+}
+
+TEST_P(UnlockBackupTest, TheHostChoosesWhereThePrivateFolderGoes) {
+  const std::string encrypted = WriteEncrypted();
+  const std::string chosen = root_.Path() + "chosen";
+  fs::create_directory(chosen);
+  const auto inChosen = [&] { return std::distance(fs::directory_iterator(chosen), fs::directory_iterator()); };
+  iDeviceBackupService* service = CreateCurrentDataRecoveryService();
+  BackupDevice* list = GetBackupDeviceListAt(encrypted.c_str());
+  ASSERT_NE(list, nullptr);
+  EXPECT_EQ(SetTemporaryFolder(nullptr, chosen.c_str()), 0);
+  EXPECT_EQ(SetTemporaryFolder(list, nullptr), 0);
+  EXPECT_EQ(SetTemporaryFolder(list, "relative/folder"), 0);
+  ASSERT_EQ(SetTemporaryFolder(list, chosen.c_str()), 1);
+  ASSERT_EQ(UnlockBackup(list, "secret"), YHUnlocked);
+  ASSERT_EQ(service->AnalyzeBackup(list), 1);
+  plist_t messages = service->GetContentList(list, ContentSms);
+  EXPECT_NE(messages, nullptr);
+  plist_free(messages);
+  EXPECT_TRUE(PrivateFolders().empty());
+  EXPECT_EQ(inChosen(), 1);
+  service->FreeBackupDevice(list);
+  EXPECT_EQ(inChosen(), 0);
+  FreeiDeviceBackupService(service);
 }
 
 TEST_P(UnlockBackupTest, ThePrivateFolderIsTheOwnersAloneAndFilesAreDecryptedWhenFirstAskedFor) {

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "index/StoredNames.h"
 #include "support/BackupBuilder.h"
 #include "support/SystemFiles.h"
 #include "support/TreeSnapshot.h"
@@ -25,6 +26,18 @@ using yhtest::WriteDatabase;
 using yhtest::WriteFile;
 
 constexpr char kSms[] = "Library/SMS/sms.db";
+
+// The fileIDs of the records at exactly `path`, in index order, read back
+// from their stored names (the first two characters, "/", the fileID).
+std::vector<std::string> FileIdsAt(const IndexReader& reader, std::string_view path) {
+  std::vector<std::string> ids;
+  for (const std::string& name : yhtest::StoredNamesAt(reader, path)) {
+    const std::string id = name.substr(name.find('/') + 1);
+    EXPECT_EQ(name, id.substr(0, 2) + "/" + id);
+    ids.push_back(id);
+  }
+  return ids;
+}
 
 std::string ReadBytes(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
@@ -74,7 +87,7 @@ TEST_F(ManifestDbTest, KeepsPresentFilesWithTheirColumns) {
   EXPECT_EQ(sms.flags(), 1);
   EXPECT_EQ(ContentPaths(), (std::vector<std::string>{kSms, "Media/DCIM/100APPLE/IMG_0001.JPG"}));
   EXPECT_EQ(reader_.GetQueryPathKeyMap()->Find(kSms), reader_.GetContentList()->front());
-  EXPECT_EQ(*reader_.GetSmsKey(), std::vector<std::string>{sms.fileID()});
+  EXPECT_EQ(FileIdsAt(reader_, "Library/SMS/sms.db"), std::vector<std::string>{sms.fileID()});
 }
 
 // Positions in the content list of the paths containing `needle`.
@@ -107,39 +120,27 @@ TEST_F(ManifestDbTest, SkipsFolderRowsAndFilesNotCopied) {
   const std::string path = Build(builder);
   ASSERT_EQ(Read(path), 1u);
   EXPECT_EQ(ContentPaths(), std::vector<std::string>{"Library/a"});
-  EXPECT_TRUE(reader_.GetSmsKey()->empty());
+  EXPECT_TRUE(FileIdsAt(reader_, "Library/SMS/sms.db").empty());
   EXPECT_EQ(reader_.GetQueryPathKeyMap()->Find(kSms), nullptr);
 }
 
-TEST_F(ManifestDbTest, EachKnownPathFillsItsOwnKeyList) {
-  struct Known {
-    const char* path;
-    ManifestDb::KeyList* (ManifestDb::*list)();
-  };
-  const Known known[] = {
-      {"Library/SMS/sms.db", &ManifestDb::GetSmsKey},
-      {"Library/Safari/History.plist", &ManifestDb::GetSafariHistoryPlistKey},
-      {"Library/Safari/History.db", &ManifestDb::GetSafariHistoryDbKey},
-      {"Library/Safari/Bookmarks.db", &ManifestDb::GetSafariBookmarkKey},
-      {"Media/Recordings/Recordings.db", &ManifestDb::GetRecordingKey},
-      {"Media/PhotoData/Photos.sqlite", &ManifestDb::GetPhotoKey},
-      {"NoteStore.sqlite", &ManifestDb::GetNoteStoreKey},
-      {"Library/Notes/notes.sqlite", &ManifestDb::GetNoteKey},
-      {"Library/AddressBook/AddressBook.sqlitedb", &ManifestDb::GetContactKey},
-      {"Library/CallHistory/call_history.db", &ManifestDb::GetCallHistoryDbKey},
-      {"Library/CallHistoryDB/CallHistory.storedata", &ManifestDb::GetCallHistoryStoreDbKey},
-      {"Library/Calendar/Calendar.sqlitedb", &ManifestDb::GetCalendarKey},
-  };
+TEST_F(ManifestDbTest, EachRecordNamesItsStoredFileThroughTheIndexInterface) {
+  const char* const paths[] = {"Library/SMS/sms.db", "Library/SMS/sms.db-wal", "NoteStore.sqlite"};
   BackupBuilder builder(IndexKind::ManifestDb);
-  for (const Known& entry : known) builder.AddFile("HomeDomain", entry.path, "x");
-  builder.AddFile("HomeDomain", "Library/SMS/sms.db-wal", "x");
-  const std::string path = Build(builder);
-  ASSERT_EQ(Read(path), 1u);
-  EXPECT_EQ(reader_.GetContentList()->size(), 13u);
-  for (const Known& entry : known) {
-    EXPECT_EQ(*(reader_.*entry.list)(), std::vector<std::string>{BackupBuilder::FileId("HomeDomain", entry.path)})
-        << entry.path;
+  for (const char* path : paths) builder.AddFile("HomeDomain", path, "x");
+  ASSERT_EQ(Read(Build(builder)), 1u);
+  const IndexReader& reader = reader_;
+  EXPECT_EQ(reader.Type(), BackupType::ManifestDb);
+  ASSERT_EQ(reader.RecordCount(), 3u);
+  for (size_t position = 0; position < 3; ++position) {
+    const std::string id = BackupBuilder::FileId("HomeDomain", paths[position]);
+    EXPECT_EQ(reader.DomainAt(position), "HomeDomain");
+    EXPECT_EQ(reader.PathAt(position), paths[position]);
+    EXPECT_EQ(reader.StoredNameAt(position), id.substr(0, 2) + "/" + id);
+    EXPECT_EQ(reader.StoredAt(position).size, 1u);
+    EXPECT_EQ(reader.MappedAt(paths[position]), position);
   }
+  EXPECT_EQ(reader.MappedAt("Library/SMS"), std::nullopt);
 }
 
 TEST_F(ManifestDbTest, NoteStoreMatchesInAnyDomainButOnlyAsTheWholePath) {
@@ -150,7 +151,7 @@ TEST_F(ManifestDbTest, NoteStoreMatchesInAnyDomainButOnlyAsTheWholePath) {
   const std::string path = Build(builder);
   ASSERT_EQ(Read(path), 1u);
   EXPECT_EQ(reader_.GetContentList()->size(), 3u);
-  EXPECT_EQ(*reader_.GetNoteStoreKey(), std::vector<std::string>{BackupBuilder::FileId(
+  EXPECT_EQ(FileIdsAt(reader_, "NoteStore.sqlite"), std::vector<std::string>{BackupBuilder::FileId(
                                             "AppDomainGroup-group.com.apple.notes", "NoteStore.sqlite")});
 }
 
@@ -163,7 +164,7 @@ TEST_F(ManifestDbTest, SamePathInTwoDomainsKeepsBothMapsTheLaterAndGivesTwoKeys)
   EXPECT_EQ(reader_.GetQueryPathKeyMap()->size(), 1u);
   EXPECT_EQ(reader_.GetQueryPathKeyMap()->Find(kSms), reader_.GetContentList()->back());
   EXPECT_EQ(reader_.GetContentList()->back()->domain(), "AppDomain-com.example");
-  EXPECT_EQ(*reader_.GetSmsKey(), (std::vector<std::string>{BackupBuilder::FileId("HomeDomain", kSms),
+  EXPECT_EQ(FileIdsAt(reader_, "Library/SMS/sms.db"), (std::vector<std::string>{BackupBuilder::FileId("HomeDomain", kSms),
                                                             BackupBuilder::FileId("AppDomain-com.example", kSms)}));
 }
 
@@ -195,8 +196,8 @@ TEST_F(ManifestDbTest, RowsWithoutFileIdAreSkipped) {
                                  "INSERT INTO Files VALUES ('', 'HomeDomain', 'Library/Notes/notes.sqlite', 1, NULL);");
   ASSERT_EQ(Read(path), 1u);
   EXPECT_TRUE(reader_.GetContentList()->empty());
-  EXPECT_TRUE(reader_.GetSmsKey()->empty());
-  EXPECT_TRUE(reader_.GetNoteKey()->empty());
+  EXPECT_TRUE(FileIdsAt(reader_, "Library/SMS/sms.db").empty());
+  EXPECT_TRUE(FileIdsAt(reader_, "Library/Notes/notes.sqlite").empty());
 }
 
 TEST_F(ManifestDbTest, ShortFileIdUsesWhatThereIsAsItsFolder) {
@@ -207,7 +208,7 @@ TEST_F(ManifestDbTest, ShortFileIdUsesWhatThereIsAsItsFolder) {
   WriteFile(path + "a/a", "x");
   ASSERT_EQ(Read(path), 1u);
   EXPECT_EQ(ContentPaths(), std::vector<std::string>{kSms});
-  EXPECT_EQ(*reader_.GetSmsKey(), std::vector<std::string>{"a"});
+  EXPECT_EQ(FileIdsAt(reader_, "Library/SMS/sms.db"), std::vector<std::string>{"a"});
 }
 
 TEST_F(ManifestDbTest, StoredFileIsLookedForUnderItsTwoCharacterFolder) {
@@ -224,8 +225,8 @@ TEST_F(ManifestDbTest, EmptyFilesTableReadsToTheEndWithEmptyLists) {
   ASSERT_EQ(Read(path), 1u);
   EXPECT_TRUE(reader_.GetContentList()->empty());
   EXPECT_TRUE(reader_.GetQueryPathKeyMap()->empty());
-  EXPECT_TRUE(reader_.GetSmsKey()->empty());
-  EXPECT_TRUE(reader_.GetCalendarKey()->empty());
+  EXPECT_TRUE(FileIdsAt(reader_, "Library/SMS/sms.db").empty());
+  EXPECT_TRUE(FileIdsAt(reader_, "Library/Calendar/Calendar.sqlitedb").empty());
 }
 
 TEST_F(ManifestDbTest, PathWithoutTrailingSeparatorFails) {
@@ -298,7 +299,7 @@ TEST_F(ManifestDbTest, ReadingLeavesAReadOnlyBackupUntouched) {
   MakeTreeReadOnly(path);
   const std::string before = yhtest::SnapshotTree(path);
   ASSERT_EQ(Read(path), 1u);
-  EXPECT_EQ(reader_.GetSmsKey()->size(), 1u);
+  EXPECT_EQ(FileIdsAt(reader_, "Library/SMS/sms.db").size(), 1u);
   EXPECT_EQ(yhtest::SnapshotTree(path), before);
 }
 

@@ -11,7 +11,8 @@
 #include <string>
 #include <vector>
 
-#include "index/Sha1Name.h"
+#include "crypto/Sha1Name.h"
+#include "index/StoredNames.h"
 #include "support/BackupBuilder.h"
 #include "support/ScopedEnv.h"
 #include "support/SystemFiles.h"
@@ -23,6 +24,7 @@ using yhtest::BackupBuilder;
 using yhtest::IndexKind;
 using yhtest::MbdbRecord;
 using yhtest::MbdbSignature;
+using yhtest::StoredNamesAt;
 using yhtest::TempDir;
 using yhtest::WriteFile;
 
@@ -86,7 +88,7 @@ TEST_F(MbdbTest, WrongSignatureReturnsZeroAndKeepsNothing) {
   WriteIndex(std::string("mbdb\x04\x00", 6) + File("HomeDomain", "Library/SMS/sms.db").Bytes());
   EXPECT_EQ(Read(), 0);
   EXPECT_TRUE(reader_.GetContentList()->empty());
-  EXPECT_TRUE(reader_.GetSmsKey()->empty());
+  EXPECT_TRUE(StoredNamesAt(reader_, "Library/SMS/sms.db").empty());
 }
 
 TEST_F(MbdbTest, SignatureAloneReturnsOneWithEmptyLists) {
@@ -94,8 +96,8 @@ TEST_F(MbdbTest, SignatureAloneReturnsOneWithEmptyLists) {
   EXPECT_EQ(Read(), 1);
   EXPECT_TRUE(reader_.GetContentList()->empty());
   EXPECT_TRUE(reader_.GetQueryPathKeyMap()->empty());
-  EXPECT_TRUE(reader_.GetSmsKey()->empty());
-  EXPECT_TRUE(reader_.GetCalendarKey()->empty());
+  EXPECT_TRUE(StoredNamesAt(reader_, "Library/SMS/sms.db").empty());
+  EXPECT_TRUE(StoredNamesAt(reader_, "Library/Calendar/Calendar.sqlitedb").empty());
 }
 
 TEST_F(MbdbTest, KeepsTheBackupPathAsGiven) {
@@ -126,7 +128,7 @@ TEST_F(MbdbTest, RecordIsFoundUnderItsHashedName) {
   ASSERT_EQ(reader_.GetContentList()->size(), 2u);
   EXPECT_EQ(reader_.GetContentList()->at(0)->storedName(), kSmsName);
   EXPECT_EQ(reader_.GetContentList()->at(1)->storedName(), kSmsNameEmptyDomain);
-  EXPECT_EQ(*reader_.GetSmsKey(), (std::vector<std::string>{kSmsName, kSmsNameEmptyDomain}));
+  EXPECT_EQ(StoredNamesAt(reader_, "Library/SMS/sms.db"), (std::vector<std::string>{kSmsName, kSmsNameEmptyDomain}));
 }
 
 class MbdbFieldsTest : public MbdbTest, public ::testing::WithParamInterface<const char*> {
@@ -234,7 +236,7 @@ TEST_F(MbdbTest, RecordCutInsideItsFixedBlockIsDropped) {
   WriteIndex(MbdbSignature() + File("HomeDomain", "Library/SMS/sms.db").Bytes() + second.substr(0, second.size() - 1));
   EXPECT_EQ(Read(), 1);
   EXPECT_EQ(KeptPaths(), std::vector<std::string>{"Library/SMS/sms.db"});
-  EXPECT_TRUE(reader_.GetNoteKey()->empty());
+  EXPECT_TRUE(StoredNamesAt(reader_, "Library/Notes/notes.sqlite").empty());
   EXPECT_EQ(reader_.GetQueryPathKeyMap()->Find("Library/SMS/sms.db"), reader_.GetContentList()->front());
 }
 
@@ -263,7 +265,7 @@ TEST_F(MbdbTest, FailedPropertyReadEndsReadingAndKeepsEarlierRecords) {
   WriteIndex(MbdbSignature() + File("HomeDomain", "Library/SMS/sms.db").Bytes() + bytes.substr(0, bytes.size() - 2));
   EXPECT_EQ(Read(), 1);
   EXPECT_EQ(KeptPaths(), std::vector<std::string>{"Library/SMS/sms.db"});
-  EXPECT_TRUE(reader_.GetNoteKey()->empty());
+  EXPECT_TRUE(StoredNamesAt(reader_, "Library/Notes/notes.sqlite").empty());
   EXPECT_EQ(reader_.GetQueryPathKeyMap()->Find("Library/Notes/notes.sqlite"), nullptr);
 }
 
@@ -273,47 +275,33 @@ TEST_F(MbdbTest, RecordsWithoutStoredFileAreSkippedAndReadingGoesOn) {
              File("HomeDomain", "Library/Notes/notes.sqlite").Bytes());
   EXPECT_EQ(Read(), 1);
   EXPECT_EQ(KeptPaths(), std::vector<std::string>{"Library/Notes/notes.sqlite"});
-  EXPECT_TRUE(reader_.GetSmsKey()->empty());
+  EXPECT_TRUE(StoredNamesAt(reader_, "Library/SMS/sms.db").empty());
   EXPECT_EQ(reader_.GetQueryPathKeyMap()->Find("Library/SMS/sms.db"), nullptr);
-  EXPECT_EQ(*reader_.GetNoteKey(),
+  EXPECT_EQ(StoredNamesAt(reader_, "Library/Notes/notes.sqlite"),
             std::vector<std::string>{BackupBuilder::FileId("HomeDomain", "Library/Notes/notes.sqlite")});
 }
 
-TEST_F(MbdbTest, EachKnownPathFillsItsOwnKeyList) {
-  struct Known {
-    const char* path;
-    Mbdb::KeyList* (Mbdb::*list)();
-  };
-  const Known known[] = {
-      {"Library/SMS/sms.db", &Mbdb::GetSmsKey},
-      {"Library/Safari/History.plist", &Mbdb::GetSafariHistoryKey},
-      {"Library/Safari/Bookmarks.db", &Mbdb::GetSafariBookmarkKey},
-      {"Media/Recordings/Recordings.db", &Mbdb::GetRecordingKey},
-      {"Media/PhotoData/Photos.sqlite", &Mbdb::GetPhotoKey},
-      {"Library/Notes/notes.sqlite", &Mbdb::GetNoteKey},
-      {"NoteStore.sqlite", &Mbdb::GetNoteStoreKey},
-      {"Library/AddressBook/AddressBook.sqlitedb", &Mbdb::GetContactKey},
-      {"Library/CallHistory/call_history.db", &Mbdb::GetCallKey},
-      {"Library/CallHistoryDB/CallHistory.storedata", &Mbdb::GetCallStoreKey},
-      {"Library/Calendar/Calendar.sqlitedb", &Mbdb::GetCalendarKey},
-  };
+TEST_F(MbdbTest, EachRecordNamesItsStoredFileThroughTheIndexInterface) {
+  const char* const paths[] = {"Library/SMS/sms.db", "Library/SMS/sms.db-wal", "NoteStore.sqlite",
+                               "Library/Calendar/Calendar.sqlitedb"};
   std::string index = MbdbSignature();
-  for (const Known& entry : known) {
-    Store("HomeDomain", entry.path);
-    index += File("HomeDomain", entry.path).Bytes();
-  }
-  // Near misses fill nothing; Safari's History.db has no list on these backups.
-  for (const char* other : {"Library/SMS/sms.db-wal", "Library/Notes/NoteStore.sqlite", "Library/Safari/History.db"}) {
-    Store("HomeDomain", other);
-    index += File("HomeDomain", other).Bytes();
+  for (const char* path : paths) {
+    Store("HomeDomain", path);
+    index += File("HomeDomain", path).Bytes();
   }
   WriteIndex(index);
   ASSERT_EQ(Read(), 1);
-  EXPECT_EQ(reader_.GetContentList()->size(), 14u);
-  for (const Known& entry : known) {
-    EXPECT_EQ(*(reader_.*entry.list)(), std::vector<std::string>{BackupBuilder::FileId("HomeDomain", entry.path)})
-        << entry.path;
+  const IndexReader& reader = reader_;
+  EXPECT_EQ(reader.Type(), BackupType::Mbdb);
+  ASSERT_EQ(reader.RecordCount(), 4u);
+  for (size_t position = 0; position < 4; ++position) {
+    EXPECT_EQ(reader.DomainAt(position), "HomeDomain");
+    EXPECT_EQ(reader.PathAt(position), paths[position]);
+    EXPECT_EQ(reader.StoredNameAt(position), BackupBuilder::FileId("HomeDomain", paths[position]));
+    EXPECT_EQ(reader.StoredAt(position).size, 6u);
+    EXPECT_EQ(reader.MappedAt(paths[position]), position);
   }
+  EXPECT_EQ(reader.MappedAt("Library/SMS"), std::nullopt);
 }
 
 TEST_F(MbdbTest, SamePathTwiceKeepsBothMapsTheLaterAndGivesTwoKeys) {
@@ -324,7 +312,7 @@ TEST_F(MbdbTest, SamePathTwiceKeepsBothMapsTheLaterAndGivesTwoKeys) {
   ASSERT_EQ(Read(), 1);
   ASSERT_EQ(reader_.GetContentList()->size(), 2u);
   EXPECT_EQ(reader_.GetQueryPathKeyMap()->Find("Library/SMS/sms.db"), reader_.GetContentList()->at(1));
-  EXPECT_EQ(*reader_.GetSmsKey(),
+  EXPECT_EQ(StoredNamesAt(reader_, "Library/SMS/sms.db"),
             (std::vector<std::string>{BackupBuilder::FileId("HomeDomain", "Library/SMS/sms.db"),
                                       BackupBuilder::FileId("AppDomain-com.example", "Library/SMS/sms.db")}));
 }
@@ -338,8 +326,8 @@ TEST_F(MbdbTest, ReadsABuiltBackup) {
   ASSERT_EQ(reader_.ReadMBDB(path.c_str()), 1);
   ASSERT_EQ(reader_.GetContentList()->size(), 1u);
   EXPECT_EQ(reader_.GetContentList()->front()->size(), 5);
-  EXPECT_EQ(*reader_.GetSmsKey(), std::vector<std::string>{kSmsName});
-  EXPECT_TRUE(reader_.GetNoteKey()->empty());
+  EXPECT_EQ(StoredNamesAt(reader_, "Library/SMS/sms.db"), std::vector<std::string>{kSmsName});
+  EXPECT_TRUE(StoredNamesAt(reader_, "Library/Notes/notes.sqlite").empty());
 }
 
 TEST_F(MbdbTest, PathIndexCoversTheContentListInOrderAndIsMadeOnce) {

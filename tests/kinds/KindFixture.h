@@ -10,6 +10,7 @@
 #include "index/ManifestDb.h"
 #include "index/Mbdb.h"
 #include "libYH.h"
+#include "session/BackupSession.h"
 #include "support/BackupBuilder.h"
 #include "support/ScopedEnv.h"
 
@@ -23,15 +24,17 @@ class AnalysedDevice {
   AnalysedDevice(const std::string& backupPath, IndexKind kind)
       : device_(static_cast<BackupDevice*>(std::calloc(1, sizeof(BackupDevice)))) {
     device_->backupPath = strdup(backupPath.c_str());
+    auto* session = new BackupSession;
+    device_->indexReader = session;
     if (kind == IndexKind::ManifestDb) {
       device_->backupType = 1;
       auto* reader = new ManifestDb;
-      device_->indexReader = reader;
+      session->SetReader(std::unique_ptr<IndexReader>(reader));
       readOk_ = reader->ReadDb(device_->backupPath) == 1;
     } else {
       device_->backupType = 0;
       auto* reader = new Mbdb;
-      device_->indexReader = reader;
+      session->SetReader(std::unique_ptr<IndexReader>(reader));
       readOk_ = reader->ReadMBDB(device_->backupPath) == 1;
     }
   }

@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <string>
 
-#include "index/IndexReader.h"
+#include "session/BackupSession.h"
 #include "kinds/KindFixture.h"
 #include "platform/FileSystem.h"
 #include "support/BackupBuilder.h"
@@ -51,12 +51,12 @@ TEST(LocalDatabase, AWalIsReadFromAPrivateCopyOnlyWhenTheSessionReadsIt) {
       EXPECT_EQ(Values(asStored), "file;");
       EXPECT_EQ(EntriesIn(temporary.Path()), 0u);
 
-      ReaderOf(device.Get())->Session().SetReadsWal(true);
+      SessionOf(device.Get())->SetReadsWal(true);
       const LocalDatabase copy = LocalDatabaseOf(device.Get(), file);
       EXPECT_EQ(copy.access, Database::Access::PrivateCopy);
       EXPECT_EQ(copy.path.compare(0, temporary.Path().size(), temporary.Path()), 0) << copy.path;
       EXPECT_EQ(Values(copy), "file;log;");
-      const std::string folder = ReaderOf(device.Get())->Session().PrivateFolder();
+      const std::string folder = SessionOf(device.Get())->PrivateFolder();
       platform::PathInfo status;
       ASSERT_TRUE(platform::Stat(folder, &status));
       if (yhtest::HasModes()) EXPECT_EQ(status.permissions & 0777, 0700u);
@@ -72,7 +72,7 @@ TEST(LocalDatabase, NoCopyIsMadeWithoutAWal) {
   ScopedEnv tmpdir("TMPDIR", temporary.Path());
   const std::string backup = BackupBuilder(IndexKind::ManifestDb).AddDatabase("HomeDomain", kPath, kSql).Write(root.Path() + "b");
   AnalysedDevice device(backup, IndexKind::ManifestDb);
-  ReaderOf(device.Get())->Session().SetReadsWal(true);
+  SessionOf(device.Get())->SetReadsWal(true);
   const LocalDatabase local = LocalDatabaseOf(device.Get(), StoredFilesAt(device.Get(), kPath).at(0));
   EXPECT_EQ(local.access, Database::Access::Immutable);
   EXPECT_EQ(Values(local), "file;");
@@ -87,7 +87,7 @@ TEST(LocalDatabase, AWalOfAnotherDomainIsNotThisDatabasesLog) {
                                  .AddFile("OtherDomain", std::string(kPath) + "-wal", files.wal)
                                  .Write(root.Path() + "b");
   AnalysedDevice device(backup, IndexKind::ManifestDb);
-  ReaderOf(device.Get())->Session().SetReadsWal(true);
+  SessionOf(device.Get())->SetReadsWal(true);
   EXPECT_EQ(Values(LocalDatabaseOf(device.Get(), StoredFilesAt(device.Get(), kPath).at(0))), "file;");
 }
 

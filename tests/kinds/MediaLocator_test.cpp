@@ -11,7 +11,6 @@
 
 #include "common/FileHelpers.h"
 #include "kinds/KindFixture.h"
-#include "kinds/SourceFiles.h"
 #include "support/BackupBuilder.h"
 #include "support/RandomPaths.h"
 
@@ -23,14 +22,15 @@ namespace {
 template <class Visitor>
 void ScanContaining(const BackupDevice* device, const std::string& needle, Visitor visit) {
   if (device->backupType == 1) {
-    for (const ManifestDb::DBFileRecord* file : *static_cast<ManifestDb*>(device->indexReader)->GetContentList()) {
+    for (const ManifestDb::DBFileRecord* file : *static_cast<ManifestDb*>(ReaderOf(device))->GetContentList()) {
+      const std::string id = file->fileID();
       if (file->relativePath().find(needle) != std::string::npos &&
-          !visit(ManifestDbStoredPath(device->backupPath, file->fileID()))) {
+          !visit(device->backupPath + id.substr(0, 2) + "/" + id)) {
         return;
       }
     }
   } else {
-    auto* reader = static_cast<Mbdb*>(device->indexReader);
+    auto* reader = static_cast<Mbdb*>(ReaderOf(device));
     for (const Mbdb::MBFileRecord* file : *reader->GetContentList()) {
       if (file->path().find(needle) != std::string::npos && !visit(reader->GetBackupPath() + file->storedName())) return;
     }

@@ -17,6 +17,7 @@
 #include "libYH.h"
 #include "service/Extractors.h"
 #include "service/ServiceOperations.h"
+#include "session/BackupSession.h"
 #include "support/BackupBuilder.h"
 #include "support/DeviceList.h"
 #include "support/PlistDump.h"
@@ -159,7 +160,7 @@ TEST(AnalyzeBackup, CreatesTheReaderOfItsTypeAndTheNineExtractors) {
   const std::string path = BackupBuilder(IndexKind::ManifestDb).Write(root.Path() + "new");
   BackupDevice* device = NewDevice(path, 1);
   EXPECT_EQ(AnalyzeBackup(device), 1);
-  EXPECT_NE(dynamic_cast<ManifestDb*>(device->indexReader), nullptr);
+  EXPECT_NE(dynamic_cast<ManifestDb*>(ReaderOf(device)), nullptr);
   EXPECT_NE(device->callHistory, nullptr);
   EXPECT_NE(device->contact, nullptr);
   EXPECT_NE(device->sms, nullptr);
@@ -174,7 +175,7 @@ TEST(AnalyzeBackup, CreatesTheReaderOfItsTypeAndTheNineExtractors) {
   const std::string old = BackupBuilder(IndexKind::Mbdb).Write(root.Path() + "old");
   device = NewDevice(old, 0);
   EXPECT_EQ(AnalyzeBackup(device), 1);
-  EXPECT_NE(dynamic_cast<Mbdb*>(device->indexReader), nullptr);
+  EXPECT_NE(dynamic_cast<Mbdb*>(ReaderOf(device)), nullptr);
   FreeBackupDevice(device);
 }
 

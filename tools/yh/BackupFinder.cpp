@@ -1,7 +1,6 @@
 #include "BackupFinder.h"
 
 #include <filesystem>
-#include <cstdlib>
 #include <functional>
 #include <iostream>
 #include <initializer_list>
@@ -41,19 +40,17 @@ std::string WhyNotABackup(const Library& library, const std::string& folder) {
 }
 
 // Unlocks an encrypted backup. The library's decrypted copies go into a
-// folder of yh's own (the library makes its folder in $TMPDIR), so that
-// media files named in answers are known to be copies, not files of anywhere.
+// folder of yh's own, so that media files named in answers are known to be
+// copies, not files of anywhere.
 std::unique_ptr<PrivateFolder> Unlock(BackupDevice& device, const std::string& passwordFile) {
   const std::string name = Describe(device);
   std::string password = BackupPassword(passwordFile, name);
   auto copies = std::make_unique<PrivateFolder>();
-  if (copies->Path().empty()) throw Failure("backup " + name + ": no private temporary folder could be made");
+  if (copies->Path().empty() || !SetTemporaryFolder(&device, copies->Path().c_str())) {
+    throw Failure("backup " + name + ": no private temporary folder could be made");
+  }
   std::cerr << "Checking the password (backups of iOS 10.2 and later take a few seconds)...\n";
-  const char* earlier = std::getenv("TMPDIR");
-  const std::string saved = earlier ? earlier : "";
-  setenv("TMPDIR", copies->Path().c_str(), 1);
   const int32_t result = UnlockBackup(&device, password.c_str());
-  earlier ? setenv("TMPDIR", saved.c_str(), 1) : unsetenv("TMPDIR");
   Wipe(&password);
   // A backup listed as encrypted whose Manifest.plist says otherwise is read as it is.
   if (result == YHNotEncrypted) return nullptr;

@@ -1,36 +1,34 @@
 #include "service/current/CurrentService.h"
 
-#include <memory>
+#include <iterator>
 
-#include "index/IndexReader.h"
+#include "kinds/current/CurrentKinds.h"
 #include "service/Analysis.h"
-#include "service/Extractors.h"
-#include "service/current/CurrentKinds.h"
 
 namespace {
 
-// Where the current service answers a content type with an extractor of its
-// own; the other types are answered as the described service answers them.
+// The extractor of the current service that answers each content type, in
+// content-type order.
 using CurrentField = Kind* (*)(CurrentKinds& kinds);
 
-const CurrentField kCurrentRoutes[12] = {
-    [](CurrentKinds& kinds) -> Kind* { return &kinds.callHistory; },    // ContentCallHistory
-    [](CurrentKinds& kinds) -> Kind* { return &kinds.contact; },        // ContentContact
-    [](CurrentKinds& kinds) -> Kind* { return &kinds.sms; },            // ContentSms
-    [](CurrentKinds& kinds) -> Kind* { return &kinds.smsAttachment; },  // ContentSmsAttachment
-    [](CurrentKinds& kinds) -> Kind* { return &kinds.note; },                 // ContentNote
-    [](CurrentKinds& kinds) -> Kind* { return &kinds.history; },              // ContentSafariHistory
-    [](CurrentKinds& kinds) -> Kind* { return &kinds.calendar.Events(); },     // ContentCalendarEvent
-    [](CurrentKinds& kinds) -> Kind* { return &kinds.calendar.Reminders(); },  // ContentCalendarReminder
-    [](CurrentKinds& kinds) -> Kind* { return &kinds.recording; },            // ContentRecording
-    [](CurrentKinds& kinds) -> Kind* { return &kinds.photo.camera; },         // ContentCameraPhoto
-    [](CurrentKinds& kinds) -> Kind* { return &kinds.photo.other; },          // ContentOtherPhoto
-    [](CurrentKinds& kinds) -> Kind* { return &kinds.voicemail; },            // ContentVoicemail
+const CurrentField kCurrentRoutes[] = {
+    [](CurrentKinds& kinds) -> Kind* { return &kinds.callHistory; },                // ContentCallHistory
+    [](CurrentKinds& kinds) -> Kind* { return &kinds.contact; },                    // ContentContact
+    [](CurrentKinds& kinds) -> Kind* { return &kinds.sms; },                        // ContentSms
+    [](CurrentKinds& kinds) -> Kind* { return &kinds.smsAttachment; },              // ContentSmsAttachment
+    [](CurrentKinds& kinds) -> Kind* { return &kinds.note; },                       // ContentNote
+    [](CurrentKinds& kinds) -> Kind* { return &kinds.history; },                    // ContentSafariHistory
+    [](CurrentKinds& kinds) -> Kind* { return &kinds.calendar.Events(); },          // ContentCalendarEvent
+    [](CurrentKinds& kinds) -> Kind* { return &kinds.calendar.Reminders(); },       // ContentCalendarReminder
+    [](CurrentKinds& kinds) -> Kind* { return &kinds.recording; },                  // ContentRecording
+    [](CurrentKinds& kinds) -> Kind* { return &kinds.photo.camera; },               // ContentCameraPhoto
+    [](CurrentKinds& kinds) -> Kind* { return &kinds.photo.other; },                // ContentOtherPhoto
+    [](CurrentKinds& kinds) -> Kind* { return &kinds.voicemail; },                  // ContentVoicemail
 };
 
 void PrepareCurrentSession(BackupDevice*, BackupSession& session) {
   session.SetReadsWal(true);
-  session.currentKinds = std::make_unique<CurrentKinds>();
+  session.currentKinds.reset(new CurrentKinds);
 }
 
 }  // namespace
@@ -38,13 +36,9 @@ void PrepareCurrentSession(BackupDevice*, BackupSession& session) {
 int32_t AnalyzeCurrentBackup(BackupDevice* device) { return AnalyzeBackupWith(device, PrepareCurrentSession); }
 
 plist_t GetCurrentContentList(BackupDevice* device, iDeviceContentType type) {
-  const auto index = static_cast<uint32_t>(type);  // negative types count as large
-  if (index > 11) return nullptr;
-  IndexReader* reader = ReaderOf(device);
-  if (!reader) return nullptr;
-  auto* kinds = static_cast<CurrentKinds*>(reader->Session().currentKinds.get());
-  if (!kinds) return nullptr;
-  if (kCurrentRoutes[index]) return kCurrentRoutes[index](*kinds)->FindContent(device, 0);
-  const ContentRoute& route = kContentRoutes[index];
-  return route.extractor(device)->FindContent(device, route.flag);
+  const auto index = static_cast<size_t>(static_cast<uint32_t>(type));  // negative types count as large
+  if (index >= std::size(kCurrentRoutes)) return nullptr;
+  BackupSession* session = SessionOf(device);
+  if (!session || !session->currentKinds) return nullptr;
+  return kCurrentRoutes[index](*session->currentKinds)->FindContent(device, 0);
 }

@@ -1,7 +1,6 @@
-#ifndef YH_SERVICE_CURRENT_CURRENTKINDS_H
-#define YH_SERVICE_CURRENT_CURRENTKINDS_H
+#ifndef YH_KINDS_CURRENT_CURRENTKINDS_H
+#define YH_KINDS_CURRENT_CURRENTKINDS_H
 
-#include "common/VqBase.h"
 #include "kinds/current/Calendar.h"
 #include "kinds/current/CallHistory.h"
 #include "kinds/current/Contact.h"
@@ -14,8 +13,9 @@
 #include "kinds/current/Voicemail.h"
 
 // The current service's own extractors of one record. Calls, messages and
-// voicemail name their other parties through the one contacts object.
-class CurrentKinds : public VqBase {
+// voicemail name their other parties through the one contacts object. A
+// record's session holds them by this type.
+class CurrentKinds {
  public:
   CurrentKinds() : callHistory(contact), sms(contact), voicemail(contact) {}
 

@@ -1,11 +1,11 @@
-#ifndef YH_INDEX_SHA1NAME_H
-#define YH_INDEX_SHA1NAME_H
+#ifndef YH_CRYPTO_SHA1NAME_H
+#define YH_CRYPTO_SHA1NAME_H
 
 #include <cstddef>
 #include <string>
 #include <string_view>
 
-#include "index/HexName.h"
+#include "common/HexName.h"
 
 // SHA-1 through libgcrypt. The library is linked, not loaded at run time, so
 // LoadGcry and UnloadGcry have nothing to do.

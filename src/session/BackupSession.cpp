@@ -1,12 +1,25 @@
-#include "index/BackupSession.h"
+#include "session/BackupSession.h"
 
 #include "crypto/EncryptedBackup.h"
 #include "platform/FileSystem.h"
 
+namespace {
+
+// The host's choice, else the system's folder for temporary files; ends in "/".
+std::string TemporaryRoot(const std::string& chosen) {
+  if (chosen.empty()) return platform::TemporaryFolder();
+  return chosen.back() == '/' ? chosen : chosen + "/";
+}
+
+}  // namespace
+
 BackupSession::BackupSession() = default;
 
-// The decrypted copies close before their folder goes.
+// The extractors go before the reader whose records they read, the
+// decrypted copies close before their folder goes.
 BackupSession::~BackupSession() {
+  currentKinds.reset();
+  reader_.reset();
   encrypted_.reset();
   if (folder_.empty()) return;
   platform::RemoveTree(folder_);
@@ -15,7 +28,7 @@ BackupSession::~BackupSession() {
 const std::string& BackupSession::PrivateFolder() {
   if (!folder_.empty()) return folder_;
   // Private to the user: nobody else may read the copies.
-  folder_ = platform::MakeUniqueFolder(platform::TemporaryFolder(), "libYH-");
+  folder_ = platform::MakeUniqueFolder(TemporaryRoot(temporaryRoot_), "libYH-");
   return folder_;
 }
 
@@ -25,5 +38,7 @@ std::string BackupSession::NewCopyFolder() {
   const std::string folder = root + std::to_string(++copies_) + "/";
   return platform::MakePrivateFolder(folder) ? folder : std::string();
 }
+
+void BackupSession::SetReader(std::unique_ptr<IndexReader> reader) { reader_ = std::move(reader); }
 
 void BackupSession::SetEncrypted(std::unique_ptr<EncryptedBackup> encrypted) { encrypted_ = std::move(encrypted); }

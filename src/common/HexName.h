@@ -1,5 +1,5 @@
-#ifndef YH_INDEX_HEXNAME_H
-#define YH_INDEX_HEXNAME_H
+#ifndef YH_COMMON_HEXNAME_H
+#define YH_COMMON_HEXNAME_H
 
 #include <array>
 #include <string>

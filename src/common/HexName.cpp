@@ -1,4 +1,4 @@
-#include "index/HexName.h"
+#include "common/HexName.h"
 
 #include <algorithm>
 

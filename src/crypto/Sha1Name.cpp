@@ -1,4 +1,4 @@
-#include "index/Sha1Name.h"
+#include "crypto/Sha1Name.h"
 
 #include <gcrypt.h>
 
