@@ -66,12 +66,14 @@ std::optional<CarvedRecord> Carver::Assemble(std::string_view page, size_t cellS
   const int64_t headerLength = 1 + TypesLength(types);
   const int64_t body = BodyLength(types);
   if (headerLength > 127 || body < 0) return std::nullopt;
-  std::string payload;
+  std::string storage;
+  std::string_view payload;
   CarvedRecord record;
-  if (!ReadPayload(image_, page, payloadStart, limit, headerLength + body, &payload, &record.end, &trunkPages_)) {
+  if (!ReadPayload(image_, page, payloadStart, limit, headerLength + body, &storage, &payload, &record.end,
+                   &trunkPages_)) {
     return std::nullopt;
   }
-  if (!DecodeBody(std::string_view(payload).substr(headerLength), types, image_.Header().encoding, &record.values)) {
+  if (!DecodeBody(payload.substr(headerLength), types, image_.Header().encoding, &record.values)) {
     return std::nullopt;
   }
   // Zeroed bytes decode as NULLs: a record of nothing but NULLs is no evidence of a row.
@@ -97,7 +99,12 @@ std::optional<CarvedRecord> Carver::CellAt(std::string_view page, size_t offset,
   if (rowidLength == 0 || rowid <= 0) return std::nullopt;
   const size_t payloadStart = offset + sizeLength + rowidLength;
   const int headerLengthLength = ReadVarint(region, payloadStart, &headerLength);
-  if (headerLengthLength != 1) return std::nullopt;
+  // One byte of header length, then at least one byte per column's type.
+  const int64_t columns = static_cast<int64_t>(table_.columns.size());
+  if (headerLengthLength != 1 || headerLength < 1 + columns || headerLength > 1 + 9 * columns ||
+      payloadSize < headerLength) {
+    return std::nullopt;
+  }
   std::vector<int64_t> types;
   size_t typesEnd = 0;
   if (!ReadSerialTypes(region, payloadStart + 1, table_.columns.size(), &types, &typesEnd)) return std::nullopt;

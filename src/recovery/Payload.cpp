@@ -13,7 +13,8 @@ uint32_t LocalPayloadSize(int64_t payloadSize, uint32_t usableSize) {
 }
 
 bool ReadPayload(const FileImage& image, std::string_view page, size_t offset, size_t limit, int64_t payloadSize,
-                 std::string* payload, size_t* end, const std::unordered_set<uint32_t>* damaged) {
+                 std::string* storage, std::string_view* payload, size_t* end,
+                 const std::unordered_set<uint32_t>* damaged) {
   const uint32_t usable = image.Header().UsableSize();
   // No payload is larger than the file's pages could hold.
   if (payloadSize < 0 || static_cast<uint64_t>(payloadSize) > static_cast<uint64_t>(image.PageCount() + 1) * usable) {
@@ -23,18 +24,23 @@ bool ReadPayload(const FileImage& image, std::string_view page, size_t offset, s
   const bool overflows = local < payloadSize;
   const size_t localEnd = offset + local + (overflows ? 4 : 0);
   if (localEnd > limit || localEnd > page.size()) return false;
-  payload->assign(page.substr(offset, local));
   *end = localEnd;
-  if (!overflows) return true;
+  if (!overflows) {
+    *payload = page.substr(offset, local);
+    return true;
+  }
+  std::string* gathered = storage;
+  gathered->assign(page.substr(offset, local));
   uint32_t next = ReadUInt32(page, offset + local);
   std::unordered_set<uint32_t> seen;
-  while (payload->size() < static_cast<uint64_t>(payloadSize)) {
+  while (gathered->size() < static_cast<uint64_t>(payloadSize)) {
     if (next == 0 || !seen.insert(next).second || (damaged && damaged->count(next) != 0)) return false;
     const PageImage overflow = image.Page(next);
     if (overflow.bytes.size() < usable) return false;
-    const size_t wanted = static_cast<size_t>(payloadSize) - payload->size();
-    payload->append(overflow.bytes.substr(4, std::min<size_t>(wanted, usable - 4)));
+    const size_t wanted = static_cast<size_t>(payloadSize) - gathered->size();
+    gathered->append(overflow.bytes.substr(4, std::min<size_t>(wanted, usable - 4)));
     next = ReadUInt32(overflow.bytes, 0);
   }
+  *payload = *gathered;
   return true;
 }

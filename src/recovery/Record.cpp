@@ -14,6 +14,7 @@ int64_t SerialTypeLength(int64_t type) {
 bool ReadSerialTypes(std::string_view bytes, size_t offset, size_t count, std::vector<int64_t>* types,
                      size_t* end) {
   types->clear();
+  types->reserve(count);
   for (size_t i = 0; i < count; ++i) {
     int64_t type = 0;
     const int used = ReadVarint(bytes, offset, &type);
@@ -49,6 +50,7 @@ int64_t SignedBigEndian(std::string_view bytes, size_t offset, int64_t length) {
 
 bool DecodeBody(std::string_view body, const std::vector<int64_t>& types, TextEncoding encoding, SqlValues* values) {
   values->clear();
+  values->reserve(types.size());
   size_t offset = 0;
   for (int64_t type : types) {
     const int64_t length = SerialTypeLength(type);

@@ -1,7 +1,7 @@
 #include "recovery/RecoverRows.h"
 
-#include <map>
-#include <set>
+#include <algorithm>
+#include <string_view>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -12,56 +12,77 @@
 
 namespace {
 
-// A row's values as one comparable key.
-std::string ValuesKey(const SqlValues& values) {
-  std::string key;
+// A hash of a row's table and values, to find rows with equal values fast.
+uint64_t Hash(size_t table, const SqlValues& values) {
+  uint64_t hash = table;
   for (const SqlValue& value : values) {
-    key.push_back(static_cast<char>('0' + static_cast<int>(value.kind)));
-    switch (value.kind) {
-      case SqlValue::Kind::Integer:
-        key += std::to_string(value.integer);
-        break;
-      case SqlValue::Kind::Real:
-        key.append(reinterpret_cast<const char*>(&value.real), sizeof value.real);
-        break;
-      default:
-        key += std::to_string(value.bytes.size()) + ':' + value.bytes;
-    }
-    key.push_back('|');
+    uint64_t part = static_cast<uint64_t>(value.kind);
+    if (value.kind == SqlValue::Kind::Integer) part ^= static_cast<uint64_t>(value.integer) * 0x9e3779b97f4a7c15ull;
+    if (value.kind == SqlValue::Kind::Real) part ^= std::hash<double>()(value.real);
+    if (!value.bytes.empty()) part ^= std::hash<std::string_view>()(value.bytes);
+    hash = (hash ^ part) * 0x100000001b3ull + (hash >> 29);
   }
-  return key;
+  return hash;
 }
 
 // Sorts the rows that are not live against the live ones of their table.
+// Holds pointers into the rows it is given, which must outlive it.
 class Classifier {
  public:
-  void AddLive(const RecoveredRow& row) {
-    const std::string key = ValuesKey(row.values);
-    if (row.rowid) liveByRowid_[{row.table, *row.rowid}] = key;
-    liveValues_.insert({row.table, key});
+  explicit Classifier(const std::vector<RecoveredRow>& rows) {
+    for (const RecoveredRow& row : rows) {
+      if (row.source != RowSource::Live) continue;
+      if (row.rowid) liveByRowid_.push_back({{row.table, *row.rowid}, &row});
+      liveByValues_.push_back({Hash(row.table, row.values), &row});
+    }
+    std::sort(liveByRowid_.begin(), liveByRowid_.end(), ByKey());
+    std::sort(liveByValues_.begin(), liveByValues_.end(), ByKey());
   }
 
   // False for a row to leave out: a copy of a live row (same rowid and
   // values, or rowid unknown and the values of a live row) or met before.
   bool Classify(RecoveredRow* row) {
-    const std::string key = ValuesKey(row->values);
+    const uint64_t hash = Hash(row->table, row->values);
     row->status = RowStatus::Deleted;
     if (row->rowid) {
-      const auto live = liveByRowid_.find({row->table, *row->rowid});
-      if (live != liveByRowid_.end()) {
-        if (live->second == key) return false;
+      const std::pair<size_t, int64_t> key{row->table, *row->rowid};
+      const auto live = std::lower_bound(liveByRowid_.begin(), liveByRowid_.end(), key, ByKey());
+      if (live != liveByRowid_.end() && live->first == key) {
+        if (live->second->values == row->values) return false;
         row->status = RowStatus::EarlierVersion;
       }
-    } else if (liveValues_.count({row->table, key}) != 0) {
+    } else if (HoldsLive(hash, *row)) {
       return false;
     }
-    return reported_.insert({row->table, key}).second;
+    const auto [first, last] = reported_.equal_range(hash);
+    for (auto it = first; it != last; ++it) {
+      if (Same(*it->second, *row)) return false;
+    }
+    reported_.emplace(hash, row);
+    return true;
   }
 
  private:
-  std::map<std::pair<size_t, int64_t>, std::string> liveByRowid_;
-  std::set<std::pair<size_t, std::string>> liveValues_;
-  std::set<std::pair<size_t, std::string>> reported_;
+  // Orders (key, row) entries by key alone, and finds a key among them.
+  struct ByKey {
+    template <class Entry>
+    bool operator()(const Entry& a, const Entry& b) const { return a.first < b.first; }
+    template <class Entry, class Key>
+    bool operator()(const Entry& a, const Key& key) const { return a.first < key; }
+  };
+  std::vector<std::pair<std::pair<size_t, int64_t>, const RecoveredRow*>> liveByRowid_;
+  std::vector<std::pair<uint64_t, const RecoveredRow*>> liveByValues_;
+  std::unordered_multimap<uint64_t, const RecoveredRow*> reported_;
+
+  static bool Same(const RecoveredRow& a, const RecoveredRow& b) { return a.table == b.table && a.values == b.values; }
+
+  bool HoldsLive(uint64_t hash, const RecoveredRow& row) const {
+    for (auto it = std::lower_bound(liveByValues_.begin(), liveByValues_.end(), hash, ByKey());
+         it != liveByValues_.end() && it->first == hash; ++it) {
+      if (Same(*it->second, row)) return true;
+    }
+    return false;
+  }
 };
 
 }  // namespace
@@ -97,12 +118,14 @@ RecoveredRows RecoverRows(const FileImage& image) {
     const std::vector<size_t> candidates = known != owner.end() ? std::vector<size_t>{known->second} : readable;
     pageRows.Read(page, candidates, false, {source, source, source}, &found);
   }
-  Classifier classifier;
-  for (const RecoveredRow& row : found) {
-    if (row.source == RowSource::Live) classifier.AddLive(row);
+  Classifier classifier(found);
+  std::vector<bool> kept(found.size(), true);
+  for (size_t i = 0; i < found.size(); ++i) {
+    if (found[i].source != RowSource::Live) kept[i] = classifier.Classify(&found[i]);
   }
-  for (RecoveredRow& row : found) {
-    if (row.source == RowSource::Live || classifier.Classify(&row)) result.rows.push_back(std::move(row));
+  result.rows.reserve(found.size());
+  for (size_t i = 0; i < found.size(); ++i) {
+    if (kept[i]) result.rows.push_back(std::move(found[i]));
   }
   return result;
 }

@@ -40,8 +40,10 @@ std::optional<TableCell> ReadTableCell(const FileImage& image, std::string_view 
   if (sizeLength == 0) return std::nullopt;
   const int rowidLength = ReadVarint(region, offset + sizeLength, &cell.rowid);
   if (rowidLength == 0) return std::nullopt;
-  std::string payload;
-  if (!ReadPayload(image, region, offset + sizeLength + rowidLength, limit, payloadSize, &payload, &cell.end)) {
+  std::string storage;
+  std::string_view payload;
+  if (!ReadPayload(image, region, offset + sizeLength + rowidLength, limit, payloadSize, &storage, &payload,
+                   &cell.end)) {
     return std::nullopt;
   }
   if (!DecodeRecord(payload, image.Header().encoding, &cell.values, &cell.types)) return std::nullopt;

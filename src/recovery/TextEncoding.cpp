@@ -1,6 +1,7 @@
 #include "recovery/TextEncoding.h"
 
 #include <cstdint>
+#include <cstring>
 
 namespace {
 
@@ -26,6 +27,12 @@ void AppendUtf8(uint32_t code, std::string* out) {
 bool IsValidUtf8(std::string_view text) {
   size_t i = 0;
   while (i < text.size()) {
+    // Most texts are ASCII: skip 8 bytes at a time while no high bit is set.
+    uint64_t block = 0;
+    if (i + 8 <= text.size() && (std::memcpy(&block, text.data() + i, 8), (block & 0x8080808080808080ull) == 0)) {
+      i += 8;
+      continue;
+    }
     const uint8_t lead = static_cast<uint8_t>(text[i]);
     int extra = 0;
     uint32_t code = 0;

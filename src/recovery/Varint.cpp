@@ -1,6 +1,10 @@
 #include "recovery/Varint.h"
 
 int ReadVarint(std::string_view bytes, size_t offset, int64_t* value) {
+  if (offset < bytes.size() && static_cast<uint8_t>(bytes[offset]) < 0x80) {
+    *value = static_cast<uint8_t>(bytes[offset]);
+    return 1;
+  }
   uint64_t result = 0;
   for (int i = 0; i < 9; ++i) {
     if (offset + i >= bytes.size()) return 0;
