@@ -3,6 +3,7 @@
 #include "recovery/BtreePage.h"
 #include "recovery/FreeSpace.h"
 #include "recovery/TableTree.h"
+#include "recovery/Varint.h"
 
 PageRows::PageRows(const FileImage& image, const std::vector<TableShape>& tables,
                    const std::unordered_set<uint32_t>& trunkPages)
@@ -56,6 +57,26 @@ void PageRows::Carve(const PageImage& page, size_t start, size_t end, bool freeb
   }
 }
 
+void PageRows::CarveFreedTail(const PageImage& page, size_t start, size_t end, const std::vector<size_t>& candidates,
+                              const std::vector<int64_t>& firstTypes, RowSource source,
+                              std::vector<RecoveredRow>* rows) const {
+  while (end >= start + 4) {
+    size_t offset = end - 4;
+    while (offset > start && offset + ReadUInt16(page.bytes, offset + 2) != end) --offset;
+    if (offset + ReadUInt16(page.bytes, offset + 2) != end) return;
+    std::optional<CarvedRecord> record;
+    for (size_t table : candidates) {
+      record = carvers_[table].FreeblockCell(page.bytes, offset, end, firstTypes);
+      if (record) {
+        Add(page, table, std::move(*record), source, rows);
+        break;
+      }
+    }
+    if (!record) return;
+    end = offset;
+  }
+}
+
 void PageRows::Read(const PageImage& page, const std::vector<size_t>& candidates, bool owned, PageSources sources,
                     std::vector<RecoveredRow>* rows) const {
   const uint32_t usable = image_.Header().UsableSize();
@@ -83,4 +104,5 @@ void PageRows::Read(const PageImage& page, const std::vector<size_t>& candidates
   }
   const FreeRegion gap = UnallocatedGap(*header, usable);
   Carve(page, gap.offset, gap.offset + gap.size, false, candidates, firstTypes, sources.unallocated, rows);
+  CarveFreedTail(page, gap.offset, gap.offset + gap.size, candidates, firstTypes, sources.unallocated, rows);
 }

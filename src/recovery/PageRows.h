@@ -40,6 +40,11 @@ class PageRows {
   // as part of a freeblock), may have lost its first four bytes.
   void Carve(const PageImage& page, size_t start, size_t end, bool freeblock, const std::vector<size_t>& candidates,
              const std::vector<int64_t>& firstTypes, RowSource source, std::vector<RecoveredRow>* rows) const;
+  // Cells freed at the start of the content area join the gap, each with a
+  // freeblock header that says how far it reached: found backwards from the
+  // gap's end, each ending where the next begins.
+  void CarveFreedTail(const PageImage& page, size_t start, size_t end, const std::vector<size_t>& candidates,
+                      const std::vector<int64_t>& firstTypes, RowSource source, std::vector<RecoveredRow>* rows) const;
   std::optional<CarvedRecord> RecordAt(std::string_view page, size_t offset, size_t end, bool damaged, size_t table,
                                        const std::vector<int64_t>& firstTypes) const;
   void Add(const PageImage& page, size_t table, CarvedRecord record, RowSource source,

@@ -85,11 +85,34 @@ class Classifier {
   }
 };
 
+// Tables that deleted sqlite_master records on page 1 still declare and
+// that no live table of that name replaces: their rows may be on free pages.
+std::vector<TableShape> DroppedTables(const FileImage& image, const std::vector<TableShape>& live) {
+  const std::vector<TableShape> master{MasterShape()};
+  const std::unordered_set<uint32_t> noTrunks;
+  const PageRows masterRows(image, master, noTrunks);
+  std::vector<RecoveredRow> records;
+  masterRows.Read(image.Page(1), {0}, false, {RowSource::Live, RowSource::Freeblock, RowSource::Unallocated}, &records);
+  std::vector<TableShape> dropped;
+  for (const RecoveredRow& record : records) {
+    if (record.source == RowSource::Live) continue;
+    std::optional<TableShape> table = DeclaredTable(record.values);
+    if (!table) continue;
+    auto named = [&](const TableShape& other) { return other.name == table->name; };
+    if (std::any_of(live.begin(), live.end(), named) || std::any_of(dropped.begin(), dropped.end(), named)) continue;
+    table->dropped = true;
+    dropped.push_back(std::move(*table));
+  }
+  return dropped;
+}
+
 }  // namespace
 
 RecoveredRows RecoverRows(const FileImage& image) {
   RecoveredRows result;
   result.tables = ReadSchema(image);
+  std::vector<TableShape> dropped = DroppedTables(image, result.tables);
+  result.tables.insert(result.tables.end(), dropped.begin(), dropped.end());
   std::vector<size_t> readable;
   for (size_t t = 0; t < result.tables.size(); ++t) {
     if (!result.tables[t].withoutRowid) readable.push_back(t);
@@ -101,6 +124,7 @@ RecoveredRows RecoverRows(const FileImage& image) {
   std::unordered_map<uint32_t, size_t> owner;
   std::unordered_set<uint32_t> seen;
   for (size_t table : readable) {
+    if (result.tables[table].dropped) continue;
     ForEachTableLeaf(image, result.tables[table].rootPage, &seen, [&](const PageImage& page, const BtreePage&) {
       owner[page.number] = table;
       pageRows.Read(page, {table}, true, {RowSource::Live, RowSource::Freeblock, RowSource::Unallocated}, &found);
@@ -108,9 +132,23 @@ RecoveredRows RecoverRows(const FileImage& image) {
   }
   std::vector<uint32_t> freePages = freelist.trunks;
   freePages.insert(freePages.end(), freelist.leaves.begin(), freelist.leaves.end());
+  // A dropped table's tree still leads from its root to the free pages that
+  // were its leaves: their rows are its own, whatever other table has its shape.
+  const std::unordered_set<uint32_t> free(freePages.begin(), freePages.end());
+  std::unordered_map<uint32_t, size_t> freedFrom;
+  for (size_t table : readable) {
+    if (!result.tables[table].dropped) continue;
+    // The root is the table's even when the freelist overwrote its header.
+    if (free.count(result.tables[table].rootPage) != 0) freedFrom.emplace(result.tables[table].rootPage, table);
+    std::unordered_set<uint32_t> walked;
+    ForEachTableLeaf(image, result.tables[table].rootPage, &walked, [&](const PageImage& page, const BtreePage&) {
+      if (free.count(page.number) != 0) freedFrom.emplace(page.number, table);
+    });
+  }
   for (uint32_t number : freePages) {
-    pageRows.Read(image.Page(number), readable, false, {RowSource::Freelist, RowSource::Freelist, RowSource::Freelist},
-                  &found);
+    const auto known = freedFrom.find(number);
+    pageRows.Read(image.Page(number), known != freedFrom.end() ? std::vector<size_t>{known->second} : readable, false,
+                  {RowSource::Freelist, RowSource::Freelist, RowSource::Freelist}, &found);
   }
   for (const PageImage& page : image.EarlierImages()) {
     const RowSource source = page.file == StoredIn::Journal ? RowSource::Journal : RowSource::Wal;

@@ -22,6 +22,7 @@ struct TableShape {
   std::vector<Column> columns;
   int rowidColumn = -1;  // the INTEGER PRIMARY KEY column, stored as NULL, its value the rowid
   bool withoutRowid = false;
+  bool dropped = false;  // known from a deleted sqlite_master record only: its pages are free
 };
 
 // Columns, declared types, the rowid alias and WITHOUT ROWID from a CREATE

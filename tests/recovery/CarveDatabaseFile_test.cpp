@@ -27,18 +27,12 @@ std::string Text(plist_t node) {
 // integer, a NULL and a blob, written beside its -wal.
 class CarveFile : public ::testing::Test {
  protected:
-  void SetUp() override {
-    path_ = folder_.Path() + "values.db";
-    const yhtest::StoredDatabase stored = yhtest::BuildStoredDatabase(
-        "PRAGMA journal_mode=WAL; PRAGMA wal_autocheckpoint=0;"
-        "CREATE TABLE t (id INTEGER PRIMARY KEY, small INTEGER, huge INTEGER, empty TEXT, data BLOB, r REAL);"
-        "INSERT INTO t VALUES (1, -5, -9223372036854775807, NULL, x'00ff', 2.5), (2, 7, 1, 'x', NULL, 0.5);"
-        "PRAGMA secure_delete=ON; DELETE FROM t WHERE id = 1;");
-    yhtest::WriteFile(path_, stored.database);
-    yhtest::WriteFile(path_ + "-wal", stored.wal);
-  }
-  yhtest::TempDir folder_;
-  std::string path_;
+  const yhtest::StoredDatabaseFile file_{
+      "PRAGMA journal_mode=WAL; PRAGMA wal_autocheckpoint=0;"
+      "CREATE TABLE t (id INTEGER PRIMARY KEY, small INTEGER, huge INTEGER, empty TEXT, data BLOB, r REAL);"
+      "INSERT INTO t VALUES (1, -5, -9223372036854775807, NULL, x'00ff', 2.5), (2, 7, 1, 'x', NULL, 0.5);"
+      "PRAGMA secure_delete=ON; DELETE FROM t WHERE id = 1;"};
+  const std::string path_ = file_.Path();
 };
 
 TEST_F(CarveFile, GivesTheRowsOfTheLogBesideTheFileAsAPlist) {
@@ -68,7 +62,7 @@ TEST_F(CarveFile, GivesTheRowsOfTheLogBesideTheFileAsAPlist) {
 }
 
 TEST_F(CarveFile, NamedLogsAndLiveRows) {
-  Plist withoutLog(CarveDatabaseFile(path_.c_str(), (folder_.Path() + "none").c_str(), nullptr, 1));
+  Plist withoutLog(CarveDatabaseFile(path_.c_str(), (file_.Folder() + "none").c_str(), nullptr, 1));
   ASSERT_TRUE(withoutLog);
   EXPECT_EQ(plist_array_get_size(withoutLog.get()), 0u) << "the main file alone holds no table yet";
   Plist all(CarveDatabaseFile(path_.c_str(), (path_ + "-wal").c_str(), nullptr, 1));

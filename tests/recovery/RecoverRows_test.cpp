@@ -189,3 +189,24 @@ TEST(RecoverRows, ReadsPagesWithReservedBytes) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(RecoverRows, BringsBackTheRowsOfADroppedTableUnderItsOwnName) {
+  // Two tables of one shape: the dropped one's rows stay its own.
+  const StoredDatabase stored = BuildStoredDatabase("CREATE TABLE kept (id INTEGER, v TEXT);"
+                                                    "CREATE TABLE gone (id INTEGER, v TEXT);" +
+                                                    Inserts("kept", 1, 3, "kept") + Inserts("gone", 1, 50, "gone") +
+                                                    "DROP TABLE gone;");
+  const RecoveredRows recovered = Recover(stored);
+  ASSERT_EQ(recovered.tables.size(), 2u);
+  EXPECT_TRUE(recovered.tables[1].dropped);
+  EXPECT_EQ(recovered.tables[1].name, "gone");
+  const std::vector<std::string> gone = Lines(recovered, "gone", RowStatus::Deleted);
+  EXPECT_GE(gone.size(), 45u);
+  for (const std::string& line : gone) EXPECT_NE(line.find("|gone "), std::string::npos) << line;
+  EXPECT_TRUE(Lines(recovered, "kept", RowStatus::Deleted).empty());
+  EXPECT_EQ(Lines(recovered, "kept", RowStatus::Live).size(), 3u);
+}
+
+}  // namespace

@@ -29,4 +29,11 @@ StoredDatabase BuildStoredDatabase(const std::string& sql, int reservedBytes) {
   return stored;
 }
 
+StoredDatabaseFile::StoredDatabaseFile(const std::string& sql) : path_(folder_.Path() + "stored.db") {
+  const StoredDatabase stored = BuildStoredDatabase(sql);
+  WriteFile(path_, stored.database);
+  if (!stored.wal.empty()) WriteFile(path_ + "-wal", stored.wal);
+  if (!stored.journal.empty()) WriteFile(path_ + "-journal", stored.journal);
+}
+
 }  // namespace yhtest

@@ -3,6 +3,8 @@
 
 #include <string>
 
+#include "support/BackupBuilder.h"
+
 namespace yhtest {
 
 // The bytes of a database and of its -wal and -journal files.
@@ -18,6 +20,19 @@ struct StoredDatabase {
 // and remove it. The SQL sets the journal mode it wants; `reservedBytes`
 // leaves that many bytes unused at the end of every page.
 StoredDatabase BuildStoredDatabase(const std::string& sql, int reservedBytes = 0);
+
+// A database built by BuildStoredDatabase, written with its -wal and
+// -journal (those not empty) into a fresh folder, removed with it.
+class StoredDatabaseFile {
+ public:
+  explicit StoredDatabaseFile(const std::string& sql);
+  const std::string& Path() const { return path_; }
+  const std::string& Folder() const { return folder_.Path(); }
+
+ private:
+  TempDir folder_;
+  std::string path_;
+};
 
 }  // namespace yhtest
 

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include "YhRun.h"
-#include "support/BackupBuilder.h"
 #include "support/StoredDatabase.h"
 
 namespace {
@@ -12,16 +11,11 @@ using yhtool::Yh;
 // A database with one live and one deleted row, written to a fresh folder.
 class CarveCommand : public ::testing::Test {
  protected:
-  void SetUp() override {
-    path_ = folder_.Path() + "notes.db";
-    const yhtest::StoredDatabase stored = yhtest::BuildStoredDatabase(
-        "CREATE TABLE note (id INTEGER PRIMARY KEY, body TEXT, data BLOB);"
-        "INSERT INTO note VALUES (1, 'keep me', NULL), (2, 'deleted words', x'cafe'), (3, 'also kept', NULL);"
-        "DELETE FROM note WHERE id = 2;");
-    yhtest::WriteFile(path_, stored.database);
-  }
-  yhtest::TempDir folder_;
-  std::string path_;
+  const yhtest::StoredDatabaseFile file_{
+      "CREATE TABLE note (id INTEGER PRIMARY KEY, body TEXT, data BLOB);"
+      "INSERT INTO note VALUES (1, 'keep me', NULL), (2, 'deleted words', x'cafe'), (3, 'also kept', NULL);"
+      "DELETE FROM note WHERE id = 2;"};
+  const std::string path_ = file_.Path();
 };
 
 TEST_F(CarveCommand, WritesTheDeletedRowsAsJson) {
@@ -48,7 +42,7 @@ TEST_F(CarveCommand, AllAddsTheLiveRowsInEveryFormat) {
 }
 
 TEST_F(CarveCommand, FailsForAMissingFile) {
-  const yhtool::YhResult result = Yh({"carve", folder_.Path() + "missing.db"});
+  const yhtool::YhResult result = Yh({"carve", file_.Folder() + "missing.db"});
   EXPECT_EQ(result.code, 1);
   EXPECT_TRUE(Contains(result.err, "cannot read"));
 }
