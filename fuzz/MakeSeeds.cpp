@@ -14,6 +14,7 @@
 #include "support/BackupBuilder.h"
 #include "support/NoteDocumentWriter.h"
 #include "support/NoteStoreBody.h"
+#include "support/StoredDatabase.h"
 
 namespace {
 
@@ -98,6 +99,26 @@ void NoteDocumentSeeds(Corpus& corpus) {
   }
   corpus.Add(yhtest::NoteDocumentBlob("cut short").substr(0, 20));
   corpus.Add(yhtest::NoteDocument("cut short").substr(0, 12));
+}
+
+// Databases with deleted rows, alone and with their -wal or journal, in
+// the harness's layout: mode byte, split offset, then the files' bytes.
+void CarveSeeds(Corpus& corpus) {
+  const std::string rows =
+      "CREATE TABLE t (id INTEGER PRIMARY KEY, v TEXT, b BLOB);"
+      "INSERT INTO t VALUES (1, 'one', randomblob(1500)), (2, 'two', NULL), (3, 'three', x'00');"
+      "DELETE FROM t WHERE id = 2;";
+  const std::string modes[] = {"", "PRAGMA journal_mode=WAL; PRAGMA wal_autocheckpoint=0;",
+                               "PRAGMA journal_mode=PERSIST;"};
+  for (int mode = 0; mode < 3; ++mode) {
+    const yhtest::StoredDatabase stored =
+        yhtest::BuildStoredDatabase("PRAGMA page_size=512;" + modes[mode] + rows);
+    const uint32_t split = static_cast<uint32_t>(stored.database.size());
+    const std::string log = mode == 1 ? stored.wal : mode == 2 ? stored.journal : "";
+    std::string seed(1, static_cast<char>(mode));
+    for (int i = 0; i < 4; ++i) seed.push_back(static_cast<char>(split >> (8 * i)));
+    corpus.Add(seed + stored.database + log);
+  }
 }
 
 yhfuzz::Value ValueOf(const std::string& literal) {
@@ -201,5 +222,7 @@ int main(int argc, char** argv) {
   NoteDocumentSeeds(noteDocument);
   Corpus rows(out, "Rows");
   RowsSeeds(rows);
+  Corpus carve(out, "Carve");
+  CarveSeeds(carve);
   return 0;
 }

@@ -190,6 +190,21 @@ typedef void (*YHDecryptProgressCallback)(const YHDecryptProgress* progress, voi
 YH_EXPORT int32_t DecryptBackup(const char* backup, const char* out, const char* password,
                                 YHDecryptProgressCallback progress, void* userData);
 
+/* Rows read page by page from any SQLite database file, without opening it
+ * through SQLite: the deleted rows and earlier versions of rows its free
+ * space, its -wal frames and its rollback journal still hold, and with
+ * `includeLive` non-zero the live rows too. `walPath` and `journalPath` may
+ * be NULL: then `path` with "-wal" and "-journal" appended is read when
+ * present. An array of dictionaries, one per row: "table", "source"
+ * ("live", "freelist", "freeblock", "unallocated", "wal", "journal"),
+ * "status" ("live", "deleted", "earlier-version"), "rowid" (when known),
+ * "file" ("database", "wal", "journal") and "offset" (of the cell in that
+ * file), and "values" keyed by column name (a NULL has no key; blobs are
+ * data; a negative integer is a real, or its decimal text below -2^53).
+ * NULL when `path` is no regular file. Free it with plist_free. */
+YH_EXPORT plist_t CarveDatabaseFile(const char* path, const char* walPath, const char* journalPath,
+                                    int32_t includeLive);
+
 #ifdef __cplusplus
 }
 #endif

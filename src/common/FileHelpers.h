@@ -2,6 +2,8 @@
 #define YH_COMMON_FILEHELPERS_H
 
 #include <cstdint>
+#include <optional>
+#include <string>
 
 // Non-zero when stat() finds the path; folders count as existing too.
 int VQIsFileExists(const char* path);
@@ -10,6 +12,9 @@ int VQIsFileExists(const char* path);
 int VQIsRegularFile(const char* path);
 // Size in bytes of what stat() finds at the path; 0 when nothing is there.
 uint64_t VQGetFileSize(const char* path);
+// The bytes of a regular file (a link to one counts); nothing for anything
+// else, so that a named pipe never blocks, or when reading fails.
+std::optional<std::string> ReadRegularFile(const std::string& path);
 // Non-zero on a little-endian host.
 int VQIsLittleEndian();
 

@@ -53,18 +53,6 @@ bool IsHexName(const std::string& name) {
   return true;
 }
 
-std::optional<std::string> ReadWhole(const std::string& path) {
-  if (!VQIsRegularFile(path.c_str())) return std::nullopt;
-  std::unique_ptr<FILE, int (*)(FILE*)> in(platform::OpenStream(path.c_str(), "rb"), std::fclose);
-  if (!in) return std::nullopt;
-  std::string bytes;
-  char chunk[1 << 16];
-  size_t got;
-  while ((got = std::fread(chunk, 1, sizeof chunk, in.get())) > 0) bytes.append(chunk, got);
-  if (std::ferror(in.get())) return std::nullopt;
-  return bytes;
-}
-
 int32_t KeyResult(BackupKeys::Unlock unlock) {
   switch (unlock) {
     case BackupKeys::Unlock::Unlocked: return YHUnlocked;
@@ -225,7 +213,7 @@ int32_t Decryptor::FromManifestDb() {
 }
 
 int32_t Decryptor::FromMbdb() {
-  const std::optional<std::string> index = ReadWhole(backup_ + "Manifest.mbdb");
+  const std::optional<std::string> index = ReadRegularFile(backup_ + "Manifest.mbdb");
   std::optional<std::vector<MbdbEntry>> entries;
   if (index) entries = ReadMbdbEntries(*index);
   if (!entries) return YHNoBackup;

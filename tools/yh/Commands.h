@@ -41,6 +41,14 @@ struct DecryptOptions {
   bool classic = false;  // the described service instead of the current one
 };
 
+struct CarveOptions {
+  std::string database;
+  std::string wal;      // "" for the -wal beside the database, when present
+  std::string journal;  // "" for the -journal beside the database, when present
+  Format format = Format::Json;
+  bool all = false;  // the live rows too
+};
+
 // yh report takes what yh export takes.
 using ReportOptions = ExportOptions;
 
@@ -51,6 +59,7 @@ int RunShow(const ShowOptions& options, std::ostream& out);
 int RunExport(const ExportOptions& options, std::ostream& out);
 int RunDecrypt(const DecryptOptions& options, std::ostream& out);
 int RunReport(const ReportOptions& options, std::ostream& out);
+int RunCarve(const CarveOptions& options, std::ostream& out);
 
 }  // namespace yh
 

@@ -91,6 +91,8 @@ int main(int argc, char** argv) {
   const std::map<std::string, Format> listFormats{{"table", Format::Table}, {"json", Format::Json}};
   const std::map<std::string, Format> showFormats{
       {"json", Format::Json}, {"xml", Format::Xml}, {"csv", Format::Csv}, {"table", Format::Table}};
+  const std::map<std::string, Format> carveFormats{
+      {"json", Format::Json}, {"csv", Format::Csv}, {"table", Format::Table}};
 
   yh::ListOptions list;
   CLI::App* listCommand = app.add_subcommand(
@@ -133,6 +135,18 @@ int main(int argc, char** argv) {
       "report", "Write an HTML report to browse from disk: conversations, photos and tables of every kind");
   AddWriteOptions(*reportCommand, report, "Folder to write into: new or empty; open its index.html");
 
+  yh::CarveOptions carve;
+  CLI::App* carveCommand = app.add_subcommand(
+      "carve", "Bring back the deleted rows and earlier versions of rows of any SQLite file, reading its pages");
+  carveCommand->add_option("FILE", carve.database, "The database file (never opened through SQLite)")->required();
+  carveCommand->add_option("--wal", carve.wal, "Its -wal file (default: FILE-wal when present)")->type_name("FILE");
+  carveCommand->add_option("--journal", carve.journal, "Its rollback journal (default: FILE-journal when present)")
+      ->type_name("FILE");
+  carveCommand->add_option("--format", carve.format, "json (default), csv or table")
+      ->transform(FormatCheck(carveFormats, "json, csv, table"))
+      ->type_name("FORMAT");
+  carveCommand->add_flag("--all", carve.all, "The live rows too");
+
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -144,6 +158,7 @@ int main(int argc, char** argv) {
     if (*showCommand) return yh::RunShow(show, std::cout);
     if (*decryptCommand) return yh::RunDecrypt(decrypt, std::cout);
     if (*reportCommand) return yh::RunReport(report, std::cout);
+    if (*carveCommand) return yh::RunCarve(carve, std::cout);
     return yh::RunExport(exported, std::cout);
   } catch (const std::exception& error) {
     std::cout.flush();

@@ -1,0 +1,189 @@
+#include "recovery/Carver.h"
+
+#include <algorithm>
+
+#include "recovery/Payload.h"
+#include "recovery/Record.h"
+#include "recovery/Varint.h"
+
+namespace {
+
+int VarintLength(int64_t value) {
+  int length = 1;
+  for (uint64_t rest = static_cast<uint64_t>(value) >> 7; rest != 0 && length < 9; rest >>= 7) ++length;
+  return length;
+}
+
+int TypesLength(const std::vector<int64_t>& types) {
+  int total = 0;
+  for (int64_t type : types) total += VarintLength(type);
+  return total;
+}
+
+// The 4 bytes of a freeblock's own header.
+const size_t kFreeblockHeader = 4;
+// Bytes a freed cell can leave unclaimed at its end: SQLite merges a
+// fragment of up to 3 bytes into the freeblock.
+const size_t kMaxFragment = 3;
+// Longest payload-length and rowid varints before a record header that a
+// carved freeblock cell is looked for after.
+const size_t kMaxPrefix = 9;
+
+}  // namespace
+
+Carver::Carver(const FileImage& image, const TableShape& table, const std::unordered_set<uint32_t>& trunkPages)
+    : image_(image), table_(table), trunkPages_(trunkPages) {
+  for (const Column& column : table.columns) affinities_.push_back(AffinityOf(column.declaredType));
+}
+
+bool Carver::TypeFits(size_t column, int64_t type) const {
+  if (static_cast<int>(column) == table_.rowidColumn) return type == 0;
+  if (type == 0) return true;
+  switch (affinities_[column]) {
+    case Affinity::Integer:
+    case Affinity::Real:
+    case Affinity::Numeric:
+      return type <= 9;
+    case Affinity::Text:
+      return type >= 13 && type % 2 == 1;
+    case Affinity::Blob:
+      return true;
+  }
+  return false;
+}
+
+bool Carver::Fits(const std::vector<int64_t>& types) const {
+  if (types.size() != table_.columns.size()) return false;
+  for (size_t i = 0; i < types.size(); ++i) {
+    if (!TypeFits(i, types[i])) return false;
+  }
+  return true;
+}
+
+std::optional<CarvedRecord> Carver::Assemble(std::string_view page, size_t cellStart, size_t payloadStart, size_t limit,
+                                             const std::vector<int64_t>& types) const {
+  if (!Fits(types)) return std::nullopt;
+  const int64_t headerLength = 1 + TypesLength(types);
+  const int64_t body = BodyLength(types);
+  if (headerLength > 127 || body < 0) return std::nullopt;
+  std::string storage;
+  std::string_view payload;
+  CarvedRecord record;
+  if (!ReadPayload(image_, page, payloadStart, limit, headerLength + body, &storage, &payload, &record.end,
+                   &trunkPages_)) {
+    return std::nullopt;
+  }
+  if (!DecodeBody(payload.substr(headerLength), types, image_.Header().encoding, &record.values)) {
+    return std::nullopt;
+  }
+  // Zeroed bytes decode as NULLs: a record of nothing but NULLs is no evidence of a row.
+  bool allNull = true;
+  for (const SqlValue& value : record.values) {
+    if (value.kind == SqlValue::Kind::Text && value.bytes.find('\0') != std::string::npos) return std::nullopt;
+    allNull = allNull && value.kind == SqlValue::Kind::Null;
+  }
+  if (allNull) return std::nullopt;
+  record.offset = cellStart;
+  return record;
+}
+
+std::optional<CarvedRecord> Carver::CellAt(std::string_view page, size_t offset, size_t limit) const {
+  limit = std::min(limit, page.size());
+  const std::string_view region = page.substr(0, limit);
+  int64_t payloadSize = 0;
+  int64_t rowid = 0;
+  int64_t headerLength = 0;
+  const int sizeLength = ReadVarint(region, offset, &payloadSize);
+  if (sizeLength == 0) return std::nullopt;
+  const int rowidLength = ReadVarint(region, offset + sizeLength, &rowid);
+  if (rowidLength == 0 || rowid <= 0) return std::nullopt;
+  const size_t payloadStart = offset + sizeLength + rowidLength;
+  const int headerLengthLength = ReadVarint(region, payloadStart, &headerLength);
+  // One byte of header length, then at least one byte per column's type.
+  const int64_t columns = static_cast<int64_t>(table_.columns.size());
+  if (headerLengthLength != 1 || headerLength < 1 + columns || headerLength > 1 + 9 * columns ||
+      payloadSize < headerLength) {
+    return std::nullopt;
+  }
+  std::vector<int64_t> types;
+  size_t typesEnd = 0;
+  if (!ReadSerialTypes(region, payloadStart + 1, table_.columns.size(), &types, &typesEnd)) return std::nullopt;
+  if (static_cast<int64_t>(typesEnd - payloadStart) != headerLength) return std::nullopt;
+  if (headerLength + BodyLength(types) != payloadSize || BodyLength(types) < 0) return std::nullopt;
+  std::optional<CarvedRecord> record = Assemble(page, offset, payloadStart, limit, types);
+  if (record) record->rowid = rowid;
+  return record;
+}
+
+std::vector<int64_t> Carver::TypesOfLength(size_t column, int64_t length, const std::vector<int64_t>& seen) const {
+  std::vector<int64_t> candidates;
+  if (length == 0) {
+    // NULL, 0 and 1 take no bytes: the intact records say which is usual.
+    candidates = seen;
+    for (int64_t type : {0, 8, 9}) candidates.push_back(type);
+    candidates.erase(std::remove_if(candidates.begin(), candidates.end(),
+                                    [](int64_t type) { return SerialTypeLength(type) != 0; }),
+                     candidates.end());
+  } else {
+    for (int64_t type = 1; type <= 7; ++type) {
+      if (SerialTypeLength(type) == length) candidates.push_back(type);
+    }
+    candidates.push_back(12 + 2 * length);
+    candidates.push_back(13 + 2 * length);
+  }
+  candidates.erase(std::remove_if(candidates.begin(), candidates.end(),
+                                  [&](int64_t type) { return !TypeFits(column, type) || VarintLength(type) != 1; }),
+                   candidates.end());
+  return candidates;
+}
+
+std::optional<CarvedRecord> Carver::FreeblockCell(std::string_view page, size_t offset, size_t limit,
+                                                  const std::vector<int64_t>& firstTypes) const {
+  limit = std::min(limit, page.size());
+  const size_t columns = table_.columns.size();
+  if (columns == 0 || offset + kFreeblockHeader >= limit) return std::nullopt;
+  const std::string_view region = page.substr(0, limit);
+  const size_t typesStart = offset + kFreeblockHeader;
+  auto fillsBlock = [&](const CarvedRecord& record) { return record.end + kMaxFragment >= limit; };
+
+  // Payload length, rowid and header length took three bytes, the first
+  // serial type the fourth: the rest of the types follow.
+  std::vector<int64_t> rest;
+  size_t restEnd = 0;
+  const bool restRead = ReadSerialTypes(region, typesStart, columns - 1, &rest, &restEnd) && BodyLength(rest) >= 0;
+  auto withFirst = [&](int64_t first) {
+    std::vector<int64_t> types{first};
+    types.insert(types.end(), rest.begin(), rest.end());
+    return Assemble(page, offset, offset + 2, limit, types);
+  };
+  if (restRead) {
+    const int64_t known = static_cast<int64_t>(restEnd - offset) + BodyLength(rest);
+    for (size_t fragment = 0; fragment <= kMaxFragment; ++fragment) {
+      const int64_t length = static_cast<int64_t>(limit - offset - fragment) - known;
+      if (length < 0) break;
+      for (int64_t first : TypesOfLength(0, length, firstTypes)) {
+        std::optional<CarvedRecord> record = withFirst(first);
+        if (record && fillsBlock(*record)) return record;
+      }
+    }
+  }
+  // Longer payload-length or rowid varints: every serial type survives, the
+  // header length byte just before them (overwritten when they start at once).
+  for (size_t start = typesStart; start <= typesStart + kMaxPrefix && start < limit; ++start) {
+    std::vector<int64_t> types;
+    size_t typesEnd = 0;
+    if (!ReadSerialTypes(region, start, columns, &types, &typesEnd)) continue;
+    const bool lengthSeen = start > typesStart && static_cast<uint8_t>(region[start - 1]) == typesEnd - start + 1;
+    if (start > typesStart && !lengthSeen) continue;
+    std::optional<CarvedRecord> record = Assemble(page, offset, start - 1, limit, types);
+    if (record && (lengthSeen || fillsBlock(*record))) return record;
+  }
+  // The block holds more than this cell: the intact records say the first type.
+  if (restRead) {
+    for (int64_t first : firstTypes) {
+      if (!TypeFits(0, first) || VarintLength(first) != 1) continue;
+      if (std::optional<CarvedRecord> record = withFirst(first)) return record;
+    }
+  }
+  return std::nullopt;
+}

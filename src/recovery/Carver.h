@@ -1,0 +1,64 @@
+#ifndef YH_RECOVERY_CARVER_H
+#define YH_RECOVERY_CARVER_H
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+#include "recovery/FileImage.h"
+#include "recovery/SqlValue.h"
+#include "recovery/TableShape.h"
+
+// A record rebuilt from bytes no b-tree points to.
+struct CarvedRecord {
+  std::optional<int64_t> rowid;  // unknown when its bytes were overwritten
+  SqlValues values;
+  size_t offset = 0;  // where the cell began on its page
+  size_t end = 0;     // after its local part
+};
+
+// Rebuilds records of one table from free bytes. A record is returned only
+// when all of it decodes consistently with the table: one serial type per
+// column, each allowed by the column's declared type, lengths inside the
+// region (or its overflow chain), texts valid in the database's encoding
+// and free of zero bytes, and not every value NULL.
+class Carver {
+ public:
+  // Overflow chains through `trunkPages` (freelist trunks, whose first
+  // bytes were overwritten) are damaged.
+  Carver(const FileImage& image, const TableShape& table, const std::unordered_set<uint32_t>& trunkPages);
+
+  // A whole cell (payload length, rowid, record) at page[offset], ending by `limit`.
+  std::optional<CarvedRecord> CellAt(std::string_view page, size_t offset, size_t limit) const;
+
+  // A cell whose first four bytes a freeblock's header (next pointer and
+  // size) overwrote: the cell's payload length, rowid, header length and,
+  // for short cells, the first serial type. That type is rebuilt from the
+  // room left to `limit` (a cell freed alone fills its block but for a
+  // fragment of up to 3 bytes) and the column's declared type, or else from
+  // `firstTypes`, the first column's serial types in intact records of the
+  // same table.
+  std::optional<CarvedRecord> FreeblockCell(std::string_view page, size_t offset, size_t limit,
+                                            const std::vector<int64_t>& firstTypes) const;
+
+  // Whether the serial types fit the table's columns.
+  bool Fits(const std::vector<int64_t>& types) const;
+
+ private:
+  const FileImage& image_;
+  const TableShape& table_;
+  const std::unordered_set<uint32_t>& trunkPages_;
+  std::vector<Affinity> affinities_;
+
+  bool TypeFits(size_t column, int64_t type) const;
+  // The record whose payload starts at payloadStart with these serial types
+  // (its header length taking one byte), through its overflow chain.
+  std::optional<CarvedRecord> Assemble(std::string_view page, size_t cellStart, size_t payloadStart, size_t limit,
+                                       const std::vector<int64_t>& types) const;
+  // Serial types of a value of `length` bytes the column allows.
+  std::vector<int64_t> TypesOfLength(size_t column, int64_t length, const std::vector<int64_t>& seen) const;
+};
+
+#endif

@@ -1,0 +1,108 @@
+#include "recovery/PageRows.h"
+
+#include "recovery/BtreePage.h"
+#include "recovery/FreeSpace.h"
+#include "recovery/TableTree.h"
+#include "recovery/Varint.h"
+
+PageRows::PageRows(const FileImage& image, const std::vector<TableShape>& tables,
+                   const std::unordered_set<uint32_t>& trunkPages)
+    : image_(image), tables_(tables) {
+  carvers_.reserve(tables.size());
+  for (const TableShape& table : tables) carvers_.emplace_back(image, table, trunkPages);
+}
+
+void PageRows::Add(const PageImage& page, size_t table, CarvedRecord record, RowSource source,
+                   std::vector<RecoveredRow>* rows) const {
+  RecoveredRow row;
+  row.table = table;
+  row.rowid = record.rowid;
+  row.values = std::move(record.values);
+  row.values.resize(tables_[table].columns.size());
+  const int alias = tables_[table].rowidColumn;
+  if (alias >= 0 && row.rowid && row.values[alias].kind == SqlValue::Kind::Null) {
+    row.values[alias].kind = SqlValue::Kind::Integer;
+    row.values[alias].integer = *row.rowid;
+  }
+  row.source = source;
+  row.file = page.file;
+  row.offset = page.fileOffset + record.offset;
+  rows->push_back(std::move(row));
+}
+
+std::optional<CarvedRecord> PageRows::RecordAt(std::string_view page, size_t offset, size_t end, bool damaged,
+                                               size_t table, const std::vector<int64_t>& firstTypes) const {
+  std::optional<CarvedRecord> record = carvers_[table].CellAt(page, offset, end);
+  if (!record && damaged) record = carvers_[table].FreeblockCell(page, offset, end, firstTypes);
+  return record;
+}
+
+void PageRows::Carve(const PageImage& page, size_t start, size_t end, bool freeblock,
+                     const std::vector<size_t>& candidates, const std::vector<int64_t>& firstTypes, RowSource source,
+                     std::vector<RecoveredRow>* rows) const {
+  size_t offset = start;
+  bool damaged = freeblock;
+  while (offset < end) {
+    std::optional<CarvedRecord> record;
+    for (size_t table : candidates) {
+      record = RecordAt(page.bytes, offset, end, damaged, table, firstTypes);
+      if (record) {
+        offset = record->end;
+        Add(page, table, std::move(*record), source, rows);
+        break;
+      }
+    }
+    damaged = record.has_value();
+    if (!record) ++offset;
+  }
+}
+
+void PageRows::CarveFreedTail(const PageImage& page, size_t start, size_t end, const std::vector<size_t>& candidates,
+                              const std::vector<int64_t>& firstTypes, RowSource source,
+                              std::vector<RecoveredRow>* rows) const {
+  while (end >= start + 4) {
+    size_t offset = end - 4;
+    while (offset > start && offset + ReadUInt16(page.bytes, offset + 2) != end) --offset;
+    if (offset + ReadUInt16(page.bytes, offset + 2) != end) return;
+    std::optional<CarvedRecord> record;
+    for (size_t table : candidates) {
+      record = carvers_[table].FreeblockCell(page.bytes, offset, end, firstTypes);
+      if (record) {
+        Add(page, table, std::move(*record), source, rows);
+        break;
+      }
+    }
+    if (!record) return;
+    end = offset;
+  }
+}
+
+void PageRows::Read(const PageImage& page, const std::vector<size_t>& candidates, bool owned, PageSources sources,
+                    std::vector<RecoveredRow>* rows) const {
+  const uint32_t usable = image_.Header().UsableSize();
+  if (page.bytes.size() < usable) return;
+  const std::optional<BtreePage> header = ReadBtreePage(page.bytes, page.number, usable);
+  if (!header || header->type != BtreePage::TableLeaf) {
+    Carve(page, 0, usable, false, candidates, {}, sources.freeblocks, rows);
+    return;
+  }
+  std::vector<int64_t> firstTypes;
+  for (uint32_t offset : CellOffsets(page.bytes, *header, usable)) {
+    std::optional<TableCell> cell = ReadTableCell(image_, page.bytes, offset, usable);
+    if (!cell) continue;
+    for (size_t table : candidates) {
+      if (!owned && !carvers_[table].Fits(cell->types)) continue;
+      if (!cell->types.empty()) firstTypes.push_back(cell->types[0]);
+      Add(page, table, CarvedRecord{cell->rowid, std::move(cell->values), offset, cell->end}, sources.cells, rows);
+      break;
+    }
+  }
+  // The first column's types in intact cells hint only for the page's own table.
+  if (candidates.size() != 1) firstTypes.clear();
+  for (const FreeRegion& block : Freeblocks(page.bytes, *header, usable)) {
+    Carve(page, block.offset, block.offset + block.size, true, candidates, firstTypes, sources.freeblocks, rows);
+  }
+  const FreeRegion gap = UnallocatedGap(*header, usable);
+  Carve(page, gap.offset, gap.offset + gap.size, false, candidates, firstTypes, sources.unallocated, rows);
+  CarveFreedTail(page, gap.offset, gap.offset + gap.size, candidates, firstTypes, sources.unallocated, rows);
+}

@@ -1,0 +1,54 @@
+#ifndef YH_RECOVERY_PAGEROWS_H
+#define YH_RECOVERY_PAGEROWS_H
+
+#include <unordered_set>
+#include <vector>
+
+#include "recovery/Carver.h"
+#include "recovery/FileImage.h"
+#include "recovery/RecoveredRow.h"
+
+// What the rows of one page image are labelled with, by where on the page
+// they were found.
+struct PageSources {
+  RowSource cells;
+  RowSource freeblocks;
+  RowSource unallocated;
+};
+
+// Reads the rows of single page images: the cells of a table leaf page, and
+// records carved from its freeblocks and unallocated gap, or from the whole
+// page when it is no b-tree page (a freelist trunk, a page overwritten in part).
+class PageRows {
+ public:
+  PageRows(const FileImage& image, const std::vector<TableShape>& tables,
+           const std::unordered_set<uint32_t>& trunkPages);
+
+  // Rows of `page` for the candidate tables (indexes into the tables). A
+  // page of one known table (`owned`) gives its cells whatever their shape;
+  // otherwise a cell or carved record goes to the first candidate it fits.
+  void Read(const PageImage& page, const std::vector<size_t>& candidates, bool owned, PageSources sources,
+            std::vector<RecoveredRow>* rows) const;
+
+ private:
+  const FileImage& image_;
+  const std::vector<TableShape>& tables_;
+  std::vector<Carver> carvers_;
+
+  // Records in page[start, end). A freeblock's first cell, and any cell
+  // right after a record (freed next to it, or moved out of the content area
+  // as part of a freeblock), may have lost its first four bytes.
+  void Carve(const PageImage& page, size_t start, size_t end, bool freeblock, const std::vector<size_t>& candidates,
+             const std::vector<int64_t>& firstTypes, RowSource source, std::vector<RecoveredRow>* rows) const;
+  // Cells freed at the start of the content area join the gap, each with a
+  // freeblock header that says how far it reached: found backwards from the
+  // gap's end, each ending where the next begins.
+  void CarveFreedTail(const PageImage& page, size_t start, size_t end, const std::vector<size_t>& candidates,
+                      const std::vector<int64_t>& firstTypes, RowSource source, std::vector<RecoveredRow>* rows) const;
+  std::optional<CarvedRecord> RecordAt(std::string_view page, size_t offset, size_t end, bool damaged, size_t table,
+                                       const std::vector<int64_t>& firstTypes) const;
+  void Add(const PageImage& page, size_t table, CarvedRecord record, RowSource source,
+           std::vector<RecoveredRow>* rows) const;
+};
+
+#endif

@@ -1,0 +1,15 @@
+#ifndef YH_RECOVERY_ROWSPLIST_H
+#define YH_RECOVERY_ROWSPLIST_H
+
+#include <plist/plist.h>
+
+#include "recovery/RecoveredRow.h"
+
+// The rows as a plist array of dictionaries: table, source, status, file,
+// offset, rowid (when known) and values keyed by column name. A NULL value
+// has no key (a property list has no null); a negative integer is a real
+// when exactly one, else its decimal text (libplist 2.2 holds no signed
+// integer); a blob is data. `withLive` keeps the live rows too.
+plist_t RowsPlist(const RecoveredRows& recovered, bool withLive);
+
+#endif
