@@ -41,6 +41,9 @@ bool MakePrivateFolder(const std::string& path);
 // A new folder private to the user inside `parent`, named `prefix` and a
 // unique tail; its path ends in "/", empty when none could be made.
 std::string MakeUniqueFolder(const std::string& parent, const std::string& prefix);
+// Whether `path` names a place without a current folder: "/..." on POSIX
+// systems; "C:/...", "C:\\..." or "\\\\server\\..." on Windows.
+bool IsAbsolutePath(const std::string& path);
 // The system's folder for temporary files, ending in "/".
 std::string TemporaryFolder();
 // Removes a file, or a folder with everything below it; links are removed,

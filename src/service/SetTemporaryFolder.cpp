@@ -1,8 +1,9 @@
 #include "libYH.h"
+#include "platform/FileSystem.h"
 #include "session/BackupSession.h"
 
 int32_t SetTemporaryFolder(BackupDevice* device, const char* folder) {
-  if (!device || !folder || folder[0] != '/' || !BackupTypeOf(device)) return 0;
+  if (!device || !folder || !platform::IsAbsolutePath(folder) || !BackupTypeOf(device)) return 0;
   SessionFor(device).SetTemporaryRoot(folder);
   return 1;
 }

@@ -75,6 +75,8 @@ std::string MakeUniqueFolder(const std::string& parent, const std::string& prefi
   return mkdtemp(pattern.data()) ? pattern + "/" : std::string();
 }
 
+bool IsAbsolutePath(const std::string& path) { return !path.empty() && path[0] == '/'; }
+
 std::string TemporaryFolder() {
   const char* tmp = std::getenv("TMPDIR");
   std::string root = tmp && tmp[0] == '/' ? tmp : "/tmp";

@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <windows.h>
 
+#include <cctype>
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
@@ -128,6 +129,14 @@ std::string MakeUniqueFolder(const std::string& parent, const std::string& prefi
     if (GetLastError() != ERROR_ALREADY_EXISTS) return std::string();
   }
   return std::string();
+}
+
+bool IsAbsolutePath(const std::string& path) {
+  const auto separator = [](char c) { return c == '/' || c == '\\'; };
+  if (path.size() >= 3 && std::isalpha(static_cast<unsigned char>(path[0])) && path[1] == ':' && separator(path[2])) {
+    return true;
+  }
+  return path.size() >= 2 && separator(path[0]) && separator(path[1]);
 }
 
 std::string TemporaryFolder() {

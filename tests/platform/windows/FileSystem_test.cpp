@@ -1,0 +1,36 @@
+#include "platform/FileSystem.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+
+TEST(FileSystem, AnAbsolutePathStartsAtADriveOrAShare) {
+  EXPECT_TRUE(platform::IsAbsolutePath("C:/Users"));
+  EXPECT_TRUE(platform::IsAbsolutePath("d:\\backups"));
+  EXPECT_TRUE(platform::IsAbsolutePath("\\\\server\\share"));
+  EXPECT_FALSE(platform::IsAbsolutePath("C:Users"));
+  EXPECT_FALSE(platform::IsAbsolutePath("/tmp"));
+  EXPECT_FALSE(platform::IsAbsolutePath("backups"));
+  EXPECT_FALSE(platform::IsAbsolutePath(""));
+}
+
+TEST(FileSystem, ANonAsciiNameIsKeptAsUtf8) {
+  const std::string folder = platform::MakeUniqueFolder(platform::TemporaryFolder(), "yh-");
+  ASSERT_FALSE(folder.empty());
+  const std::string name = folder + "B\xc3\xa4" "ckup.txt";
+  const int fd = platform::CreatePrivateFile(name);
+  ASSERT_GE(fd, 0);
+  ASSERT_TRUE(platform::WriteAll(fd, "x", 1));
+  ASSERT_TRUE(platform::CloseFile(fd));
+  EXPECT_EQ(platform::ListFolder(folder), std::vector<std::string>{"B\xc3\xa4" "ckup.txt"});
+  platform::PathInfo info;
+  ASSERT_TRUE(platform::Stat(name, &info));
+  EXPECT_EQ(info.size, 1u);
+  platform::RemoveTree(folder);
+  EXPECT_FALSE(platform::Stat(folder));
+}
+
+}  // namespace
