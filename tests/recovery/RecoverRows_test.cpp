@@ -239,3 +239,20 @@ TEST(RecoverRows, BringsBackRowsFromTheFreelistOfAnIncrementalVacuumDatabase) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(RecoverRows, ListsWithoutRowidTablesAndReadsNoRowOfThem) {
+  std::string sql = "CREATE TABLE pairs (k TEXT PRIMARY KEY, v INTEGER) WITHOUT ROWID;"
+                    "CREATE TABLE t (id INTEGER, v TEXT);";
+  for (int i = 0; i < 100; ++i) sql += "INSERT INTO pairs VALUES ('key " + std::to_string(i) + "', " + std::to_string(i) + ");";
+  sql += Inserts("t", 1, 20, "row") + "DELETE FROM pairs WHERE v < 50; DELETE FROM t WHERE id = 3;";
+  const RecoveredRows recovered = Recover(BuildStoredDatabase(sql));
+  ASSERT_EQ(recovered.tables.size(), 2u);
+  EXPECT_TRUE(recovered.tables[0].withoutRowid);
+  for (const RecoveredRow& row : recovered.rows) EXPECT_NE(row.table, 0u);
+  EXPECT_EQ(Lines(recovered, "t", RowStatus::Live).size(), 19u);
+  EXPECT_EQ(Lines(recovered, "t", RowStatus::Deleted), (std::vector<std::string>{"3|row 3"}));
+}
+
+}  // namespace
