@@ -256,3 +256,26 @@ TEST(RecoverRows, ListsWithoutRowidTablesAndReadsNoRowOfThem) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(RecoverRows, BringsBackRowsOfAPageWhoseEveryCellWasDeleted) {
+  // Deleted one by one, out of order: each freed cell got a freeblock
+  // header, then the emptied page forgot its freeblocks.
+  std::string sql = "CREATE TABLE t (id INTEGER, name TEXT, score REAL);";
+  for (int id : {1, 2, 3, 4, 5, 6, 7, 8}) {
+    sql += "INSERT INTO t VALUES (" + std::to_string(id) + ", 'name " + std::to_string(id) + "', " +
+           std::to_string(id) + ".5);";
+  }
+  for (int id : {4, 7, 2, 8, 1, 5, 3, 6}) sql += "DELETE FROM t WHERE id = " + std::to_string(id) + ";";
+  const RecoveredRows recovered = Recover(BuildStoredDatabase(sql));
+  EXPECT_TRUE(Lines(recovered, "t", RowStatus::Live).empty());
+  const std::vector<std::string> deleted = Lines(recovered, "t", RowStatus::Deleted);
+  EXPECT_GE(deleted.size(), 4u);
+  for (const std::string& line : deleted) {
+    const std::string id = line.substr(0, line.find('|'));
+    EXPECT_EQ(line, id + "|name " + id + "|" + id + ".500000");
+  }
+}
+
+}  // namespace
