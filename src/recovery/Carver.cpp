@@ -65,7 +65,8 @@ std::optional<CarvedRecord> Carver::Assemble(std::string_view page, size_t cellS
   if (!Fits(types)) return std::nullopt;
   const int64_t headerLength = 1 + TypesLength(types);
   const int64_t body = BodyLength(types);
-  if (headerLength > 127 || body < 0) return std::nullopt;
+  // A body of no bytes (only NULLs, 0s and 1s) is no evidence of a row: zeroed bytes decode so.
+  if (headerLength > 127 || body <= 0) return std::nullopt;
   std::string storage;
   std::string_view payload;
   CarvedRecord record;
@@ -76,13 +77,9 @@ std::optional<CarvedRecord> Carver::Assemble(std::string_view page, size_t cellS
   if (!DecodeBody(payload.substr(headerLength), types, image_.Header().encoding, &record.values)) {
     return std::nullopt;
   }
-  // Zeroed bytes decode as NULLs: a record of nothing but NULLs is no evidence of a row.
-  bool allNull = true;
   for (const SqlValue& value : record.values) {
     if (value.kind == SqlValue::Kind::Text && value.bytes.find('\0') != std::string::npos) return std::nullopt;
-    allNull = allNull && value.kind == SqlValue::Kind::Null;
   }
-  if (allNull) return std::nullopt;
   record.offset = cellStart;
   return record;
 }

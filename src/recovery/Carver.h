@@ -23,7 +23,7 @@ struct CarvedRecord {
 // when all of it decodes consistently with the table: one serial type per
 // column, each allowed by the column's declared type, lengths inside the
 // region (or its overflow chain), texts valid in the database's encoding
-// and free of zero bytes, and not every value NULL.
+// and free of zero bytes, and a body of at least one byte.
 class Carver {
  public:
   // Overflow chains through `trunkPages` (freelist trunks, whose first

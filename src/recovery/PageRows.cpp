@@ -77,6 +77,24 @@ void PageRows::CarveFreedTail(const PageImage& page, size_t start, size_t end, c
   }
 }
 
+void PageRows::CarveEmptiedPage(const PageImage& page, size_t start, size_t end, const std::vector<size_t>& candidates,
+                                RowSource source, std::vector<RecoveredRow>* rows) const {
+  for (size_t offset = start; offset + 4 <= end;) {
+    const size_t size = ReadUInt16(page.bytes, offset + 2);
+    std::optional<CarvedRecord> record;
+    if (size > 4 && offset + size <= end) {
+      for (size_t table : candidates) {
+        record = carvers_[table].FreeblockCell(page.bytes, offset, offset + size, {});
+        if (record) {
+          Add(page, table, std::move(*record), source, rows);
+          break;
+        }
+      }
+    }
+    offset = record ? record->end : offset + 1;
+  }
+}
+
 void PageRows::Read(const PageImage& page, const std::vector<size_t>& candidates, bool owned, PageSources sources,
                     std::vector<RecoveredRow>* rows) const {
   const uint32_t usable = image_.Header().UsableSize();
@@ -105,4 +123,5 @@ void PageRows::Read(const PageImage& page, const std::vector<size_t>& candidates
   const FreeRegion gap = UnallocatedGap(*header, usable);
   Carve(page, gap.offset, gap.offset + gap.size, false, candidates, firstTypes, sources.unallocated, rows);
   CarveFreedTail(page, gap.offset, gap.offset + gap.size, candidates, firstTypes, sources.unallocated, rows);
+  if (header->cellCount == 0) CarveEmptiedPage(page, gap.offset, gap.offset + gap.size, candidates, sources.unallocated, rows);
 }

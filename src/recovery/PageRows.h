@@ -45,6 +45,11 @@ class PageRows {
   // gap's end, each ending where the next begins.
   void CarveFreedTail(const PageImage& page, size_t start, size_t end, const std::vector<size_t>& candidates,
                       const std::vector<int64_t>& firstTypes, RowSource source, std::vector<RecoveredRow>* rows) const;
+  // A page whose every cell was deleted: its gap holds the freed cells, each
+  // behind the freeblock header (next pointer, size) it got when freed;
+  // the cells that fill the block they name are carved.
+  void CarveEmptiedPage(const PageImage& page, size_t start, size_t end, const std::vector<size_t>& candidates,
+                        RowSource source, std::vector<RecoveredRow>* rows) const;
   std::optional<CarvedRecord> RecordAt(std::string_view page, size_t offset, size_t end, bool damaged, size_t table,
                                        const std::vector<int64_t>& firstTypes) const;
   void Add(const PageImage& page, size_t table, CarvedRecord record, RowSource source,

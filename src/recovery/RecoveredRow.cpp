@@ -1,43 +1,17 @@
 #include "recovery/RecoveredRow.h"
 
+// Each enumeration's names in the order of its values.
 const char* RowSourceName(RowSource source) {
-  switch (source) {
-    case RowSource::Live:
-      return "live";
-    case RowSource::Freelist:
-      return "freelist";
-    case RowSource::Freeblock:
-      return "freeblock";
-    case RowSource::Unallocated:
-      return "unallocated";
-    case RowSource::Wal:
-      return "wal";
-    case RowSource::Journal:
-      return "journal";
-  }
-  return "";
+  static const char* const kNames[] = {"live", "freelist", "freeblock", "unallocated", "wal", "journal"};
+  return kNames[static_cast<int>(source)];
 }
 
 const char* RowStatusName(RowStatus status) {
-  switch (status) {
-    case RowStatus::Live:
-      return "live";
-    case RowStatus::Deleted:
-      return "deleted";
-    case RowStatus::EarlierVersion:
-      return "earlier-version";
-  }
-  return "";
+  static const char* const kNames[] = {"live", "deleted", "earlier-version"};
+  return kNames[static_cast<int>(status)];
 }
 
 const char* StoredInName(StoredIn file) {
-  switch (file) {
-    case StoredIn::Database:
-      return "database";
-    case StoredIn::Wal:
-      return "wal";
-    case StoredIn::Journal:
-      return "journal";
-  }
-  return "";
+  static const char* const kNames[] = {"database", "wal", "journal"};
+  return kNames[static_cast<int>(file)];
 }

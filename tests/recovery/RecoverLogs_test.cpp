@@ -71,7 +71,8 @@ TEST(RecoverLogs, ReadsMainFilePagesThatTheWalReplaces) {
                                                     "INSERT INTO t VALUES (1, 'checkpointed');"
                                                     "PRAGMA wal_checkpoint(TRUNCATE); PRAGMA secure_delete=ON;"
                                                     "DELETE FROM t;");
-  const RecoveredRow* row = RowWithText(Recover(stored), "checkpointed");
+  const RecoveredRows recovered = Recover(stored);
+  const RecoveredRow* row = RowWithText(recovered, "checkpointed");
   ASSERT_NE(row, nullptr);
   EXPECT_EQ(row->status, RowStatus::Deleted);
   EXPECT_EQ(row->file, StoredIn::Database);
@@ -88,7 +89,8 @@ TEST(RecoverLogs, ReadsFramesOfAnEarlierLogGeneration) {
   const uint32_t pageSize = ReadUInt32(stored.wal, 8);
   const size_t frame = 32 + (at - 32) / (24 + pageSize) * (24 + pageSize);
   ASSERT_NE(ReadUInt32(stored.wal, frame + 8), ReadUInt32(stored.wal, 16)) << "the frame is of an earlier salt";
-  const RecoveredRow* row = RowWithText(Recover(stored), "old generation");
+  const RecoveredRows recovered = Recover(stored);
+  const RecoveredRow* row = RowWithText(recovered, "old generation");
   ASSERT_NE(row, nullptr);
   EXPECT_EQ(row->status, RowStatus::Deleted);
   EXPECT_EQ(row->source, RowSource::Wal);

@@ -239,3 +239,43 @@ TEST(RecoverRows, BringsBackRowsFromTheFreelistOfAnIncrementalVacuumDatabase) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(RecoverRows, ListsWithoutRowidTablesAndReadsNoRowOfThem) {
+  std::string sql = "CREATE TABLE pairs (k TEXT PRIMARY KEY, v INTEGER) WITHOUT ROWID;"
+                    "CREATE TABLE t (id INTEGER, v TEXT);";
+  for (int i = 0; i < 100; ++i) sql += "INSERT INTO pairs VALUES ('key " + std::to_string(i) + "', " + std::to_string(i) + ");";
+  sql += Inserts("t", 1, 20, "row") + "DELETE FROM pairs WHERE v < 50; DELETE FROM t WHERE id = 3;";
+  const RecoveredRows recovered = Recover(BuildStoredDatabase(sql));
+  ASSERT_EQ(recovered.tables.size(), 2u);
+  EXPECT_TRUE(recovered.tables[0].withoutRowid);
+  for (const RecoveredRow& row : recovered.rows) EXPECT_NE(row.table, 0u);
+  EXPECT_EQ(Lines(recovered, "t", RowStatus::Live).size(), 19u);
+  EXPECT_EQ(Lines(recovered, "t", RowStatus::Deleted), (std::vector<std::string>{"3|row 3"}));
+}
+
+}  // namespace
+
+namespace {
+
+TEST(RecoverRows, BringsBackRowsOfAPageWhoseEveryCellWasDeleted) {
+  // Deleted one by one, out of order: each freed cell got a freeblock
+  // header, then the emptied page forgot its freeblocks.
+  std::string sql = "CREATE TABLE t (id INTEGER, name TEXT, score REAL);";
+  for (int id : {1, 2, 3, 4, 5, 6, 7, 8}) {
+    sql += "INSERT INTO t VALUES (" + std::to_string(id) + ", 'name " + std::to_string(id) + "', " +
+           std::to_string(id) + ".5);";
+  }
+  for (int id : {4, 7, 2, 8, 1, 5, 3, 6}) sql += "DELETE FROM t WHERE id = " + std::to_string(id) + ";";
+  const RecoveredRows recovered = Recover(BuildStoredDatabase(sql));
+  EXPECT_TRUE(Lines(recovered, "t", RowStatus::Live).empty());
+  const std::vector<std::string> deleted = Lines(recovered, "t", RowStatus::Deleted);
+  EXPECT_GE(deleted.size(), 4u);
+  for (const std::string& line : deleted) {
+    const std::string id = line.substr(0, line.find('|'));
+    EXPECT_EQ(line, id + "|name " + id + "|" + id + ".500000");
+  }
+}
+
+}  // namespace
