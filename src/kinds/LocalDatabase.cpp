@@ -30,3 +30,8 @@ LocalDatabase LocalDatabaseOf(const BackupDevice* device, const StoredFile& file
   if (!CopyFile(file.path, copy) || !CopyFile(wal->path, copy + "-wal")) return asStored;
   return {copy, Database::Access::PrivateCopy};
 }
+
+Database OpenStoredDatabase(const BackupDevice* device, const StoredFile& file) {
+  const LocalDatabase local = LocalDatabaseOf(device, file);
+  return Database(local.path, local.access);
+}

@@ -85,8 +85,7 @@ void Recording::Read(const BackupDevice* device) {
   // database too: a file is listed once.
   std::set<std::string> listedFiles;
   for (const StoredFile& file : MemoDatabases(device)) {
-    const LocalDatabase local = LocalDatabaseOf(device, file);
-    Database database(local.path, local.access);
+    Database database = OpenStoredDatabase(device, file);
     for (Memo& memo : ReadMemos(database)) {
       for (const std::string& candidate : Candidates(memo.storedPath, file.relativePath)) {
         const std::optional<StoredFile> stored = StoredFileIn(device, file.domain, candidate);

@@ -60,8 +60,7 @@ std::vector<SmsAttachment::Attachment> ReadAttachments(Database& database) {
 void SmsAttachment::Read(const BackupDevice* device) {
   read_ = true;
   for (const StoredFile& file : StoredFilesAt(device, "Library/SMS/sms.db")) {
-    const LocalDatabase local = LocalDatabaseOf(device, file);
-    Database database(local.path, local.access);
+    Database database = OpenStoredDatabase(device, file);
     for (Attachment& attachment : ReadAttachments(database)) attachments_.push_back(std::move(attachment));
   }
   const MediaLocator locator(device);

@@ -8,6 +8,7 @@
 #include "common/PlistHelpers.h"
 #include "common/SchemaInfo.h"
 #include "kinds/LocalDatabase.h"
+#include "kinds/current/NewestFirst.h"
 
 namespace current {
 namespace {
@@ -48,8 +49,7 @@ std::vector<Voicemail::Message> ReadMessages(Database& database) {
 void Voicemail::Read(const BackupDevice* device) {
   read_ = true;
   for (const StoredFile& file : StoredFilesAt(device, std::string(kVoicemailFolder) + "voicemail.db")) {
-    const LocalDatabase local = LocalDatabaseOf(device, file);
-    Database database(local.path, local.access);
+    Database database = OpenStoredDatabase(device, file);
     for (Message& message : ReadMessages(database)) {
       const std::optional<StoredFile> stored = StoredFileIn(device, file.domain, kVoicemailFolder + message.fileName);
       if (stored && stored->regular) {
@@ -61,9 +61,8 @@ void Voicemail::Read(const BackupDevice* device) {
     }
   }
   // Newest first; voicemail without a date last.
-  std::stable_sort(messages_.begin(), messages_.end(), [](const Message& a, const Message& b) {
-    return a.instant.value_or(INT64_MIN) > b.instant.value_or(INT64_MIN);
-  });
+  std::stable_sort(messages_.begin(), messages_.end(),
+                   [](const Message& a, const Message& b) { return Newer(a.instant, b.instant); });
   for (Message& message : messages_) {
     if (const std::string* name = contacts_.FindNameByPhone(device, message.address)) message.name = *name;
   }
