@@ -10,31 +10,40 @@
 namespace yhfuzz {
 
 SampleDevice::SampleDevice(yhtest::IndexKind kind)
-    : service_(CreateDataRecoveryService()),
-      kind_(kind), folder_(yhtest::sample::Builder(kind).Write(root_.Path() + "backup")) {
-  device_ = GetBackupDeviceListAt(folder_.c_str());
+    : kind_(kind),
+      folder_(yhtest::sample::Builder(kind).Write(root_.Path() + "backup")),
+      served_{{{CreateDataRecoveryService(), GetBackupDeviceListAt(folder_.c_str())},
+               {CreateCurrentDataRecoveryService(), GetBackupDeviceListAt(folder_.c_str())}}} {
   Analyze();
 }
 
 SampleDevice::~SampleDevice() {
-  yhtest::FreeDeviceList(device_);
-  FreeiDeviceBackupService(service_);
+  for (const Served& served : served_) {
+    yhtest::FreeDeviceList(served.device);
+    FreeiDeviceBackupService(served.service);
+  }
 }
 
 std::string SampleDevice::Stored(const std::string& domain, const std::string& path) const {
   return folder_ + yhtest::BackupBuilder(kind_).StoredPath(domain, path);
 }
 
-void SampleDevice::Analyze() const { service_->AnalyzeBackup(device_); }
+void SampleDevice::Analyze() const {
+  for (const Served& served : served_) served.service->AnalyzeBackup(served.device);
+}
 
 void SampleDevice::Ask(const std::vector<iDeviceContentType>& types) const {
-  for (iDeviceContentType type : types) plist_free(service_->GetContentList(device_, type));
+  for (const Served& served : served_) {
+    for (iDeviceContentType type : types) plist_free(served.service->GetContentList(served.device, type));
+  }
 }
 
 void SampleDevice::AskEverything() const {
-  for (int type = ContentCallHistory; type <= ContentOtherPhoto; ++type) {
-    plist_free(service_->GetContentList(device_, static_cast<iDeviceContentType>(type)));
+  std::vector<iDeviceContentType> types;
+  for (int type = ContentCallHistory; type <= ContentVoicemail; ++type) {
+    types.push_back(static_cast<iDeviceContentType>(type));
   }
+  Ask(types);
 }
 
 SetAside::SetAside(const std::string& path) : path_(path) {

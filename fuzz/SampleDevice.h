@@ -1,6 +1,7 @@
 #ifndef YH_FUZZ_SAMPLEDEVICE_H
 #define YH_FUZZ_SAMPLEDEVICE_H
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -10,9 +11,10 @@
 namespace yhfuzz {
 
 // The tests' sample backup of one index kind, written once per fuzzing
-// process into a folder of its own, with its analysed device record. A harness puts
-// its input in place of one stored file, asks, then puts the original back,
-// so that every input is judged on the same backup.
+// process into a folder of its own, with one analysed device record for each
+// service. A harness puts its input in place of one stored file, asks both
+// services, then puts the original back, so that every input is judged on
+// the same backup.
 class SampleDevice {
  public:
   explicit SampleDevice(yhtest::IndexKind kind);
@@ -20,22 +22,26 @@ class SampleDevice {
   SampleDevice(const SampleDevice&) = delete;
   SampleDevice& operator=(const SampleDevice&) = delete;
 
-  BackupDevice* Device() const { return device_; }
   const std::string& Folder() const { return folder_; }
   std::string Stored(const std::string& domain, const std::string& path) const;
 
-  // Analyses the record afresh: extractors keep what they read first.
+  // Analyses both records afresh: extractors keep what they read first.
   void Analyze() const;
-  // Asks for each content type in turn and frees the answers.
+  // Asks both services for each content type in turn and frees the answers.
   void Ask(const std::vector<iDeviceContentType>& types) const;
   void AskEverything() const;
 
  private:
-  iDeviceBackupService* service_;
+  // A service with its own record of the backup.
+  struct Served {
+    iDeviceBackupService* service;
+    BackupDevice* device;
+  };
+
   yhtest::IndexKind kind_;
   yhtest::TempDir root_;
   std::string folder_;
-  BackupDevice* device_ = nullptr;
+  std::array<Served, 2> served_;  // the described service, then the current one
 };
 
 // Takes a file away for the lifetime of the object, so that the harness can

@@ -2,6 +2,8 @@
 
 #include <sqlite3.h>
 
+#include <cstring>
+
 #include "common/FileHelpers.h"
 
 namespace {
@@ -61,6 +63,15 @@ bool Database::Statement::BindText(int parameter, const std::string& text) {
 }
 
 bool Database::Statement::Step() { return stmt_ && sqlite3_step(stmt_) == SQLITE_ROW; }
+
+int Database::Statement::Column(const char* name) const {
+  const int count = stmt_ ? sqlite3_column_count(stmt_) : 0;
+  for (int column = 0; column < count; ++column) {
+    const char* own = sqlite3_column_name(stmt_, column);
+    if (own && std::strcmp(own, name) == 0) return column;
+  }
+  return -1;
+}
 
 const char* Database::Statement::Text(int column) const {
   return reinterpret_cast<const char*>(sqlite3_column_text(stmt_, column));

@@ -47,6 +47,9 @@ class Database {
     // that one prepared lookup serves many values.
     bool BindText(int parameter, const std::string& text);
     bool Step();  // true while a row is ready
+    // The position of the result column named `name` (its AS name, or the
+    // column's own), so that rows are read by name; -1 when there is none.
+    int Column(const char* name) const;
     const char* Text(int column) const;
     // The column's text with every byte, zero bytes included; "" for NULL.
     std::string WholeText(int column) const;

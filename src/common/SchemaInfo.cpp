@@ -39,6 +39,8 @@ std::string SchemaInfo::ColumnOrNull(const std::string& table, const std::string
 std::string SchemaInfo::SelectList(const std::string& table, std::initializer_list<const char*> columns,
                                    const std::string& alias) const {
   std::string list;
-  for (const char* column : columns) list += (list.empty() ? "" : ", ") + ColumnOrNull(table, column, alias);
+  for (const char* column : columns) {
+    list.append(list.empty() ? "" : ", ").append(ColumnOrNull(table, column, alias)).append(" AS ").append(column);
+  }
   return list;
 }

@@ -21,7 +21,8 @@ class SchemaInfo {
   // a select list that keeps its column positions whatever the generation.
   std::string ColumnOrNull(const std::string& table, const std::string& column,
                            const std::string& alias = std::string()) const;
-  // ColumnOrNull of each column, separated by commas.
+  // ColumnOrNull of each column named as the column ("... AS column"), so
+  // that rows are read by name, separated by commas.
   std::string SelectList(const std::string& table, std::initializer_list<const char*> columns,
                          const std::string& alias = std::string()) const;
 

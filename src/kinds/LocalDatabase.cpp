@@ -16,3 +16,8 @@ LocalDatabase LocalDatabaseOf(const BackupDevice* device, const StoredFile& file
   if (!CopyAtomically(file.path, copy) || !CopyAtomically(wal->path, copy + "-wal")) return asStored;
   return {copy, Database::Access::PrivateCopy};
 }
+
+Database OpenStoredDatabase(const BackupDevice* device, const StoredFile& file) {
+  const LocalDatabase local = LocalDatabaseOf(device, file);
+  return Database(local.path, local.access);
+}

@@ -21,4 +21,8 @@ struct LocalDatabase {
 // alone is read.
 LocalDatabase LocalDatabaseOf(const BackupDevice* device, const StoredFile& file);
 
+// The stored database opened where LocalDatabaseOf says, as it says: what a
+// kind reads each of its databases through.
+Database OpenStoredDatabase(const BackupDevice* device, const StoredFile& file);
+
 #endif

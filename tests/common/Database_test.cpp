@@ -91,6 +91,21 @@ TEST(Database, FailedQueryGivesFalse) {
   EXPECT_FALSE(statement.Step());
 }
 
+TEST(Database, StatementFindsColumnsByName) {
+  yhtest::TempDir dir;
+  const std::string path = dir.Path() + "notes.db";
+  yhtest::WriteDatabase(path, "CREATE TABLE notes (id INTEGER, title TEXT); INSERT INTO notes VALUES (1, 'first');");
+  Database db(path);
+  Database::Statement statement(db, "SELECT notes.title AS title, NULL AS missing, id FROM notes");
+  ASSERT_TRUE(statement.IsValid());
+  EXPECT_EQ(statement.Column("title"), 0);
+  EXPECT_EQ(statement.Column("missing"), 1);
+  EXPECT_EQ(statement.Column("id"), 2);
+  EXPECT_EQ(statement.Column("body"), -1);
+  ASSERT_TRUE(statement.Step());
+  EXPECT_STREQ(statement.Text(statement.Column("title")), "first");
+}
+
 TEST(Database, WritesAreRefusedAndTheFileIsUnchanged) {
   yhtest::TempDir dir;
   const std::string path = dir.Path() + "people.db";

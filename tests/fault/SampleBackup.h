@@ -58,7 +58,7 @@ inline std::vector<Database> Databases(IndexKind kind) {
         {"ABMultiValueLabel", {"value"}, {}, {{"'_$!<Mobile>!$_'"}, {"'home'"}}},
         {"ABMultiValueEntry", {"parent_id", "key", "value"}, {"parent_id", "key"}, {{"4", "1", "'1 Main St'"}}},
         {"ABMultiValueEntryKey", {"value"}, {}, {{"'Street'"}}}},
-       {ContentContact, ContentCallHistory, ContentSms}});
+       {ContentContact, ContentCallHistory, ContentSms, ContentVoicemail}});
   databases.push_back(
       {"WirelessDomain",
        "Library/CallHistoryDB/CallHistory.storedata",
@@ -171,6 +171,14 @@ inline std::vector<Database> Databases(IndexKind kind) {
                          {},
                          {{"'DCIM/100APPLE'", "'IMG_0001.JPG'"}, {"'PhotoData/Sync/100SYNCF'", "'IMG_0002.PNG'"}}}},
                        {ContentCameraPhoto, ContentOtherPhoto}});
+  databases.push_back({"HomeDomain",
+                       "Library/Voicemail/voicemail.db",
+                       {{"voicemail",
+                         {"ROWID", "sender", "date", "duration", "flags", "trashed_date"},
+                         {"ROWID"},
+                         {{"1", "'+15552223333'", "1388534400", "42", "1", "0"},
+                          {"2", "'+15557778888'", "1388538000", "7", "8", "0"}}}},
+                       {ContentVoicemail}});
   return databases;
 }
 
@@ -194,6 +202,7 @@ inline std::vector<File> Files(IndexKind kind) {
       {"MediaDomain", "Media/Recordings/20140101 000000.m4a", "\x01\x02\x03\x20" "ftypM4A memo", {ContentRecording}},
       {"CameraRollDomain", "Media/DCIM/100APPLE/IMG_0001.JPG", "\xFF\xD8\xFF\xE1 camera", {ContentCameraPhoto}},
       {"CameraRollDomain", "Media/PhotoData/Sync/100SYNCF/IMG_0002.PNG", "\x89PNG synced", {ContentOtherPhoto}},
+      {"HomeDomain", "Library/Voicemail/1.amr", "#!AMR\n message", {ContentVoicemail}},
   };
   if (kind == IndexKind::Mbdb) {
     files.push_back({"HomeDomain", "Library/Safari/History.plist", SafariHistoryPlist(), {ContentSafariHistory}});

@@ -118,7 +118,11 @@ TEST(CurrentService, TwoThreadsReadEveryKindOfTwoBackupsAtOnce) {
   const auto everything = [](const std::string& backup) {
     ServedBackup served(backup, Service::Current);
     std::string answers;
-    for (int type = 0; type <= ContentVoicemail; ++type) answers += served.Answer(type) + "\n";
+    for (int type = 0; type <= ContentVoicemail; ++type) {
+      const std::string answer = served.Answer(type);
+      EXPECT_NE(answer, "null") << "content type " << type;
+      answers += answer + "\n";
+    }
     return answers;
   };
   const std::string alone[] = {everything(backups[0]), everything(backups[1])};

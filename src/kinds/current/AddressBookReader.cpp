@@ -110,29 +110,37 @@ AddressBook ReadAddressBook(Database& database) {
   // By ascending id once every person is read; ten thousand people are
   // found again by a binary search, without a tree node each.
   std::vector<Reading> people;
-  const std::string personQuery = "select ABPerson.ROWID, " + schema.ColumnOrNull("ABPerson", "First") + ", " +
-                                  schema.ColumnOrNull("ABPerson", "Middle") + ", " +
-                                  schema.ColumnOrNull("ABPerson", "Last") + ", " +
-                                  schema.ColumnOrNull("ABPerson", "Organization") + ", " +
-                                  schema.ColumnOrNull("ABPerson", "Department") + ", " +
-                                  schema.ColumnOrNull("ABPerson", "Note") + ", " +
-                                  schema.ColumnOrNull("ABPerson", "Birthday") + ", " +
-                                  schema.ColumnOrNull("ABPerson", "JobTitle") + ", " +
-                                  schema.ColumnOrNull("ABPerson", "Nickname") + ", " +
-                                  schema.ColumnOrNull("ABPerson", "CreationDate") + " from ABPerson";
+  const std::string personQuery =
+      "select ABPerson.ROWID AS ROWID, " +
+      schema.SelectList("ABPerson", {"First", "Middle", "Last", "Organization", "Department", "Note", "Birthday",
+                                     "JobTitle", "Nickname", "CreationDate"}) +
+      " from ABPerson";
   Database::Statement personRows(database, personQuery.c_str());
+  const int rowId = personRows.Column("ROWID");
+  const int first = personRows.Column("First");
+  const int middle = personRows.Column("Middle");
+  const int last = personRows.Column("Last");
+  const int organization = personRows.Column("Organization");
+  const int department = personRows.Column("Department");
+  const int note = personRows.Column("Note");
+  const int birthday = personRows.Column("Birthday");
+  const int jobTitle = personRows.Column("JobTitle");
+  const int nickname = personRows.Column("Nickname");
+  const int created = personRows.Column("CreationDate");
   while (personRows.Step()) {
     Contact::Person person;
-    person.id = personRows.Int64(0);
-    const std::string parts = GetEmptyStringIsNull(personRows.Text(1)) + " " + GetEmptyStringIsNull(personRows.Text(2)) + " " + GetEmptyStringIsNull(personRows.Text(3));
+    person.id = personRows.Int64(rowId);
+    const std::string parts = GetEmptyStringIsNull(personRows.Text(first)) + " " +
+                              GetEmptyStringIsNull(personRows.Text(middle)) + " " +
+                              GetEmptyStringIsNull(personRows.Text(last));
     person.name = TakeMallocText(DeleteDelims(parts.c_str(), " ", " "));
-    person.texts = PackedTexts{GetEmptyViewIsNull(personRows.Text(4)),
-                               GetEmptyViewIsNull(personRows.Text(5)),
-                               GetEmptyViewIsNull(personRows.Text(6)),
-                               BirthdayText(GetEmptyStringIsNull(personRows.Text(7))),
-                               GetEmptyViewIsNull(personRows.Text(8)),
-                               GetEmptyViewIsNull(personRows.Text(9)),
-                               LocalDateText(personRows.Text(10), TimeBase::Since2001)};
+    person.texts = PackedTexts{GetEmptyViewIsNull(personRows.Text(organization)),
+                               GetEmptyViewIsNull(personRows.Text(department)),
+                               GetEmptyViewIsNull(personRows.Text(note)),
+                               BirthdayText(GetEmptyStringIsNull(personRows.Text(birthday))),
+                               GetEmptyViewIsNull(personRows.Text(jobTitle)),
+                               GetEmptyViewIsNull(personRows.Text(nickname)),
+                               LocalDateText(personRows.Text(created), TimeBase::Since2001)};
     people.push_back(Reading{std::move(person), {}, {}});
   }
   const auto byId = [](const Reading& a, const Reading& b) { return a.person.id < b.person.id; };
@@ -147,35 +155,46 @@ AddressBook ReadAddressBook(Database& database) {
   if (schema.HasTable("ABMultiValueEntry") && schema.HasTable("ABMultiValueEntryKey")) {
     Database::Statement entryRows(
         database,
-        "select e.parent_id, k.value, e.value from ABMultiValueEntry e left join ABMultiValueEntryKey k on "
-        "k.rowid = e.key order by e.rowid");
+        "select e.parent_id AS parent_id, k.value AS key, e.value AS value from ABMultiValueEntry e "
+        "left join ABMultiValueEntryKey k on k.rowid = e.key order by e.rowid");
+    const int parent = entryRows.Column("parent_id");
+    const int key = entryRows.Column("key");
+    const int line = entryRows.Column("value");
     while (entryRows.Step()) {
-      lines[entryRows.Int64(0)].emplace_back(GetEmptyStringIsNull(entryRows.Text(1)), GetEmptyStringIsNull(entryRows.Text(2)));
+      lines[entryRows.Int64(parent)].emplace_back(GetEmptyStringIsNull(entryRows.Text(key)),
+                                                  GetEmptyStringIsNull(entryRows.Text(line)));
     }
   }
 
-  const std::string valueQuery = "select m.record_id, " + schema.ColumnOrNull("ABMultiValue", "UID", "m") + ", " +
-                                 schema.ColumnOrNull("ABMultiValue", "property", "m") + ", l.value, m.value from ABMultiValue m " +
+  const std::string valueQuery = "select m.record_id AS record_id, " +
+                                 schema.SelectList("ABMultiValue", {"UID", "property"}, "m") +
+                                 ", l.value AS label, m.value AS value from ABMultiValue m " +
                                  "left join ABMultiValueLabel l on l.rowid = m.label order by m.rowid";
   Database::Statement valueRows(database, valueQuery.c_str());
+  const int recordId = valueRows.Column("record_id");
+  const int uid = valueRows.Column("UID");
+  const int property = valueRows.Column("property");
+  const int labelText = valueRows.Column("label");
+  const int valueText = valueRows.Column("value");
   while (valueRows.Step()) {
-    const int64_t ownerId = valueRows.Int64(0);
+    const int64_t ownerId = valueRows.Int64(recordId);
     const auto owner = std::lower_bound(people.begin(), people.end(), ownerId,
                                         [](const Reading& reading, int64_t id) { return reading.person.id < id; });
     if (owner == people.end() || owner->person.id != ownerId) continue;
-    std::string value = GetEmptyStringIsNull(valueRows.Text(4));
-    const auto structured = valueRows.IsNull(1) ? lines.end() : lines.find(valueRows.Int64(1));
+    std::string value = GetEmptyStringIsNull(valueRows.Text(valueText));
+    const auto structured = valueRows.IsNull(uid) ? lines.end() : lines.find(valueRows.Int64(uid));
     if (structured != lines.end()) {
       const std::string joined = JoinLines(structured->second);
       if (!joined.empty()) value = joined;
     }
     if (value.empty()) continue;
     // Without the property column every value may be a number or an address.
-    const bool names = valueRows.IsNull(2) || valueRows.Int64(2) == kPhone || valueRows.Int64(2) == kEmail;
+    const bool names =
+        valueRows.IsNull(property) || valueRows.Int64(property) == kPhone || valueRows.Int64(property) == kEmail;
     Reading& reading = *owner;
     if (names) reading.addresses.push_back(value);
-    std::string label = CleanLabel(GetEmptyStringIsNull(valueRows.Text(3)));
-    if (label.empty()) label = PropertyName(valueRows.Int64(2));
+    std::string label = CleanLabel(GetEmptyStringIsNull(valueRows.Text(labelText)));
+    if (label.empty()) label = PropertyName(valueRows.Int64(property));
     reading.properties.push_back(UniqueLabel(label, reading.properties));
     reading.properties.push_back(std::move(value));
   }

@@ -57,13 +57,11 @@ plist_t Calendar::Face::FindContent(void* device, int /*flag*/) {
 void Calendar::Read(const BackupDevice* device) {
   read_ = true;
   for (const StoredFile& file : StoredFilesAt(device, kCalendarPath)) {
-    const LocalDatabase local = LocalDatabaseOf(device, file);
-    Database database(local.path, local.access);
+    Database database = OpenStoredDatabase(device, file);
     Append(entries_, ReadCalendarDatabase(database));
   }
   for (const StoredFile& file : FindStoredFiles(device, IsReminderStore)) {
-    const LocalDatabase local = LocalDatabaseOf(device, file);
-    Database database(local.path, local.access);
+    Database database = OpenStoredDatabase(device, file);
     Append(entries_, ReadReminderStore(database));
   }
 }

@@ -42,28 +42,43 @@ std::vector<CalendarEntry> ReadCalendarDatabase(Database& database) {
       schema.SelectList("CalendarItem", {"summary", "description", "url", "start_date", "end_date", "start_tz",
                                          "all_day", "status", "entity_type", "due_date", "due_tz", "completion_date"},
                         "ci") +
-      ", " + (hasLocation ? schema.ColumnOrNull("Location", "title", "l") : "NULL") + ", " +
-      (hasCalendar ? schema.ColumnOrNull("Calendar", "title", "c") : "NULL") + " from CalendarItem ci";
+      ", " + (hasLocation ? schema.ColumnOrNull("Location", "title", "l") : "NULL") + " AS location, " +
+      (hasCalendar ? schema.ColumnOrNull("Calendar", "title", "c") : "NULL") + " AS list from CalendarItem ci";
   if (hasLocation) query += " left join Location l on l.ROWID = ci.location_id";
   if (hasCalendar) query += " left join Calendar c on c.ROWID = ci.calendar_id";
   query += " order by ci.ROWID";
   Database::Statement rows(database, query.c_str());
+  const int summary = rows.Column("summary");
+  const int description = rows.Column("description");
+  const int url = rows.Column("url");
+  const int start = rows.Column("start_date");
+  const int end = rows.Column("end_date");
+  const int startZone = rows.Column("start_tz");
+  const int allDay = rows.Column("all_day");
+  const int status = rows.Column("status");
+  const int entityType = rows.Column("entity_type");
+  const int dueDate = rows.Column("due_date");
+  const int dueZone = rows.Column("due_tz");
+  const int completion = rows.Column("completion_date");
+  const int location = rows.Column("location");
+  const int list = rows.Column("list");
   while (rows.Step()) {
     CalendarEntry entry;
-    const bool task = !rows.IsNull(8) && rows.Int64(8) == kTaskEntity;
-    entry.reminder = task || IsReminderCalendar(rows.Text(13));
-    entry.title = Text(rows, 0);
-    entry.description = Text(rows, 1);
-    entry.url = Text(rows, 2);
-    entry.timeZone = Text(rows, 5);
-    const bool due = task && !rows.IsNull(9);
-    entry.startDate = due ? CalendarDate(rows.Text(9), Text(rows, 10)) : CalendarDate(rows.Text(3), entry.timeZone);
-    entry.endDate = CalendarDate(rows.Text(4), entry.timeZone);
-    entry.allDay = IsSet(rows, 6);
-    entry.completed = task ? !rows.IsNull(11) : IsSet(rows, 7);
-    if (task) entry.completionDate = LocalDateText(rows.Text(11), TimeBase::Since2001);
-    entry.location = Text(rows, 12);
-    entry.list = Text(rows, 13);
+    const bool task = !rows.IsNull(entityType) && rows.Int64(entityType) == kTaskEntity;
+    entry.reminder = task || IsReminderCalendar(rows.Text(list));
+    entry.title = Text(rows, summary);
+    entry.description = Text(rows, description);
+    entry.url = Text(rows, url);
+    entry.timeZone = Text(rows, startZone);
+    const bool due = task && !rows.IsNull(dueDate);
+    entry.startDate =
+        due ? CalendarDate(rows.Text(dueDate), Text(rows, dueZone)) : CalendarDate(rows.Text(start), entry.timeZone);
+    entry.endDate = CalendarDate(rows.Text(end), entry.timeZone);
+    entry.allDay = IsSet(rows, allDay);
+    entry.completed = task ? !rows.IsNull(completion) : IsSet(rows, status);
+    if (task) entry.completionDate = LocalDateText(rows.Text(completion), TimeBase::Since2001);
+    entry.location = Text(rows, location);
+    entry.list = Text(rows, list);
     entries.push_back(std::move(entry));
   }
   return entries;
@@ -83,22 +98,30 @@ std::vector<CalendarEntry> ReadReminderStore(Database& database) {
                                                            "ZCOMPLETED", "ZCOMPLETIONDATE"},
                                         "r") +
                       ", " + (hasList ? schema.ColumnOrNull("ZREMCDBASELIST", "ZNAME", "l") : "NULL") +
-                      " from ZREMCDREMINDER r";
+                      " AS list from ZREMCDREMINDER r";
   if (hasList) query += " left join ZREMCDBASELIST l on l.Z_PK = r.ZLIST";
   if (schema.HasColumn("ZREMCDREMINDER", "ZMARKEDFORDELETION")) query += " where ifnull(r.ZMARKEDFORDELETION, 0) = 0";
   query += " order by r.ROWID";
   Database::Statement rows(database, query.c_str());
+  const int title = rows.Column("ZTITLE");
+  const int notes = rows.Column("ZNOTES");
+  const int dueDate = rows.Column("ZDUEDATE");
+  const int zone = rows.Column("ZTIMEZONE");
+  const int allDay = rows.Column("ZALLDAY");
+  const int completed = rows.Column("ZCOMPLETED");
+  const int completion = rows.Column("ZCOMPLETIONDATE");
+  const int list = rows.Column("list");
   while (rows.Step()) {
     CalendarEntry entry;
     entry.reminder = true;
-    entry.title = Text(rows, 0);
-    entry.description = Text(rows, 1);
-    entry.startDate = LocalDateText(rows.Text(2), TimeBase::Since2001);
-    entry.timeZone = Text(rows, 3);
-    entry.allDay = IsSet(rows, 4);
-    entry.completed = IsSet(rows, 5);
-    entry.completionDate = LocalDateText(rows.Text(6), TimeBase::Since2001);
-    entry.list = Text(rows, 7);
+    entry.title = Text(rows, title);
+    entry.description = Text(rows, notes);
+    entry.startDate = LocalDateText(rows.Text(dueDate), TimeBase::Since2001);
+    entry.timeZone = Text(rows, zone);
+    entry.allDay = IsSet(rows, allDay);
+    entry.completed = IsSet(rows, completed);
+    entry.completionDate = LocalDateText(rows.Text(completion), TimeBase::Since2001);
+    entry.list = Text(rows, list);
     entries.push_back(std::move(entry));
   }
   return entries;

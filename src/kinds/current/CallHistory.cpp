@@ -8,6 +8,7 @@
 #include "common/SortByMoving.h"
 #include "kinds/LocalDatabase.h"
 #include "kinds/current/CallReaders.h"
+#include "kinds/current/NewestFirst.h"
 
 namespace current {
 namespace {
@@ -27,8 +28,7 @@ void CallHistory::Read(const BackupDevice* device) {
   std::vector<Call> read;
   for (const auto& [path, reader] : kCallLogs) {
     for (const StoredFile& file : StoredFilesAt(device, path)) {
-      const LocalDatabase local = LocalDatabaseOf(device, file);
-      Database database(local.path, local.access);
+      Database database = OpenStoredDatabase(device, file);
       std::vector<Call> calls = reader(database);
       if (read.empty()) {
         read = std::move(calls);
@@ -39,9 +39,7 @@ void CallHistory::Read(const BackupDevice* device) {
     }
   }
   // Newest first across every log; calls without a date last.
-  calls_ = StableSortedByMoving(std::move(read), [](const Call& a, const Call& b) {
-    return a.instant.value_or(INT64_MIN) > b.instant.value_or(INT64_MIN);
-  });
+  calls_ = StableSortedByMoving(std::move(read), [](const Call& a, const Call& b) { return Newer(a.instant, b.instant); });
   // Kept for every later request: spare room would be kept too.
   calls_.shrink_to_fit();
   for (Call& call : calls_) {

@@ -33,17 +33,26 @@ std::vector<CallHistory::Call> ReadCallDatabase(Database& database) {
                             " from call order by call.ROWID";
   ReserveRows(database, "call", calls);
   Database::Statement rows(database, query.c_str());
+  const int name = rows.Column("name");
+  const int address = rows.Column("address");
+  const int when = rows.Column("date");
+  const int flagBits = rows.Column("flags");
+  const int duration = rows.Column("duration");
+  const int country = rows.Column("country_code");
+  const int network = rows.Column("network_code");
   while (rows.Step()) {
     CallHistory::Call call;
-    const LocalDate date = LocalDateOf(rows.Text(2), TimeBase::Unix);
+    const LocalDate date = LocalDateOf(rows.Text(when), TimeBase::Unix);
     call.instant = date.instant;
-    const int64_t flags = rows.Int64(3);
+    const int64_t flags = rows.Int64(flagBits);
     const bool outgoing = (flags & 1) != 0;
-    const char* type = rows.IsNull(3) ? "Unknown" : outgoing ? "Outgoing" : "Incoming";
-    call.answered = outgoing || (rows.Text(4) && std::strtod(rows.Text(4), nullptr) > 0);
+    const char* type = rows.IsNull(flagBits) ? "Unknown" : outgoing ? "Outgoing" : "Incoming";
+    call.answered = outgoing || (rows.Text(duration) && std::strtod(rows.Text(duration), nullptr) > 0);
     const char* service = (flags & 16) != 0 ? "FaceTime" : "Phone";
-    call.texts = PackedTexts{rows.WholeView(0), rows.WholeView(1), date.text,
-                             type, DurationText(rows.Text(4)), rows.WholeView(5), rows.WholeView(6), {}, service};
+    call.texts = PackedTexts{rows.WholeView(name),    rows.WholeView(address), date.text,
+                             type,                    DurationText(rows.Text(duration)),
+                             rows.WholeView(country), rows.WholeView(network), {},
+                             service};
     calls.push_back(std::move(call));
   }
   return calls;
@@ -63,18 +72,31 @@ std::vector<CallHistory::Call> ReadCallStore(Database& database) {
       " from ZCALLRECORD order by ZCALLRECORD.rowid";
   ReserveRows(database, "ZCALLRECORD", calls);
   Database::Statement rows(database, query.c_str());
+  const int name = rows.Column("ZNAME");
+  const int address = rows.Column("ZADDRESS");
+  const int when = rows.Column("ZDATE");
+  const int originatedBit = rows.Column("ZORIGINATED");
+  const int duration = rows.Column("ZDURATION");
+  const int country = rows.Column("ZISO_COUNTRY_CODE");
+  const int provider = rows.Column("ZSERVICE_PROVIDER");
+  const int location = rows.Column("ZLOCATION");
+  const int answered = rows.Column("ZANSWERED");
+  const int callTypes = rows.Column("ZCALLTYPE");
   while (rows.Step()) {
     CallHistory::Call call;
-    const LocalDate date = LocalDateOf(rows.Text(2), TimeBase::Since2001);
+    const LocalDate date = LocalDateOf(rows.Text(when), TimeBase::Since2001);
     call.instant = date.instant;
-    const int64_t originated = rows.Int64(3);
-    const char* type =
-        rows.IsNull(3) ? "Unknown" : originated == 1 ? "Outgoing" : originated == 0 ? "Incoming" : "Unknown";
-    call.answered = rows.Int64(8) != 0;
-    const int64_t callType = rows.Int64(9);
+    const int64_t originated = rows.Int64(originatedBit);
+    const char* type = rows.IsNull(originatedBit) ? "Unknown"
+                       : originated == 1          ? "Outgoing"
+                       : originated == 0          ? "Incoming"
+                                                  : "Unknown";
+    call.answered = rows.Int64(answered) != 0;
+    const int64_t callType = rows.Int64(callTypes);
     const char* service = callType == 8 ? "FaceTime Video" : callType == 16 ? "FaceTime Audio" : "Phone";
-    call.texts = PackedTexts{rows.WholeView(0), rows.WholeView(1), date.text,
-                             type, DurationText(rows.Text(4)), rows.WholeView(5), rows.WholeView(6), rows.WholeView(7),
+    call.texts = PackedTexts{rows.WholeView(name),    rows.WholeView(address), date.text,
+                             type,                    DurationText(rows.Text(duration)),
+                             rows.WholeView(country), rows.WholeView(provider), rows.WholeView(location),
                              service};
     calls.push_back(std::move(call));
   }

@@ -10,8 +10,7 @@ namespace current {
 void Contact::Load(const BackupDevice* device) {
   loaded_ = true;
   for (const StoredFile& file : StoredFilesAt(device, "Library/AddressBook/AddressBook.sqlitedb")) {
-    const LocalDatabase local = LocalDatabaseOf(device, file);
-    Database database(local.path, local.access);
+    Database database = OpenStoredDatabase(device, file);
     AddressBook book = ReadAddressBook(database);
     for (size_t at = 0; at < book.people.size(); ++at) {
       for (const std::string& address : book.addresses[at]) directory_.Add(address, book.people[at].name);

@@ -8,6 +8,7 @@
 
 #include "common/PlistHelpers.h"
 #include "kinds/LocalDatabase.h"
+#include "kinds/current/NewestFirst.h"
 #include "kinds/current/SafariReaders.h"
 
 namespace current {
@@ -35,8 +36,7 @@ std::vector<SafariEntry> ReadDatabases(const BackupDevice* device, const char* p
                                        const std::function<std::vector<SafariEntry>(Database&)>& reader) {
   std::vector<SafariEntry> entries;
   for (const StoredFile& file : SafariFiles(device, path)) {
-    const LocalDatabase local = LocalDatabaseOf(device, file);
-    Database database(local.path, local.access);
+    Database database = OpenStoredDatabase(device, file);
     Append(entries, reader(database));
   }
   return entries;
@@ -68,9 +68,8 @@ void History::Read(const BackupDevice* device) {
   for (const StoredFile& file : SafariFiles(device, kHistoryList)) Append(entries_, ReadHistoryList(file.path));
   std::vector<SafariEntry> pages = ReadDatabases(device, kHistoryDatabase, ReadHistoryDatabase);
   // Pages of both databases together, newest first; those never visited last.
-  std::stable_sort(pages.begin(), pages.end(), [](const SafariEntry& a, const SafariEntry& b) {
-    return a.instant.value_or(INT64_MIN) > b.instant.value_or(INT64_MIN);
-  });
+  std::stable_sort(pages.begin(), pages.end(),
+                   [](const SafariEntry& a, const SafariEntry& b) { return Newer(a.instant, b.instant); });
   Append(entries_, std::move(pages));
   Append(entries_, ReadDatabases(device, kBookmarkDatabase, ReadBookmarks));
 }

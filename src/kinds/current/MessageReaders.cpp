@@ -43,31 +43,42 @@ Sms::Conversation& ConversationFor(Conversations& conversations, const std::stri
 void ReadChats(Database& database, const SchemaInfo& schema, Conversations& conversations) {
   std::unordered_map<int64_t, std::string> handles;
   if (schema.HasTable("handle")) {
-    Database::Statement rows(database, "select ROWID, id from handle");
-    while (rows.Step()) handles[rows.Int64(0)] = rows.WholeText(1);
+    Database::Statement rows(database, "select ROWID AS ROWID, id AS id from handle");
+    const int rowId = rows.Column("ROWID");
+    const int id = rows.Column("id");
+    while (rows.Step()) handles[rows.Int64(rowId)] = rows.WholeText(id);
   }
   // Conversations stay where the map put them, so rows can point at them.
   std::unordered_map<int64_t, Sms::Conversation*> chats;
   if (schema.HasTable("chat")) {
     const std::string query =
-        "select chat.ROWID, " + schema.SelectList("chat", {"chat_identifier", "guid", "display_name", "style"}) +
+        "select chat.ROWID AS ROWID, " +
+        schema.SelectList("chat", {"chat_identifier", "guid", "display_name", "style"}) +
         " from chat order by chat.ROWID";
     Database::Statement rows(database, query.c_str());
+    const int rowId = rows.Column("ROWID");
+    const int identifier = rows.Column("chat_identifier");
+    const int guid = rows.Column("guid");
+    const int displayName = rows.Column("display_name");
+    const int style = rows.Column("style");
     while (rows.Step()) {
-      std::string id = rows.WholeText(1);
-      if (id.empty()) id = rows.WholeText(2);
+      std::string id = rows.WholeText(identifier);
+      if (id.empty()) id = rows.WholeText(guid);
       Sms::Conversation& conversation = ConversationFor(conversations, id);
-      if (conversation.displayName.empty()) conversation.displayName = rows.WholeText(3);
+      if (conversation.displayName.empty()) conversation.displayName = rows.WholeText(displayName);
       // Style 43 marks a group chat, 45 a chat with one other party.
-      conversation.group = conversation.group || rows.Int64(4) == 43;
-      chats[rows.Int64(0)] = &conversation;
+      conversation.group = conversation.group || rows.Int64(style) == 43;
+      chats[rows.Int64(rowId)] = &conversation;
     }
   }
   if (schema.HasTable("chat_handle_join")) {
-    Database::Statement rows(database, "select chat_id, handle_id from chat_handle_join order by rowid");
+    Database::Statement rows(database,
+                             "select chat_id AS chat_id, handle_id AS handle_id from chat_handle_join order by rowid");
+    const int chatId = rows.Column("chat_id");
+    const int handleId = rows.Column("handle_id");
     while (rows.Step()) {
-      const auto chat = chats.find(rows.Int64(0));
-      const auto handle = handles.find(rows.Int64(1));
+      const auto chat = chats.find(rows.Int64(chatId));
+      const auto handle = handles.find(rows.Int64(handleId));
       if (chat != chats.end() && handle != handles.end()) AddParticipant(*chat->second, handle->second);
     }
   }
@@ -76,10 +87,14 @@ void ReadChats(Database& database, const SchemaInfo& schema, Conversations& conv
   // so each finds its chat by stepping on from the one before.
   std::vector<std::pair<int64_t, Sms::Conversation*>> chatOfMessage;
   if (schema.HasTable("chat_message_join")) {
-    Database::Statement rows(database, "select message_id, chat_id from chat_message_join order by chat_id, message_id");
+    Database::Statement rows(
+        database,
+        "select message_id AS message_id, chat_id AS chat_id from chat_message_join order by chat_id, message_id");
+    const int messageId = rows.Column("message_id");
+    const int chatId = rows.Column("chat_id");
     while (rows.Step()) {
-      const auto chat = chats.find(rows.Int64(1));
-      if (chat != chats.end()) chatOfMessage.emplace_back(rows.Int64(0), chat->second);
+      const auto chat = chats.find(rows.Int64(chatId));
+      if (chat != chats.end()) chatOfMessage.emplace_back(rows.Int64(messageId), chat->second);
     }
   }
   std::stable_sort(chatOfMessage.begin(), chatOfMessage.end(),
@@ -108,22 +123,30 @@ void ReadChats(Database& database, const SchemaInfo& schema, Conversations& conv
     return next != end && next->first == message ? next->second : nullptr;
   };
   if (!schema.HasTable("message")) return;
-  const std::string query = "select message.ROWID, " +
+  const std::string query = "select message.ROWID AS ROWID, " +
                             schema.SelectList("message", {"text", "attributedBody", "handle_id", "date",
                                                            "is_from_me", "service", "country"}) +
                             " from message order by message.ROWID";
   Database::Statement rows(database, query.c_str());
+  const int rowId = rows.Column("ROWID");
+  const int plainText = rows.Column("text");
+  const int body = rows.Column("attributedBody");
+  const int handleId = rows.Column("handle_id");
+  const int when = rows.Column("date");
+  const int isFromMe = rows.Column("is_from_me");
+  const int serviceName = rows.Column("service");
+  const int country = rows.Column("country");
   while (rows.Step()) {
     Sms::Message message;
-    message.rowId = rows.Int64(0);
-    const std::string text = MessageText(rows, 1, 2);
-    const auto handle = handles.find(rows.Int64(3));
+    message.rowId = rows.Int64(rowId);
+    const std::string text = MessageText(rows, plainText, body);
+    const auto handle = handles.find(rows.Int64(handleId));
     const std::string& address = handle == handles.end() ? kNoAddress : handle->second;
-    const LocalDate date = LocalDateOf(rows.Text(4), TimeBase::Since2001);
+    const LocalDate date = LocalDateOf(rows.Text(when), TimeBase::Since2001);
     message.instant = date.instant;
-    message.fromMe = rows.Int64(5) != 0;
-    const std::string service = rows.WholeText(6);
-    message.texts = PackedTexts{rows.WholeView(7), service, text, date.text,
+    message.fromMe = rows.Int64(isFromMe) != 0;
+    const std::string service = rows.WholeText(serviceName);
+    message.texts = PackedTexts{rows.WholeView(country), service, text, date.text,
                                 message.fromMe ? std::string_view() : std::string_view(address)};
     Sms::Conversation* const chat = chatOf(message.rowId);
     const bool inChat = chat != nullptr;
@@ -140,43 +163,58 @@ void ReadChats(Database& database, const SchemaInfo& schema, Conversations& conv
 void ReadLegacy(Database& database, const SchemaInfo& schema, Conversations& conversations) {
   std::map<int64_t, std::vector<std::string>> members;
   if (schema.HasTable("group_member")) {
-    Database::Statement rows(database, "select group_id, address from group_member order by ROWID");
-    while (rows.Step()) members[rows.Int64(0)].push_back(rows.WholeText(1));
+    Database::Statement rows(database,
+                             "select group_id AS group_id, address AS address from group_member order by ROWID");
+    const int group = rows.Column("group_id");
+    const int address = rows.Column("address");
+    while (rows.Step()) members[rows.Int64(group)].push_back(rows.WholeText(address));
   }
-  enum { kRowId, kText, kBody, kAddress, kDate, kFlags, kGroup, kIsMadrid, kHandle, kMadridFlags, kService, kCountry, kRoom };
   const std::string query =
-      "select message.ROWID, " +
+      "select message.ROWID AS ROWID, " +
       schema.SelectList("message", {"text", "madrid_attributedBody", "address", "date", "flags", "group_id",
                                      "is_madrid", "madrid_handle", "madrid_flags", "madrid_service", "country",
                                      "madrid_roomname"}) +
       " from message order by message.ROWID";
   Database::Statement rows(database, query.c_str());
+  const int rowId = rows.Column("ROWID");
+  const int plainText = rows.Column("text");
+  const int body = rows.Column("madrid_attributedBody");
+  const int addressColumn = rows.Column("address");
+  const int when = rows.Column("date");
+  const int flagBits = rows.Column("flags");
+  const int groupId = rows.Column("group_id");
+  const int isMadrid = rows.Column("is_madrid");
+  const int madridHandle = rows.Column("madrid_handle");
+  const int madridFlags = rows.Column("madrid_flags");
+  const int serviceName = rows.Column("madrid_service");
+  const int countryColumn = rows.Column("country");
+  const int room = rows.Column("madrid_roomname");
   while (rows.Step()) {
     Sms::Message message;
-    message.rowId = rows.Int64(kRowId);
-    const std::string text = MessageText(rows, kText, kBody);
-    const std::string country = rows.WholeText(kCountry);
-    const bool iMessage = rows.Int64(kIsMadrid) != 0;
+    message.rowId = rows.Int64(rowId);
+    const std::string text = MessageText(rows, plainText, body);
+    const std::string country = rows.WholeText(countryColumn);
+    const bool iMessage = rows.Int64(isMadrid) != 0;
     const TimeBase base = iMessage ? TimeBase::Since2001 : TimeBase::Unix;
-    const LocalDate date = LocalDateOf(rows.Text(kDate), base);
+    const LocalDate date = LocalDateOf(rows.Text(when), base);
     message.instant = date.instant;
     std::vector<std::string> parties;
     std::string id;
     std::string service;
     std::string sender;
     if (iMessage) {
-      message.fromMe = (rows.Int64(kMadridFlags) & 0x8000) != 0;
-      service = rows.WholeText(kService);
-      const std::string handle = rows.WholeText(kHandle);
+      message.fromMe = (rows.Int64(madridFlags) & 0x8000) != 0;
+      service = rows.WholeText(serviceName);
+      const std::string handle = rows.WholeText(madridHandle);
       if (!message.fromMe) sender = handle;
       parties.push_back(handle);
-      id = rows.WholeText(kRoom).empty() ? handle : rows.WholeText(kRoom);
+      id = rows.WholeText(room).empty() ? handle : rows.WholeText(room);
     } else {
-      message.fromMe = (rows.Int64(kFlags) & 1) != 0;
+      message.fromMe = (rows.Int64(flagBits) & 1) != 0;
       service = "SMS";
-      const std::string address = rows.WholeText(kAddress);
+      const std::string address = rows.WholeText(addressColumn);
       if (!message.fromMe) sender = address;
-      const auto group = members.find(rows.Int64(kGroup));
+      const auto group = members.find(rows.Int64(groupId));
       parties = group != members.end() ? group->second : std::vector<std::string>{address};
       for (const std::string& party : parties) id += (id.empty() ? "" : ", ") + party;
     }

@@ -7,6 +7,7 @@
 #include "common/PlistHelpers.h"
 #include "kinds/LocalDatabase.h"
 #include "kinds/StoredFiles.h"
+#include "kinds/current/NewestFirst.h"
 #include "kinds/current/NoteReaders.h"
 
 namespace current {
@@ -29,8 +30,7 @@ template <class Reader>
 void ReadEach(const BackupDevice* device, const std::vector<StoredFile>& files, Reader reader,
               std::vector<Note::Entry>& notes) {
   for (const StoredFile& file : files) {
-    const LocalDatabase local = LocalDatabaseOf(device, file);
-    Database database(local.path, local.access);
+    Database database = OpenStoredDatabase(device, file);
     for (Note::Entry& note : reader(database)) notes.push_back(std::move(note));
   }
 }
@@ -44,9 +44,7 @@ void Note::Read(const BackupDevice* device) {
   ReadEach(device, FindStoredFiles(device, IsNoteStore), ReadNoteStore, notes_);
   // Last modified first; notes without a date last.
   std::stable_sort(notes_.begin() + static_cast<std::ptrdiff_t>(firstOfStore), notes_.end(),
-                   [](const Entry& a, const Entry& b) {
-                     return a.modifiedAt.value_or(INT64_MIN) > b.modifiedAt.value_or(INT64_MIN);
-                   });
+                   [](const Entry& a, const Entry& b) { return Newer(a.modifiedAt, b.modifiedAt); });
 }
 
 plist_t Note::FindContent(void* device, int /*flag*/) {

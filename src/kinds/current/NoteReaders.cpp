@@ -63,21 +63,25 @@ std::vector<Note::Entry> ReadLegacyNotes(Database& database) {
   const bool bodies = schema.HasColumn("ZNOTE", "ZBODY") && schema.HasColumn("ZNOTEBODY", "Z_PK");
   const bool stores = schema.HasColumn("ZNOTE", "ZSTORE") && schema.HasColumn("ZSTORE", "Z_PK");
   const std::string query =
-      "select " + schema.ColumnOrNull("ZNOTE", "ZCREATIONDATE", "n") + ", " +
-      schema.ColumnOrNull("ZNOTE", "ZMODIFICATIONDATE", "n") + ", " + schema.ColumnOrNull("ZNOTE", "ZTITLE", "n") +
-      ", " + (bodies ? schema.ColumnOrNull("ZNOTEBODY", "ZCONTENT", "b") : "NULL") + ", " +
-      (stores ? schema.ColumnOrNull("ZSTORE", "ZNAME", "s") : "NULL") + " from ZNOTE n" +
+      "select " + schema.SelectList("ZNOTE", {"ZCREATIONDATE", "ZMODIFICATIONDATE", "ZTITLE"}, "n") + ", " +
+      (bodies ? schema.ColumnOrNull("ZNOTEBODY", "ZCONTENT", "b") : "NULL") + " AS body, " +
+      (stores ? schema.ColumnOrNull("ZSTORE", "ZNAME", "s") : "NULL") + " AS folder from ZNOTE n" +
       (bodies ? " left join ZNOTEBODY b on b.Z_PK = n.ZBODY" : "") +
       (stores ? " left join ZSTORE s on s.Z_PK = n.ZSTORE" : "") +
       (schema.HasColumn("ZNOTE", "ZDELETEDFLAG") ? " where coalesce(n.ZDELETEDFLAG, 0) = 0" : "") +
       " order by n.rowid";
   Database::Statement rows(database, query.c_str());
+  const int created = rows.Column("ZCREATIONDATE");
+  const int modified = rows.Column("ZMODIFICATIONDATE");
+  const int title = rows.Column("ZTITLE");
+  const int body = rows.Column("body");
+  const int folder = rows.Column("folder");
   while (rows.Step()) {
     Note::Entry note;
-    SetDates(note, rows.Text(0), rows.Text(1));
-    note.title = GetEmptyStringIsNull(rows.Text(2));
-    note.body = GetEmptyStringIsNull(rows.Text(3));
-    note.folder = GetEmptyStringIsNull(rows.Text(4));
+    SetDates(note, rows.Text(created), rows.Text(modified));
+    note.title = GetEmptyStringIsNull(rows.Text(title));
+    note.body = GetEmptyStringIsNull(rows.Text(body));
+    note.folder = GetEmptyStringIsNull(rows.Text(folder));
     notes.push_back(std::move(note));
   }
   return notes;
@@ -95,23 +99,29 @@ std::vector<Note::Entry> ReadNoteStore(Database& database) {
   const std::string bodyJoin = BodyJoin(schema);
   const bool folders = schema.HasColumn(kObjects, "ZFOLDER") && schema.HasColumn(kObjects, "Z_PK");
   const std::string query =
-      "select " + FirstOf(schema, kObjects, "n", {"ZCREATIONDATE3", "ZCREATIONDATE1", "ZCREATIONDATE"}) + ", " +
-      FirstOf(schema, kObjects, "n", {"ZMODIFICATIONDATE1"}) + ", " + schema.ColumnOrNull(kObjects, "ZTITLE1", "n") +
-      ", " + (bodyJoin.empty() ? "NULL" : "d.ZDATA") + ", " +
-      schema.ColumnOrNull(kObjects, "ZISPASSWORDPROTECTED", "n") + ", " +
-      (folders ? schema.ColumnOrNull(kObjects, "ZTITLE2", "f") : "NULL") + " from ZICCLOUDSYNCINGOBJECT n" +
+      "select " + FirstOf(schema, kObjects, "n", {"ZCREATIONDATE3", "ZCREATIONDATE1", "ZCREATIONDATE"}) +
+      " AS created, " + FirstOf(schema, kObjects, "n", {"ZMODIFICATIONDATE1"}) + " AS modified, " +
+      schema.SelectList(kObjects, {"ZTITLE1", "ZISPASSWORDPROTECTED"}, "n") + ", " +
+      (bodyJoin.empty() ? "NULL" : "d.ZDATA") + " AS body, " +
+      (folders ? schema.ColumnOrNull(kObjects, "ZTITLE2", "f") : "NULL") + " AS folder from ZICCLOUDSYNCINGOBJECT n" +
       bodyJoin + (folders ? " left join ZICCLOUDSYNCINGOBJECT f on f.Z_PK = n.ZFOLDER" : "") + " where (" +
       noteRows + ")" +
       (schema.HasColumn(kObjects, "ZMARKEDFORDELETION") ? " and coalesce(n.ZMARKEDFORDELETION, 0) != 1" : "") +
       " order by n.rowid";
   Database::Statement rows(database, query.c_str());
+  const int created = rows.Column("created");
+  const int modified = rows.Column("modified");
+  const int title = rows.Column("ZTITLE1");
+  const int locked = rows.Column("ZISPASSWORDPROTECTED");
+  const int body = rows.Column("body");
+  const int folder = rows.Column("folder");
   while (rows.Step()) {
     Note::Entry note;
-    SetDates(note, rows.Text(0), rows.Text(1));
-    note.title = GetEmptyStringIsNull(rows.Text(2));
-    note.locked = rows.Int64(4) == 1;
-    if (!note.locked) note.body = NoteDocumentText(rows.Blob(3), static_cast<size_t>(rows.Bytes(3)));
-    note.folder = GetEmptyStringIsNull(rows.Text(5));
+    SetDates(note, rows.Text(created), rows.Text(modified));
+    note.title = GetEmptyStringIsNull(rows.Text(title));
+    note.locked = rows.Int64(locked) == 1;
+    if (!note.locked) note.body = NoteDocumentText(rows.Blob(body), static_cast<size_t>(rows.Bytes(body)));
+    note.folder = GetEmptyStringIsNull(rows.Text(folder));
     notes.push_back(std::move(note));
   }
   return notes;

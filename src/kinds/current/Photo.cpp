@@ -23,8 +23,7 @@ void Photo::Read(const BackupDevice* device) {
   read_ = true;
   const std::optional<StoredFile> library = StoredFileIn(device, kDomain, kLibraryPath);
   if (!library) return;
-  const LocalDatabase local = LocalDatabaseOf(device, *library);
-  Database database(local.path, local.access);
+  Database database = OpenStoredDatabase(device, *library);
   for (LibraryAsset& asset : ReadPhotoLibrary(database)) {
     Located located;
     located.relativePath = "Media/" + asset.directory + "/" + asset.fileName;

@@ -35,15 +35,16 @@ std::string AttributesJoin(const SchemaInfo& schema) {
 std::string AssetQuery(const SchemaInfo& schema, const std::string& assets) {
   const std::string join = AttributesJoin(schema);
   const std::string originalName = join.empty() ? "NULL" : "b.ZORIGINALFILENAME";
-  return "select " + schema.ColumnOrNull(assets, "ZDIRECTORY", "a") + ", " +
-         schema.ColumnOrNull(assets, "ZFILENAME", "a") + ", " + schema.ColumnOrNull(assets, "ZDATECREATED", "a") +
-         ", " + schema.ColumnOrNull(assets, "ZKIND", "a") + ", " + schema.ColumnOrNull(assets, "ZTRASHEDSTATE", "a") +
-         ", " + originalName + " from " + assets + " a" + join + " order by a.rowid";
+  return "select " +
+         schema.SelectList(assets, {"ZDIRECTORY", "ZFILENAME", "ZDATECREATED", "ZKIND", "ZTRASHEDSTATE"}, "a") + ", " +
+         originalName + " AS ZORIGINALFILENAME from " + assets + " a" + join + " order by a.rowid";
 }
 
 std::string OldPhotoQuery(const SchemaInfo& schema) {
-  return "select " + schema.ColumnOrNull("Photo", "directory") + ", " + schema.ColumnOrNull("Photo", "filename") +
-         ", NULL, NULL, NULL, NULL from Photo order by rowid";
+  return "select " + schema.ColumnOrNull("Photo", "directory") + " AS ZDIRECTORY, " +
+         schema.ColumnOrNull("Photo", "filename") +
+         " AS ZFILENAME, NULL AS ZDATECREATED, NULL AS ZKIND, NULL AS ZTRASHEDSTATE, NULL AS ZORIGINALFILENAME "
+         "from Photo order by rowid";
 }
 
 }  // namespace
@@ -61,15 +62,21 @@ std::vector<LibraryAsset> ReadPhotoLibrary(Database& database) {
   std::vector<LibraryAsset> assets;
   if (query.empty()) return assets;
   Database::Statement rows(database, query.c_str());
+  const int directory = rows.Column("ZDIRECTORY");
+  const int fileName = rows.Column("ZFILENAME");
+  const int created = rows.Column("ZDATECREATED");
+  const int kind = rows.Column("ZKIND");
+  const int trashed = rows.Column("ZTRASHEDSTATE");
+  const int originalName = rows.Column("ZORIGINALFILENAME");
   while (rows.Step()) {
     LibraryAsset asset;
-    asset.directory = GetEmptyStringIsNull(rows.Text(0));
-    asset.fileName = GetEmptyStringIsNull(rows.Text(1));
+    asset.directory = GetEmptyStringIsNull(rows.Text(directory));
+    asset.fileName = GetEmptyStringIsNull(rows.Text(fileName));
     if (asset.directory.empty() || asset.fileName.empty()) continue;
-    asset.date = LocalDateText(rows.Text(2), TimeBase::Since2001);
-    asset.video = rows.IsNull(3) ? HasVideoExtension(asset.fileName) : rows.Int64(3) == 1;
-    asset.trashed = !rows.IsNull(4) && rows.Int64(4) == 1;
-    asset.originalName = GetEmptyStringIsNull(rows.Text(5));
+    asset.date = LocalDateText(rows.Text(created), TimeBase::Since2001);
+    asset.video = rows.IsNull(kind) ? HasVideoExtension(asset.fileName) : rows.Int64(kind) == 1;
+    asset.trashed = !rows.IsNull(trashed) && rows.Int64(trashed) == 1;
+    asset.originalName = GetEmptyStringIsNull(rows.Text(originalName));
     assets.push_back(std::move(asset));
   }
   return assets;

@@ -49,22 +49,26 @@ std::vector<Recording::Memo> ReadMemos(Database& database) {
   const std::string table = schema.HasTable("ZCLOUDRECORDING") ? "ZCLOUDRECORDING" : "ZRECORDING";
   std::vector<Recording::Memo> memos;
   if (!schema.HasTable(table)) return memos;
-  const std::string query = "select " + schema.ColumnOrNull(table, "ZDATE") + ", " +
-                            schema.ColumnOrNull(table, "ZDURATION") + ", " +
-                            schema.ColumnOrNull(table, "ZCUSTOMLABEL") + ", " +
-                            schema.ColumnOrNull(table, "ZENCRYPTEDTITLE") + ", " +
-                            schema.ColumnOrNull(table, "ZPATH") + ", " +
-                            schema.ColumnOrNull(table, "ZEVICTIONDATE") + " from " + table + " order by rowid";
+  const std::string query =
+      "select " +
+      schema.SelectList(table, {"ZDATE", "ZDURATION", "ZCUSTOMLABEL", "ZENCRYPTEDTITLE", "ZPATH", "ZEVICTIONDATE"}) +
+      " from " + table + " order by rowid";
   Database::Statement rows(database, query.c_str());
+  const int when = rows.Column("ZDATE");
+  const int duration = rows.Column("ZDURATION");
+  const int label = rows.Column("ZCUSTOMLABEL");
+  const int title = rows.Column("ZENCRYPTEDTITLE");
+  const int path = rows.Column("ZPATH");
+  const int evicted = rows.Column("ZEVICTIONDATE");
   while (rows.Step()) {
     Recording::Memo memo;
-    memo.date = LocalDateText(rows.Text(0), TimeBase::Since2001);
-    memo.duration = DurationText(rows.Text(1));
-    memo.title = GetEmptyStringIsNull(rows.Text(2));
-    if (memo.title.empty()) memo.title = GetEmptyStringIsNull(rows.Text(3));
-    memo.storedPath = GetEmptyStringIsNull(rows.Text(4));
+    memo.date = LocalDateText(rows.Text(when), TimeBase::Since2001);
+    memo.duration = DurationText(rows.Text(duration));
+    memo.title = GetEmptyStringIsNull(rows.Text(label));
+    if (memo.title.empty()) memo.title = GetEmptyStringIsNull(rows.Text(title));
+    memo.storedPath = GetEmptyStringIsNull(rows.Text(path));
     memo.name = NameOf(memo.storedPath);
-    memo.deleted = !rows.IsNull(5);
+    memo.deleted = !rows.IsNull(evicted);
     memos.push_back(std::move(memo));
   }
   return memos;
@@ -85,8 +89,7 @@ void Recording::Read(const BackupDevice* device) {
   // database too: a file is listed once.
   std::set<std::string> listedFiles;
   for (const StoredFile& file : MemoDatabases(device)) {
-    const LocalDatabase local = LocalDatabaseOf(device, file);
-    Database database(local.path, local.access);
+    Database database = OpenStoredDatabase(device, file);
     for (Memo& memo : ReadMemos(database)) {
       for (const std::string& candidate : Candidates(memo.storedPath, file.relativePath)) {
         const std::optional<StoredFile> stored = StoredFileIn(device, file.domain, candidate);

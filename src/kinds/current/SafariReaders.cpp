@@ -47,31 +47,37 @@ std::vector<SafariEntry> ReadHistoryDatabase(Database& database) {
   std::vector<SafariEntry> entries;
   if (!schema.HasTable("history_items")) return entries;
   const bool hasVisits = schema.HasTable("history_visits") && schema.HasColumn("history_visits", "history_item");
-  std::string query = "select hi.id, " + schema.SelectList("history_items", {"url", "visit_count"}, "hi") + ", " +
-                      (hasVisits ? schema.SelectList("history_visits", {"visit_time", "title"}, "hv") : "NULL, NULL") +
-                      " from history_items hi";
+  const std::string visits = hasVisits ? schema.SelectList("history_visits", {"visit_time", "title"}, "hv")
+                                       : "NULL AS visit_time, NULL AS title";
+  std::string query = "select hi.id AS id, " + schema.SelectList("history_items", {"url", "visit_count"}, "hi") + ", " +
+                      visits + " from history_items hi";
   if (hasVisits) query += " left join history_visits hv on hv.history_item = hi.id";
   query += hasVisits ? " order by hi.id, hv.visit_time desc, hv.ROWID desc" : " order by hi.id";
   Database::Statement rows(database, query.c_str());
+  const int id = rows.Column("id");
+  const int url = rows.Column("url");
+  const int visitCount = rows.Column("visit_count");
+  const int visitTime = rows.Column("visit_time");
+  const int title = rows.Column("title");
   int64_t item = 0;
   while (rows.Step()) {
-    if (entries.empty() || rows.Int64(0) != item) {
-      item = rows.Int64(0);
+    if (entries.empty() || rows.Int64(id) != item) {
+      item = rows.Int64(id);
       SafariEntry entry;
-      entry.url = Text(rows, 1);
-      entry.visitCount = rows.Int64(2);
-      LocalDate date = LocalDateOf(rows.Text(3), TimeBase::Since2001);
+      entry.url = Text(rows, url);
+      entry.visitCount = rows.Int64(visitCount);
+      LocalDate date = LocalDateOf(rows.Text(visitTime), TimeBase::Since2001);
       entry.date = std::move(date.text);
       entry.instant = date.instant;
       entries.push_back(std::move(entry));
     }
     SafariEntry& entry = entries.back();
-    if (rows.IsNull(3) && rows.IsNull(4)) continue;
-    std::string title = Text(rows, 4);
-    if (entry.title.empty()) entry.title = title;
+    if (rows.IsNull(visitTime) && rows.IsNull(title)) continue;
+    std::string visitTitle = Text(rows, title);
+    if (entry.title.empty()) entry.title = visitTitle;
     // The item's first row is its newest visit, whose date the item shows.
-    std::string visited = entry.visits.empty() ? entry.date : LocalDateText(rows.Text(3), TimeBase::Since2001);
-    entry.visits.push_back({std::move(visited), std::move(title)});
+    std::string visited = entry.visits.empty() ? entry.date : LocalDateText(rows.Text(visitTime), TimeBase::Since2001);
+    entry.visits.push_back({std::move(visited), std::move(visitTitle)});
   }
   return entries;
 }
@@ -85,13 +91,16 @@ std::vector<SafariEntry> ReadBookmarks(Database& database) {
   if (schema.HasColumn("bookmarks", "deleted")) query += " where ifnull(bookmarks.deleted, 0) = 0";
   query += " order by bookmarks.ROWID";
   Database::Statement rows(database, query.c_str());
+  const int title = rows.Column("title");
+  const int url = rows.Column("url");
+  const int modified = rows.Column("last_modified");
   while (rows.Step()) {
     SafariEntry entry;
-    entry.url = Text(rows, 1);
+    entry.url = Text(rows, url);
     if (entry.url.empty()) continue;
     entry.bookmark = true;
-    entry.title = Text(rows, 0);
-    entry.date = LocalDateText(rows.Text(2), TimeBase::Since2001);
+    entry.title = Text(rows, title);
+    entry.date = LocalDateText(rows.Text(modified), TimeBase::Since2001);
     entry.visitCount = 1;
     entries.push_back(std::move(entry));
   }

@@ -40,8 +40,7 @@ void Sms::Read(const BackupDevice* device) {
   read_ = true;
   NameCache names;
   for (const StoredFile& file : StoredFilesAt(device, "Library/SMS/sms.db")) {
-    const LocalDatabase local = LocalDatabaseOf(device, file);
-    Database database(local.path, local.access);
+    Database database = OpenStoredDatabase(device, file);
     for (Conversation& conversation : ReadMessageDatabase(database)) {
       Name(device, conversation, names);
       conversations_.push_back(std::move(conversation));

@@ -37,19 +37,22 @@ std::vector<SmsAttachment::Attachment> ReadAttachments(Database& database) {
   const std::string table = schema.HasTable("attachment") ? "attachment" : "madrid_attachment";
   std::vector<SmsAttachment::Attachment> attachments;
   if (!schema.HasTable(table)) return attachments;
-  const std::string query = "select " + schema.ColumnOrNull(table, "filename") + ", " +
-                            schema.ColumnOrNull(table, "mime_type") + ", " +
-                            schema.ColumnOrNull(table, "transfer_name") + ", " +
-                            schema.ColumnOrNull(table, "created_date") + " from " + table + " order by ROWID";
+  const std::string query = "select " +
+                            schema.SelectList(table, {"filename", "mime_type", "transfer_name", "created_date"}) +
+                            " from " + table + " order by ROWID";
   Database::Statement rows(database, query.c_str());
+  const int fileName = rows.Column("filename");
+  const int mimeType = rows.Column("mime_type");
+  const int transferName = rows.Column("transfer_name");
+  const int created = rows.Column("created_date");
   while (rows.Step()) {
-    if (rows.IsNull(0) || GetEmptyStringIsNull(rows.Text(0)).empty()) continue;
+    if (rows.IsNull(fileName) || GetEmptyStringIsNull(rows.Text(fileName)).empty()) continue;
     SmsAttachment::Attachment attachment;
-    attachment.queryPath = BelowHome(GetEmptyStringIsNull(rows.Text(0)));
-    attachment.mimeType = GetEmptyStringIsNull(rows.Text(1));
+    attachment.queryPath = BelowHome(GetEmptyStringIsNull(rows.Text(fileName)));
+    attachment.mimeType = GetEmptyStringIsNull(rows.Text(mimeType));
     attachment.image = IsImage(attachment.mimeType);
-    attachment.originalName = GetEmptyStringIsNull(rows.Text(2));
-    attachment.date = LocalDateText(rows.Text(3), TimeBase::Since2001);
+    attachment.originalName = GetEmptyStringIsNull(rows.Text(transferName));
+    attachment.date = LocalDateText(rows.Text(created), TimeBase::Since2001);
     attachments.push_back(std::move(attachment));
   }
   return attachments;
@@ -60,8 +63,7 @@ std::vector<SmsAttachment::Attachment> ReadAttachments(Database& database) {
 void SmsAttachment::Read(const BackupDevice* device) {
   read_ = true;
   for (const StoredFile& file : StoredFilesAt(device, "Library/SMS/sms.db")) {
-    const LocalDatabase local = LocalDatabaseOf(device, file);
-    Database database(local.path, local.access);
+    Database database = OpenStoredDatabase(device, file);
     for (Attachment& attachment : ReadAttachments(database)) attachments_.push_back(std::move(attachment));
   }
   const MediaLocator locator(device);

@@ -8,6 +8,7 @@
 #include "common/PlistHelpers.h"
 #include "common/SchemaInfo.h"
 #include "kinds/LocalDatabase.h"
+#include "kinds/current/NewestFirst.h"
 
 namespace current {
 namespace {
@@ -23,21 +24,27 @@ std::vector<Voicemail::Message> ReadMessages(Database& database) {
   const SchemaInfo schema(database);
   std::vector<Voicemail::Message> messages;
   if (!schema.HasTable("voicemail")) return messages;
-  const std::string query = "select voicemail.ROWID, " +
+  const std::string query = "select voicemail.ROWID AS ROWID, " +
                             schema.SelectList("voicemail", {"sender", "date", "duration", "flags", "trashed_date"}) +
                             " from voicemail order by ROWID";
   Database::Statement rows(database, query.c_str());
+  const int rowId = rows.Column("ROWID");
+  const int sender = rows.Column("sender");
+  const int when = rows.Column("date");
+  const int duration = rows.Column("duration");
+  const int flagBits = rows.Column("flags");
+  const int trashed = rows.Column("trashed_date");
   while (rows.Step()) {
     Voicemail::Message message;
-    message.fileName = std::to_string(rows.Int64(0)) + ".amr";
-    message.address = GetEmptyStringIsNull(rows.Text(1));
-    LocalDate date = LocalDateOf(rows.Text(2), TimeBase::Unix);
+    message.fileName = std::to_string(rows.Int64(rowId)) + ".amr";
+    message.address = GetEmptyStringIsNull(rows.Text(sender));
+    LocalDate date = LocalDateOf(rows.Text(when), TimeBase::Unix);
     message.date = std::move(date.text);
     message.instant = date.instant;
-    message.duration = DurationText(rows.Text(3));
-    const int64_t flags = rows.Int64(4);
+    message.duration = DurationText(rows.Text(duration));
+    const int64_t flags = rows.Int64(flagBits);
     message.heard = (flags & kHeardFlag) != 0;
-    message.deleted = (flags & kDeletedFlag) != 0 || rows.Int64(5) != 0;
+    message.deleted = (flags & kDeletedFlag) != 0 || rows.Int64(trashed) != 0;
     messages.push_back(std::move(message));
   }
   return messages;
@@ -48,8 +55,7 @@ std::vector<Voicemail::Message> ReadMessages(Database& database) {
 void Voicemail::Read(const BackupDevice* device) {
   read_ = true;
   for (const StoredFile& file : StoredFilesAt(device, std::string(kVoicemailFolder) + "voicemail.db")) {
-    const LocalDatabase local = LocalDatabaseOf(device, file);
-    Database database(local.path, local.access);
+    Database database = OpenStoredDatabase(device, file);
     for (Message& message : ReadMessages(database)) {
       const std::optional<StoredFile> stored = StoredFileIn(device, file.domain, kVoicemailFolder + message.fileName);
       if (stored && stored->regular) {
@@ -61,9 +67,8 @@ void Voicemail::Read(const BackupDevice* device) {
     }
   }
   // Newest first; voicemail without a date last.
-  std::stable_sort(messages_.begin(), messages_.end(), [](const Message& a, const Message& b) {
-    return a.instant.value_or(INT64_MIN) > b.instant.value_or(INT64_MIN);
-  });
+  std::stable_sort(messages_.begin(), messages_.end(),
+                   [](const Message& a, const Message& b) { return Newer(a.instant, b.instant); });
   for (Message& message : messages_) {
     if (const std::string* name = contacts_.FindNameByPhone(device, message.address)) message.name = *name;
   }

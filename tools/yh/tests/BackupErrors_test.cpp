@@ -95,6 +95,7 @@ TEST_F(YhBackupErrors, AnEmptyOrMissingRootFindsNothing) {
   EXPECT_EQ(missing.code, 1);
   EXPECT_EQ(missing.err, "yh: " + root_.Path() + "nope: no such folder\n");
   const YhResult noDefault = Yh({"show", "x", "calls"}, {"XDG_DATA_HOME=" + root_.Path()});
+  EXPECT_EQ(noDefault.code, 1);
   EXPECT_EQ(noDefault.err, "yh: no backups found in the default location\n");
 }
 
@@ -109,12 +110,12 @@ TEST_F(YhBackupErrors, AKindWithNothingIsNoError) {
   const YhResult json = Yh({"show", path, "calls"});
   EXPECT_EQ(json.code, 0);
   EXPECT_EQ(json.out, "null\n");
-  EXPECT_EQ(Yh({"show", path, "calls", "--format", "xml"}).out,
+  EXPECT_EQ(OutOf(Yh({"show", path, "calls", "--format", "xml"})),
             "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
             "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n<plist version=\"1.0\">\n<array/>\n</plist>\n");
-  EXPECT_EQ(Yh({"show", path, "calls", "--format", "csv"}).out,
+  EXPECT_EQ(OutOf(Yh({"show", path, "calls", "--format", "csv"})),
             "name,address,date,type,duration,country_code,network_code,location\n");
-  EXPECT_EQ(Yh({"show", path, "contacts"}).out, "[]\n");
+  EXPECT_EQ(OutOf(Yh({"show", path, "contacts"})), "[]\n");
 }
 
 }  // namespace

@@ -34,9 +34,9 @@ TEST(YhCommandLine, EveryCommandHasItsHelp) {
     EXPECT_TRUE(Contains(run.out, "Exit codes: 0 done; 1 nothing found"));
     EXPECT_EQ(run.err, "");
   }
-  EXPECT_TRUE(Contains(Yh({"show", "--help"}).out, "--format FORMAT"));
-  EXPECT_TRUE(Contains(Yh({"export", "--help"}).out, "--kinds"));
-  EXPECT_TRUE(Contains(Yh({"--help"}).out, "camera-photos"));
+  EXPECT_TRUE(Contains(OutOf(Yh({"show", "--help"})), "--format FORMAT"));
+  EXPECT_TRUE(Contains(OutOf(Yh({"export", "--help"})), "--kinds"));
+  EXPECT_TRUE(Contains(OutOf(Yh({"--help"})), "camera-photos"));
 }
 
 // Each usage error names the fault and prints the usage of its command.
@@ -78,6 +78,7 @@ TEST(YhCommandLine, KindsAreNamesNumbersOrAll) {
   const YhResult byName = Yh({"show", kOldSample, "notes", "--root", Samples()});
   const YhResult byNumber = Yh({"show", kOldSample, "4", "--root", Samples()});
   EXPECT_EQ(byName.code, 0);
+  EXPECT_EQ(byNumber.code, 0);
   EXPECT_EQ(byName.out, byNumber.out);
   const YhResult all =
       Yh({"export", kOldSample, "--out", "/nonexistent/dir/yh", "--kinds", "all,0", "--root", "/nonexistent/root"});

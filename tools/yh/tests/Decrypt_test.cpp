@@ -23,7 +23,7 @@ TEST_P(YhDecrypt, WritesACopyThatShowsAsThePlainBackup) {
   EXPECT_TRUE(Contains(run.err, "skipped stored file"));  // the sample's file that was not copied
   EXPECT_EQ(yhtest::SnapshotTree(encrypted_), before);
   for (const char* kind : {"calls", "contacts", "messages", "notes", "events"}) {
-    EXPECT_EQ(Yh({"show", copy, kind}).out, Yh({"show", plain_, kind}).out) << kind;
+    EXPECT_EQ(OutOf(Yh({"show", copy, kind})), OutOf(Yh({"show", plain_, kind}))) << kind;
   }
 }
 

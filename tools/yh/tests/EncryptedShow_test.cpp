@@ -24,7 +24,7 @@ TEST_P(YhEncrypted, ShowsWhatThePlainBackupShowsAndLeavesNoCopy) {
     EXPECT_TRUE(std::filesystem::is_empty(temporary.Path())) << kind;
     EXPECT_EQ(run.code, 0) << run.err;
     EXPECT_TRUE(Contains(run.err, "Checking the password"));
-    EXPECT_EQ(run.out, Yh({"show", plain_, kind}).out) << kind;
+    EXPECT_EQ(run.out, OutOf(Yh({"show", plain_, kind}))) << kind;
   }
   EXPECT_EQ(yhtest::SnapshotTree(encrypted_), before);
 }

@@ -163,6 +163,7 @@ TEST_F(YhExportSafety, AnswersThatNameFilesOutsideAreShownButNotCopied) {
   EXPECT_EQ(show.code, 0);
   EXPECT_TRUE(Contains(show.out, "\n\"bell\a\x1b[31mred\n.jpg\","));
   const YhResult table = Yh({"show", backup_, "other-photos", "--format", "table"});
+  EXPECT_EQ(table.code, 0);
   EXPECT_FALSE(Contains(table.out, "\x1b"));
   EXPECT_TRUE(Contains(table.out, "bell  [31mred .jpg"));
 }

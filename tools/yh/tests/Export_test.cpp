@@ -51,7 +51,7 @@ TEST_F(YhExport, WritesEachKindAsJsonAndCsvAndCopiesTheMedia) {
     for (const yh::Kind& kind : yh::Kinds()) {
       SCOPED_TRACE(kind.name);
       const auto show = [&](const char* format) {
-        return Yh({"show", sample, kind.name, "--root", Samples(), "--format", format}).out;
+        return OutOf(Yh({"show", sample, kind.name, "--root", Samples(), "--format", format}));
       };
       EXPECT_EQ(ReadFile(out_ + "/" + kind.name + ".json"), show("json"));
       EXPECT_EQ(ReadFile(out_ + "/" + kind.name + ".csv"), show("csv"));

@@ -22,7 +22,7 @@ TEST(YhList, TableHasOneLinePerBackup) {
   EXPECT_EQ(run.code, 0);
   EXPECT_EQ(run.out, kTable);
   EXPECT_EQ(run.err, "");
-  EXPECT_EQ(Yh({"list", "--root", Samples(), "--format", "table"}).out, kTable);
+  EXPECT_EQ(OutOf(Yh({"list", "--root", Samples(), "--format", "table"})), kTable);
 }
 
 TEST(YhList, JsonHoldsEveryDeviceField) {
@@ -48,6 +48,7 @@ TEST(YhList, JsonHoldsEveryDeviceField) {
 
 TEST(YhList, DatesFollowTheLocalTimeZone) {
   const YhResult run = Yh({"list", "--root", Samples()}, {"TZ=America/New_York"});
+  EXPECT_EQ(run.code, 0);
   EXPECT_TRUE(Contains(run.out, "2014-07-04 14:22:05"));
 }
 
@@ -67,7 +68,7 @@ TEST(YhList, EncryptedBackupsAreMarked) {
   const YhResult run = Yh({"list", "--root", dir.Path(), "--format", "json"});
   ASSERT_EQ(run.code, 0);
   EXPECT_EQ(nlohmann::json::parse(run.out)[0]["encrypted"], true);
-  EXPECT_TRUE(Contains(Yh({"list", "--root", dir.Path()}).out, "Locked  "));
+  EXPECT_TRUE(Contains(OutOf(Yh({"list", "--root", dir.Path()})), "Locked  "));
 }
 
 TEST(YhList, NothingFoundExitsWithOne) {

@@ -46,7 +46,7 @@ class YhReport : public ::testing::Test {
   }
 
   ordered_json Shown(const char* sample, const std::string& kind) {
-    return ordered_json::parse(Yh({"show", sample, kind, "--root", Samples()}).out);
+    return ordered_json::parse(OutOf(Yh({"show", sample, kind, "--root", Samples()})));
   }
 
   yhtest::TempDir dir_;

@@ -207,7 +207,7 @@ TEST(YhShow, TableAlignsTheColumns) {
 
 TEST(YhShow, CallsAsCsv) {
   const YhResult run = ShowClassic(kOldSample, "calls", "csv");
-  EXPECT_EQ(run.out,
+  EXPECT_EQ(OutOf(run),
             "name,address,date,type,duration,country_code,network_code,location\n"
             "John Appleseed,+14085550123,2014-07-01 09:15:32,Incoming,00:05:12,310,410,\n"
             "Kate Bell,+15555648583,2014-07-02 18:40:05,Outgoing,00:01:35,310,410,\n"
@@ -217,7 +217,7 @@ TEST(YhShow, CallsAsCsv) {
 
 TEST(YhShow, MessagesAreOneRowPerMessageWithTheirThread) {
   const YhResult run = ShowClassic(kNewSample, "messages", "csv");
-  const auto rows = ParseCsv(run.out);
+  const auto rows = ParseCsv(OutOf(run));
   ASSERT_EQ(rows.size(), 6u);
   EXPECT_EQ(rows[1], (std::vector<std::string>{"+16175550199", "+16175550199", "Mary Somerville", "us", "iMessage",
                                                "Did you see the comet last night?", "2023-09-11 07:30:05", "0"}));
@@ -229,31 +229,31 @@ TEST(YhShow, MessagesAreOneRowPerMessageWithTheirThread) {
 }
 
 TEST(YhShow, TheCurrentServiceIsTheDefaultAndItsExtraKeysFollowTheDescribedColumns) {
-  const auto calls = ParseCsv(Show(kOldSample, "calls", "csv").out);
+  const auto calls = ParseCsv(OutOf(Show(kOldSample, "calls", "csv")));
   ASSERT_FALSE(calls.empty());
   EXPECT_EQ(calls.front(), (std::vector<std::string>{"name", "address", "date", "type", "duration", "country_code",
                                                      "network_code", "location", "answered", "service"}));
-  const auto messages = ParseCsv(Show(kNewSample, "messages", "csv").out);
+  const auto messages = ParseCsv(OutOf(Show(kNewSample, "messages", "csv")));
   ASSERT_FALSE(messages.empty());
   const std::vector<std::string> described = yh::FindKind("messages")->columns;
   EXPECT_EQ(std::vector<std::string>(messages.front().begin(), messages.front().begin() + described.size()), described);
-  EXPECT_NE(Show(kNewSample, "messages", "json").out, ShowClassic(kNewSample, "messages", "json").out);
+  EXPECT_NE(OutOf(Show(kNewSample, "messages", "json")), OutOf(ShowClassic(kNewSample, "messages", "json")));
 }
 
 TEST(YhShow, VoicemailComesFromTheCurrentServiceOnly) {
   const std::string header = "name,address,date,duration,heard,deleted,path,size,present,file_name\n";
   const std::string backup = SamplePath(kNewSample) + "/";
-  EXPECT_EQ(Show(kNewSample, "voicemail", "csv").out,
+  EXPECT_EQ(OutOf(Show(kNewSample, "voicemail", "csv")),
             header + ",+14155550100,2023-09-11 16:20:09,00:00:18,true,true," + backup +
                 "20/20ed83be4a9cafa4190cb7977a91f5093c97fd08,1406,true,2.amr\n"
                 "Mary Somerville,+16175550199,2023-09-08 12:04:51,00:00:41,false,false," +
                 backup + "51/51cb8449dcb7daaad6e62b150673a8e424877e5f,3106,true,1.amr\n");
-  EXPECT_EQ(ShowClassic(kNewSample, "voicemail", "json").out, "null\n");
-  EXPECT_EQ(ShowClassic(kNewSample, "11", "csv").out, header);
+  EXPECT_EQ(OutOf(ShowClassic(kNewSample, "voicemail", "json")), "null\n");
+  EXPECT_EQ(OutOf(ShowClassic(kNewSample, "11", "csv")), header);
 }
 
 TEST(YhShow, ContactPropertiesAreOneRowEachWithThePersonsId) {
-  const auto rows = ParseCsv(Show(kOldSample, "contacts", "csv").out);
+  const auto rows = ParseCsv(OutOf(Show(kOldSample, "contacts", "csv")));
   ASSERT_EQ(rows.size(), 7u);
   EXPECT_EQ(rows[3], (std::vector<std::string>{"2", "Kate Bell", "Creative Consulting", "", "", "", "Producer", "",
                                                "2014-02-03 18:30:00", "Mobile", "+1 (555) 564-8583"}));
@@ -263,9 +263,9 @@ TEST(YhShow, ContactPropertiesAreOneRowEachWithThePersonsId) {
 
 TEST(YhShow, NoteBodiesKeepTheirLineBreaksInCsvAndLoseThemInTables) {
   const YhResult csv = Show(kNewSample, "notes", "csv");
-  EXPECT_TRUE(Contains(csv.out, ",Packing list,\"Packing list\nPassport\nCharger\nSunscreen\",false,\n"));
+  EXPECT_TRUE(Contains(OutOf(csv), ",Packing list,\"Packing list\nPassport\nCharger\nSunscreen\",false,\n"));
   const YhResult table = Show(kNewSample, "notes", "table");
-  EXPECT_TRUE(Contains(table.out, "Packing list  Packing list Passport Charger Sunscreen   false\n"));
+  EXPECT_TRUE(Contains(OutOf(table), "Packing list  Packing list Passport Charger Sunscreen   false\n"));
 }
 
 TEST(YhShow, AllGivesEveryKindInOrder) {
@@ -279,27 +279,28 @@ TEST(YhShow, AllGivesEveryKindInOrder) {
     for (const auto& [name, answer] : all.items()) {
       const yh::Kind& kind = yh::Kinds()[i++];
       EXPECT_EQ(name, kind.name);
-      EXPECT_EQ(answer, Json::parse(Show(sample, kind.name, "json").out));
+      EXPECT_EQ(answer, Json::parse(OutOf(Show(sample, kind.name, "json"))));
     }
 
     const YhResult xml = Show(sample, "all", "xml");
+    EXPECT_EQ(xml.code, 0);
     plist_t tree = nullptr;
     plist_from_xml(xml.out.data(), static_cast<uint32_t>(xml.out.size()), &tree);
     ASSERT_NE(tree, nullptr);
     EXPECT_EQ(plist_dict_get_size(tree), yh::Kinds().size());
-    EXPECT_EQ(LibplistXml(plist_dict_get_item(tree, "notes")), Show(sample, "notes", "xml").out);
+    EXPECT_EQ(LibplistXml(plist_dict_get_item(tree, "notes")), OutOf(Show(sample, "notes", "xml")));
     plist_free(tree);
 
     const YhResult csv = Show(sample, "all", "csv");
-    EXPECT_TRUE(Contains(csv.out, "# calls\n" + Show(sample, "calls", "csv").out + "\n# contacts\n"));
+    EXPECT_TRUE(Contains(OutOf(csv), "# calls\n" + OutOf(Show(sample, "calls", "csv")) + "\n# contacts\n"));
     const YhResult table = Show(sample, "all", "table");
-    EXPECT_TRUE(Contains(table.out, "other-photos: 1 record\n" + Show(sample, "other-photos", "table").out));
+    EXPECT_TRUE(Contains(OutOf(table), "other-photos: 1 record\n" + OutOf(Show(sample, "other-photos", "table"))));
     EXPECT_EQ(table.out.rfind("calls: 4 records\n", 0), 0u);
   }
 }
 
 TEST(YhShow, TheBackupIsNamedByPathFolderPrefixOrDeviceName) {
-  const std::string expected = Show(kNewSample, "calls", "json").out;
+  const std::string expected = OutOf(Show(kNewSample, "calls", "json"));
   const std::vector<std::string> names = {SamplePath(kNewSample), SamplePath(kNewSample) + "/", "00008101",
                                           "Ada’s iPhone", "Ada's iPhone"};
   for (const std::string& name : names) {
@@ -308,13 +309,13 @@ TEST(YhShow, TheBackupIsNamedByPathFolderPrefixOrDeviceName) {
     EXPECT_EQ(run.code, 0);
     EXPECT_EQ(run.out, expected);
   }
-  EXPECT_EQ(Yh({"show", SamplePath(kNewSample), "calls"}).out, expected) << "a path needs no root";
+  EXPECT_EQ(OutOf(Yh({"show", SamplePath(kNewSample), "calls"})), expected) << "a path needs no root";
   const std::string support = Samples().substr(0, Samples().size() - std::string("/MobileSync/Backup").size());
-  EXPECT_EQ(Yh({"show", "Ada’s iPhone", "calls"}, {"XDG_DATA_HOME=" + support}).out, expected);
+  EXPECT_EQ(OutOf(Yh({"show", "Ada’s iPhone", "calls"}, {"XDG_DATA_HOME=" + support})), expected);
 }
 
 TEST(YhShow, JsonIsTheDefaultFormat) {
-  EXPECT_EQ(Yh({"show", kOldSample, "safari", "--root", Samples()}).out, Show(kOldSample, "safari", "json").out);
+  EXPECT_EQ(OutOf(Yh({"show", kOldSample, "safari", "--root", Samples()})), OutOf(Show(kOldSample, "safari", "json")));
 }
 
 }  // namespace

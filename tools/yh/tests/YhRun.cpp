@@ -89,6 +89,11 @@ YhResult Yh(const std::vector<std::string>& args, const std::vector<std::string>
   return run;
 }
 
+std::string OutOf(const YhResult& run) {
+  EXPECT_EQ(run.code, 0) << run.err;
+  return run.out;
+}
+
 std::string Samples() { return YH_SAMPLE_BACKUPS; }
 
 yh::Plist Answer(const std::string& path, int contentType, bool classic) {

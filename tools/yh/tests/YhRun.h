@@ -21,6 +21,10 @@ struct YhResult {
 // entries of the environment.
 YhResult Yh(const std::vector<std::string>& args, const std::vector<std::string>& env = {});
 
+// The output of a run that has to succeed (exit code 0); a failure shows
+// the code and what yh wrote to its error stream.
+std::string OutOf(const YhResult& run);
+
 // The folder that holds the two sample backups, and their folder names.
 std::string Samples();
 extern const char kOldSample[];  // Manifest.mbdb
