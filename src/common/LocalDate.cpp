@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <ctime>
+#include <limits>
 #include <optional>
 
 #include "common/CivilTime.h"
@@ -25,6 +26,8 @@ std::optional<int64_t> StoredSeconds(const char* stored) {
   errno = 0;
   const long long whole = std::strtoll(stored, &end, 10);
   if (*end == '\0' && errno == 0) {
+    // The least count has no magnitude to read, in either unit.
+    if (whole == std::numeric_limits<long long>::min()) return std::nullopt;
     if (std::llabs(whole) <= kLargestSeconds) return whole;
     const long long seconds = whole / 1000000000;
     return whole < 0 && whole % 1000000000 != 0 ? seconds - 1 : seconds;

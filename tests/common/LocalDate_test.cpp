@@ -64,6 +64,8 @@ TEST(LocalDate, WhatIsNoDateStaysEmpty) {
   EXPECT_EQ(LocalDateText("12abc", TimeBase::Unix), "");
   EXPECT_EQ(LocalDateText("nan", TimeBase::Unix), "");
   EXPECT_EQ(LocalDateText("1e300", TimeBase::Unix), "");
+  EXPECT_EQ(LocalDateText("-9223372036854775808", TimeBase::Since2001), "");
+  EXPECT_EQ(LocalDateText("-9223372036854775808", TimeBase::Unix), "");
   EXPECT_FALSE(LocalDateOf("", TimeBase::Unix).instant.has_value());
 }
 

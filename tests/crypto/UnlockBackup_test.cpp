@@ -142,7 +142,7 @@ TEST_P(UnlockBackupTest, TheHostChoosesWhereThePrivateFolderGoes) {
   plist_free(messages);
   EXPECT_TRUE(PrivateFolders().empty());
   EXPECT_EQ(inChosen(), 1);
-  service->FreeBackupDevice(list);
+  yhtest::FreeDeviceList(list);
   EXPECT_EQ(inChosen(), 0);
   FreeiDeviceBackupService(service);
 }

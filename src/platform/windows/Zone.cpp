@@ -69,8 +69,8 @@ const wchar_t* WindowsKeyOf(const std::string& name) {
 std::optional<ZoneReading> ZoneAt(int64_t instant) {
   DYNAMIC_TIME_ZONE_INFORMATION zone;
   if (!ZoneInEffect(&zone)) return std::nullopt;
-  while (instant < kFirst) instant += kFourCenturies;
-  while (instant > kLast) instant -= kFourCenturies;
+  if (instant < kFirst) instant += ((kFirst - instant) / kFourCenturies + 1) * kFourCenturies;
+  if (instant > kLast) instant -= ((instant - kLast) / kFourCenturies + 1) * kFourCenturies;
   const FILETIME utcTime = FileTimeOf(instant);
   SYSTEMTIME utc;
   SYSTEMTIME local;
