@@ -1,6 +1,7 @@
 #include "kinds/current/AddressBookReader.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
@@ -88,7 +89,8 @@ std::string UniqueLabel(const std::string& label, const std::vector<std::string>
 std::string BirthdayText(const std::string& stored) {
   char* end = nullptr;
   const double seconds = std::strtod(stored.c_str(), &end);
-  if (stored.empty() || *end != '\0') return stored;
+  // A count beyond what 64 bits hold is no day; it is shown as stored.
+  if (stored.empty() || *end != '\0' || !(std::fabs(seconds) < 9e18)) return stored;
   const time_t when = static_cast<time_t>(seconds) + 978307200;
   std::tm day{};
   if (!UtcFields(when, &day)) return stored;

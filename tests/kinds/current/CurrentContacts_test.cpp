@@ -94,6 +94,22 @@ TEST(CurrentContacts, PeopleOutOfOrderOrRepeatedAreListedByIdWithTheirValues) {
                 "{\"id\":7u,\"name\":\"Ada Lovelace\"," + empty + "\"properties\":{\"Mobile\":\"555-0107\"}}]");
 }
 
+// A stored count too large for any day is shown as it was stored.
+TEST(CurrentContacts, ABirthdayBeyondAnyDayIsShownAsStored) {
+  const char kSql[] =
+      "CREATE TABLE ABPerson (ROWID INTEGER PRIMARY KEY, First TEXT, Birthday TEXT);\n"
+      "INSERT INTO ABPerson VALUES (1, 'Far', '5.5e252'), (2, 'Near', '-1e19'), (3, 'Day', '-504921600');\n";
+  TempDir root;
+  const std::string backup =
+      BackupBuilder(IndexKind::ManifestDb).AddDatabase("HomeDomain", kAddressBookPath, kSql).Write(root.Path() + "b");
+  ScopedTimeZone utc("UTC");
+  ServedBackup served(backup, Service::Current);
+  const std::string answer = served.Answer(ContentContact);
+  EXPECT_NE(answer.find("\"birthday\":\"5.5e252\""), std::string::npos) << answer;
+  EXPECT_NE(answer.find("\"birthday\":\"-1e19\""), std::string::npos) << answer;
+  EXPECT_NE(answer.find("\"birthday\":\"1985-01-01\""), std::string::npos) << answer;
+}
+
 TEST(CurrentContacts, NoAddressBookGivesAnEmptyArray) {
   TempDir root;
   ServedBackup served(BackupBuilder(IndexKind::Mbdb).Write(root.Path() + "b"), Service::Current);
