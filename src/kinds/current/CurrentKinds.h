@@ -13,8 +13,10 @@
 #include "kinds/current/Voicemail.h"
 
 // The current service's own extractors of one record. Calls, messages and
-// voicemail name their other parties through the one contacts object. A
-// record's session holds them by this type.
+// voicemail name their other parties through the one contacts object; the
+// calendar answers events and reminders, the photos camera pictures and the
+// others, each by the flag it is asked with. A record's session holds them by
+// this type.
 class CurrentKinds {
  public:
   CurrentKinds() : callHistory(contact), sms(contact), voicemail(contact) {}

@@ -8,8 +8,8 @@
 #include "common/PlistHelpers.h"
 #include "common/SchemaInfo.h"
 #include "common/TextHelpers.h"
-#include "kinds/LocalDatabase.h"
 #include "kinds/MediaLocator.h"
+#include "kinds/current/StoredDatabases.h"
 
 namespace current {
 namespace {
@@ -31,11 +31,11 @@ bool IsImage(std::string mimeType) {
   return mimeType.find("image") != std::string::npos;
 }
 
-std::vector<SmsAttachment::Attachment> ReadAttachments(Database& database) {
+std::vector<Attachment> ReadAttachments(Database& database) {
   const SchemaInfo schema(database);
   // Before iOS 6 attachments lived in madrid_attachment.
   const std::string table = schema.HasTable("attachment") ? "attachment" : "madrid_attachment";
-  std::vector<SmsAttachment::Attachment> attachments;
+  std::vector<Attachment> attachments;
   if (!schema.HasTable(table)) return attachments;
   const std::string query = "select " +
                             schema.SelectList(table, {"filename", "mime_type", "transfer_name", "created_date"}) +
@@ -47,7 +47,7 @@ std::vector<SmsAttachment::Attachment> ReadAttachments(Database& database) {
   const int created = rows.Column("created_date");
   while (rows.Step()) {
     if (rows.IsNull(fileName) || GetEmptyStringIsNull(rows.Text(fileName)).empty()) continue;
-    SmsAttachment::Attachment attachment;
+    Attachment attachment;
     attachment.queryPath = BelowHome(GetEmptyStringIsNull(rows.Text(fileName)));
     attachment.mimeType = GetEmptyStringIsNull(rows.Text(mimeType));
     attachment.image = IsImage(attachment.mimeType);
@@ -60,43 +60,33 @@ std::vector<SmsAttachment::Attachment> ReadAttachments(Database& database) {
 
 }  // namespace
 
-void SmsAttachment::Read(const BackupDevice* device) {
-  read_ = true;
-  for (const StoredFile& file : StoredFilesAt(device, "Library/SMS/sms.db")) {
-    Database database = OpenStoredDatabase(device, file);
-    for (Attachment& attachment : ReadAttachments(database)) attachments_.push_back(std::move(attachment));
-  }
+std::vector<Attachment> SmsAttachment::Read(const BackupDevice* device) {
+  std::vector<Attachment> attachments =
+      ReadStoredDatabases(device, StoredFilesAt(device, "Library/SMS/sms.db"), ReadAttachments);
   const MediaLocator locator(device);
-  for (Attachment& attachment : attachments_) {
+  size_t position = 0;
+  for (Attachment& attachment : attachments) {
+    attachment.fileName = "IMG_" + std::to_string(++position);
+    if (const char* extension = GetFilePostfix(attachment.queryPath.c_str())) attachment.fileName += extension;
     const std::optional<ReadableFile> stored = locator.FindExact(attachment.queryPath);
     if (!stored) continue;
     attachment.path = stored->path;
     attachment.size = stored->size;
     attachment.present = true;
   }
+  return attachments;
 }
 
-plist_t SmsAttachment::FindContent(void* device, int /*flag*/) {
-  if (!read_) Read(static_cast<const BackupDevice*>(device));
-  if (attachments_.empty()) return nullptr;
-  plist_t array = plist_new_array();
-  size_t position = 0;
-  for (const Attachment& attachment : attachments_) {
-    std::string name = "IMG_" + std::to_string(++position);
-    if (const char* extension = GetFilePostfix(attachment.queryPath.c_str())) name += extension;
-    plist_t dict = plist_new_dict();
-    InsertPlistDictString(dict, "file_name", name.c_str());
-    InsertPlistDictString(dict, "path", attachment.path.c_str());
-    plist_dict_set_item(dict, "size", plist_new_uint(attachment.size));
-    plist_dict_set_item(dict, "type", plist_new_uint(attachment.image ? 0 : 1));
-    InsertPlistDictString(dict, "query_path", attachment.queryPath.c_str());
-    plist_dict_set_item(dict, "present", plist_new_bool(attachment.present));
-    InsertPlistDictString(dict, "mime_type", attachment.mimeType.c_str());
-    InsertPlistDictString(dict, "original_name", attachment.originalName.c_str());
-    InsertPlistDictString(dict, "date", attachment.date.c_str());
-    plist_array_append_item(array, dict);
-  }
-  return array;
+void SmsAttachment::InsertKeys(const Attachment& attachment, plist_t dict) const {
+  InsertPlistDictString(dict, "file_name", attachment.fileName.c_str());
+  InsertPlistDictString(dict, "path", attachment.path.c_str());
+  plist_dict_set_item(dict, "size", plist_new_uint(attachment.size));
+  plist_dict_set_item(dict, "type", plist_new_uint(attachment.image ? 0 : 1));
+  InsertPlistDictString(dict, "query_path", attachment.queryPath.c_str());
+  plist_dict_set_item(dict, "present", plist_new_bool(attachment.present));
+  InsertPlistDictString(dict, "mime_type", attachment.mimeType.c_str());
+  InsertPlistDictString(dict, "original_name", attachment.originalName.c_str());
+  InsertPlistDictString(dict, "date", attachment.date.c_str());
 }
 
 }  // namespace current

@@ -5,37 +5,37 @@
 #include <string>
 #include <vector>
 
-#include "kinds/Kind.h"
+#include "kinds/current/StoredRecordKind.h"
 #include "libYH.h"
 
 namespace current {
+
+// One attachment of a message database and its stored file.
+struct Attachment {
+  std::string fileName;  // "IMG_" + its place among every attachment + the extension
+  std::string queryPath;
+  std::string path;
+  uint64_t size = 0;
+  bool image = false;
+  bool present = false;
+  std::string mimeType;
+  std::string originalName;
+  std::string date;
+};
 
 // Every attachment of every message database, located exactly by its path
 // below the device's home folder whatever prefix the database wrote ("~/" or
 // "/var/mobile/"). An attachment whose file the backup lacks is listed too,
 // with an empty path and size 0. Besides the described keys: "present",
-// "mime_type", "original_name" and "date".
-class SmsAttachment : public Kind {
+// "mime_type", "original_name" and "date". NULL when no message database
+// names an attachment.
+class SmsAttachment : public StoredRecordKind<Attachment> {
  public:
-  // NULL when no message database names an attachment.
-  plist_t FindContent(void* device, int flag) override;
-
-  struct Attachment {
-    std::string queryPath;
-    std::string path;
-    uint64_t size = 0;
-    bool image = false;
-    bool present = false;
-    std::string mimeType;
-    std::string originalName;
-    std::string date;
-  };
+  SmsAttachment() : StoredRecordKind(WhenNone::Null) {}
 
  private:
-  void Read(const BackupDevice* device);
-
-  bool read_ = false;
-  std::vector<Attachment> attachments_;
+  std::vector<Attachment> Read(const BackupDevice* device) override;
+  void InsertKeys(const Attachment& attachment, plist_t dict) const override;
 };
 
 }  // namespace current
