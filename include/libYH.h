@@ -190,6 +190,22 @@ typedef void (*YHDecryptProgressCallback)(const YHDecryptProgress* progress, voi
 YH_EXPORT int32_t DecryptBackup(const char* backup, const char* out, const char* password,
                                 YHDecryptProgressCallback progress, void* userData);
 
+/* What the owner deleted, for a record the current service analysed: an
+ * array in the layout of that type's GetContentList answer (the same keys in
+ * the same order) holding only deleted records, each with two more keys:
+ * "deleted_from" ("recently-deleted" for what the system itself keeps after a
+ * deletion, else where the bytes were found: "wal", "freelist", "freeblock",
+ * "unallocated", "journal") and "deleted_date" (when the system recorded the
+ * deletion, as local time, else ""). Messages carry both keys on each
+ * message. An earlier version of a live record whose content differs is
+ * listed too, with "earlier_version" true. A value that could not be read is
+ * "" or 0, never a guess. Rows are read from the stored databases' bytes and
+ * their -wal files (the decrypted copies of an encrypted backup), never
+ * written. NULL for a record the current service did not analyse, for a type
+ * it does not know and for a type with nothing recovered. Free it with
+ * plist_free. */
+YH_EXPORT plist_t GetDeletedContentList(BackupDevice* device, iDeviceContentType type);
+
 /* Rows read page by page from any SQLite database file, without opening it
  * through SQLite: the deleted rows and earlier versions of rows its free
  * space, its -wal frames and its rollback journal still hold, and with

@@ -36,18 +36,31 @@ Database::Database(const std::string& path, Access access) {
   if (open_) sqlite3_exec(db_, "PRAGMA temp_store=MEMORY", nullptr, nullptr, nullptr);
 }
 
+Database::Database(InMemory) {
+  open_ = sqlite3_open_v2(":memory:", &db_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr) == SQLITE_OK;
+}
+
 Database::~Database() { sqlite3_close(db_); }
+
+void Database::NoteRefusal(int code) {
+  const int primary = code & 0xff;
+  if (primary == SQLITE_CORRUPT || primary == SQLITE_NOTADB) refused_ = true;
+}
 
 bool Database::Exec(const char* sql, RowCallback callback, void* context) {
   if (!open_) return false;
   char* error = nullptr;
   int rc = sqlite3_exec(db_, sql, callback, context, &error);
   sqlite3_free(error);
+  NoteRefusal(rc);
   return rc == SQLITE_OK;
 }
 
-Database::Statement::Statement(Database& db, const char* sql) {
-  if (!db.open_ || sqlite3_prepare_v2(db.db_, sql, -1, &stmt_, nullptr) != SQLITE_OK) {
+Database::Statement::Statement(Database& db, const char* sql) : db_(db) {
+  if (!db.open_) return;
+  const int code = sqlite3_prepare_v2(db.db_, sql, -1, &stmt_, nullptr);
+  if (code != SQLITE_OK) {
+    db.NoteRefusal(code);
     sqlite3_finalize(stmt_);
     stmt_ = nullptr;
   }
@@ -55,14 +68,46 @@ Database::Statement::Statement(Database& db, const char* sql) {
 
 Database::Statement::~Statement() { sqlite3_finalize(stmt_); }
 
-bool Database::Statement::BindText(int parameter, const std::string& text) {
+bool Database::Statement::BindText(int parameter, const std::string_view& text) {
   if (!stmt_) return false;
   sqlite3_reset(stmt_);
   return sqlite3_bind_text(stmt_, parameter, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT) ==
          SQLITE_OK;
 }
 
-bool Database::Statement::Step() { return stmt_ && sqlite3_step(stmt_) == SQLITE_ROW; }
+bool Database::Statement::BindInt64(int parameter, int64_t value) {
+  if (!stmt_) return false;
+  sqlite3_reset(stmt_);
+  return sqlite3_bind_int64(stmt_, parameter, value) == SQLITE_OK;
+}
+
+bool Database::Statement::BindReal(int parameter, double value) {
+  if (!stmt_) return false;
+  sqlite3_reset(stmt_);
+  return sqlite3_bind_double(stmt_, parameter, value) == SQLITE_OK;
+}
+
+bool Database::Statement::BindBlob(int parameter, const std::string_view& bytes) {
+  if (!stmt_) return false;
+  sqlite3_reset(stmt_);
+  // A zero-length blob, not NULL, even for an empty view.
+  return sqlite3_bind_blob(stmt_, parameter, bytes.empty() ? "" : bytes.data(), static_cast<int>(bytes.size()),
+                           SQLITE_TRANSIENT) == SQLITE_OK;
+}
+
+bool Database::Statement::BindNull(int parameter) {
+  if (!stmt_) return false;
+  sqlite3_reset(stmt_);
+  return sqlite3_bind_null(stmt_, parameter) == SQLITE_OK;
+}
+
+bool Database::Statement::Step() {
+  if (!stmt_) return false;
+  const int code = sqlite3_step(stmt_);
+  if (code == SQLITE_ROW) return true;
+  if (code != SQLITE_DONE) db_.NoteRefusal(code);
+  return false;
+}
 
 int Database::Statement::Column(const char* name) const {
   const int count = stmt_ ? sqlite3_column_count(stmt_) : 0;

@@ -25,11 +25,19 @@ class Database {
   enum class Access { Immutable, PrivateCopy };
 
   explicit Database(const std::string& path, Access access = Access::Immutable);
+  // A new empty database in memory, written by the library alone: rows read
+  // from a stored file's pages are laid out there for the kinds' readers.
+  struct InMemory {};
+  explicit Database(InMemory);
   ~Database();  // closes the handle, also after a failed open
   Database(const Database&) = delete;
   Database& operator=(const Database&) = delete;
 
   bool IsOpen() const { return open_; }
+  // Whether SQLite refused the file as damaged or as no database at all (on
+  // opening it, preparing a statement or stepping through rows), so that its
+  // rows may be incomplete.
+  bool Refused() const { return refused_; }
 
   // Runs the query to completion over every row; true when SQLite says
   // SQLITE_OK. A failed query frees SQLite's message and gives false.
@@ -45,7 +53,12 @@ class Database {
     bool IsValid() const { return stmt_ != nullptr; }
     // Binds a text to the 1-based parameter and rewinds the statement, so
     // that one prepared lookup serves many values.
-    bool BindText(int parameter, const std::string& text);
+    bool BindText(int parameter, const std::string_view& text);
+    // The same for the other stored types.
+    bool BindInt64(int parameter, int64_t value);
+    bool BindReal(int parameter, double value);
+    bool BindBlob(int parameter, const std::string_view& bytes);
+    bool BindNull(int parameter);
     bool Step();  // true while a row is ready
     // The position of the result column named `name` (its AS name, or the
     // column's own), so that rows are read by name; -1 when there is none.
@@ -62,6 +75,7 @@ class Database {
     int Bytes(int column) const;
 
    private:
+    Database& db_;
     sqlite3_stmt* stmt_ = nullptr;
   };
 
@@ -70,8 +84,12 @@ class Database {
   static std::string ReadOnlyUri(const std::string& path);
 
  private:
+  // Notes a refusal when SQLite's last answer on this connection was one.
+  void NoteRefusal(int code);
+
   sqlite3* db_ = nullptr;
   bool open_ = false;
+  bool refused_ = false;
 };
 
 #endif

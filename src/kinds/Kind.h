@@ -12,6 +12,9 @@ class Kind : public VqBase {
  public:
   ~Kind() override = default;
   virtual plist_t FindContent(void* device, int flag) = 0;
+  // The records of the same layout that the owner deleted, NULL when there
+  // are none; only kinds of the current service find any.
+  virtual plist_t FindDeletedContent(void* /*device*/, int /*flag*/) { return nullptr; }
 };
 
 #endif

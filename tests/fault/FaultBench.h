@@ -26,7 +26,8 @@ constexpr int kContentTypes = ContentVoicemail + 1;
 
 // Every answer both services give for one backup folder, asked for every
 // content type twice, as dumps: in each round the described service's
-// answers by content type, then the current service's.
+// answers by content type, then the current service's, then the current
+// service's deleted records.
 struct Answers {
   bool found = false;
   std::vector<std::string> rounds[2];
@@ -58,6 +59,11 @@ inline Answers AskEverything(const std::string& folder) {
       for (auto& round : answers.rounds) {
         for (int type = 0; type < kContentTypes; ++type) {
           plist_t answer = service->GetContentList(list, static_cast<iDeviceContentType>(type));
+          CollectPaths(answer, &answers.paths);
+          round.push_back(DumpAndFree(answer));
+        }
+        for (int type = 0; create == CreateCurrentDataRecoveryService && type < kContentTypes; ++type) {
+          plist_t answer = GetDeletedContentList(list, static_cast<iDeviceContentType>(type));
           CollectPaths(answer, &answers.paths);
           round.push_back(DumpAndFree(answer));
         }
@@ -126,7 +132,8 @@ class FaultBench {
     for (size_t i = 0; i < answers.rounds[0].size() && i < baseline_.rounds[0].size(); ++i) {
       const int type = static_cast<int>(i) % kContentTypes;
       if (std::find(changed.begin(), changed.end(), type) != changed.end()) continue;
-      const char* service = i < static_cast<size_t>(kContentTypes) ? "described" : "current";
+      const char* const services[] = {"described", "current", "current deleted"};
+      const char* service = services[std::min<size_t>(i / kContentTypes, 2)];
       EXPECT_EQ(answers.rounds[0][i], baseline_.rounds[0][i]) << service << " content type " << type;
       EXPECT_EQ(answers.rounds[1][i], baseline_.rounds[1][i]) << service << " content type " << type;
     }

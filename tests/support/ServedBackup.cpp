@@ -5,9 +5,10 @@
 
 namespace yhtest {
 
-ServedBackup::ServedBackup(const std::string& backupPath, Service service)
+ServedBackup::ServedBackup(const std::string& backupPath, Service service, const char* password)
     : table_(service == Service::Current ? CreateCurrentDataRecoveryService() : CreateDataRecoveryService()),
       device_(GetBackupDeviceListAt(backupPath.c_str())) {
+  if (device_ && password) UnlockBackup(device_, password);
   if (device_) analysed_ = table_->AnalyzeBackup(device_) == 1;
 }
 
@@ -21,5 +22,11 @@ plist_t ServedBackup::Tree(int type) const {
 }
 
 std::string ServedBackup::Answer(int type) const { return DumpAndFree(Tree(type)); }
+
+plist_t ServedBackup::DeletedTree(int type) const {
+  return device_ ? GetDeletedContentList(device_, static_cast<iDeviceContentType>(type)) : nullptr;
+}
+
+std::string ServedBackup::DeletedAnswer(int type) const { return DumpAndFree(DeletedTree(type)); }
 
 }  // namespace yhtest

@@ -12,7 +12,8 @@ enum class Service { Described, Current };
 // One backup folder analysed through a service's table, as a host drives it.
 class ServedBackup {
  public:
-  ServedBackup(const std::string& backupPath, Service service);
+  // An encrypted backup is unlocked with `password` first.
+  ServedBackup(const std::string& backupPath, Service service, const char* password = nullptr);
   ~ServedBackup();
   ServedBackup(const ServedBackup&) = delete;
   ServedBackup& operator=(const ServedBackup&) = delete;
@@ -23,6 +24,9 @@ class ServedBackup {
   std::string Answer(int type) const;
   // The answer itself; the caller frees it.
   plist_t Tree(int type) const;
+  // The same for GetDeletedContentList.
+  std::string DeletedAnswer(int type) const;
+  plist_t DeletedTree(int type) const;
 
  private:
   iDeviceBackupService* table_;

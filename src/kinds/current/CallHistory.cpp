@@ -4,6 +4,7 @@
 
 #include "common/PlistHelpers.h"
 #include "kinds/current/CallReaders.h"
+#include "kinds/current/DeletedDatabases.h"
 #include "kinds/current/NewestFirst.h"
 #include "kinds/current/StoredDatabases.h"
 
@@ -12,21 +13,34 @@ namespace {
 
 const char kCallDatabase[] = "Library/CallHistory/call_history.db";
 const char kCallStore[] = "Library/CallHistoryDB/CallHistory.storedata";
+const LostRowsOf kLostCalls{{"call"}, {}, false, ""};
+const LostRowsOf kLostStoredCalls{{"ZCALLRECORD"}, {}, false, "ZUNIQUE_ID"};
 
 }  // namespace
 
 // Newest first across every log, the old one read first; calls without a
-// date last. A call the log does not name is named from the address book.
+// date last.
 std::vector<Call> CallHistory::Read(const BackupDevice* device) {
   std::vector<Call> calls = ReadStoredDatabases(device, StoredFilesAt(device, kCallDatabase), ReadCallDatabase);
   AppendMoving(calls, ReadStoredDatabases(device, StoredFilesAt(device, kCallStore), ReadCallStore));
   calls = NewestFirst(std::move(calls), &Call::instant);
-  for (Call& call : calls) {
-    if (!call.texts.View(kCallName).empty()) continue;
-    const std::string address(call.texts.View(kCallAddress));
-    if (const std::string* name = contacts_.FindNameByPhone(device, address)) call.texts.Replace(kCallName, *name);
-  }
+  for (Call& call : calls) Name(device, call);
   return calls;
+}
+
+std::vector<Deleted<Call>> CallHistory::ReadDeleted(const BackupDevice* device) {
+  std::vector<Deleted<Call>> calls =
+      ReadDeletedDatabases(device, StoredFilesAt(device, kCallDatabase), kLostCalls, ReadCallDatabase);
+  AppendMoving(calls, ReadDeletedDatabases(device, StoredFilesAt(device, kCallStore), kLostStoredCalls, ReadCallStore));
+  calls = NewestFirst(std::move(calls), &Call::instant);
+  for (Deleted<Call>& call : calls) Name(device, call.record);
+  return WithoutLiveCopies(device, std::move(calls));
+}
+
+void CallHistory::Name(const BackupDevice* device, Call& call) {
+  if (!call.texts.View(kCallName).empty()) return;
+  const std::string address(call.texts.View(kCallAddress));
+  if (const std::string* name = contacts_.FindNameByPhone(device, address)) call.texts.Replace(kCallName, *name);
 }
 
 void CallHistory::InsertKeys(const Call& call, plist_t dict) const {

@@ -26,14 +26,17 @@ struct Call {
 // without its later columns) and the call store of iOS 8 on, on both index
 // kinds, newest first, with their true dates. Besides the described keys:
 // "answered" and "service" (phone, FaceTime audio or FaceTime video). NULL
-// when the backup holds no call.
+// when the backup holds no call. Deleted calls are the rows the logs lost.
 class CallHistory : public StoredRecordKind<Call> {
  public:
   explicit CallHistory(Contact& contacts) : StoredRecordKind(WhenNone::Null), contacts_(contacts) {}
 
  private:
   std::vector<Call> Read(const BackupDevice* device) override;
+  std::vector<Deleted<Call>> ReadDeleted(const BackupDevice* device) override;
   void InsertKeys(const Call& call, plist_t dict) const override;
+  // A call the log does not name is named from the address book.
+  void Name(const BackupDevice* device, Call& call);
 
   Contact& contacts_;
 };

@@ -36,6 +36,7 @@ class Contact : public StoredRecordKind<Person> {
 
  private:
   std::vector<Person> Read(const BackupDevice* device) override;
+  std::vector<Deleted<Person>> ReadDeleted(const BackupDevice* device) override;
   void InsertKeys(const Person& person, plist_t dict) const override;
 
   PhoneDirectory directory_;

@@ -2,9 +2,11 @@
 
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <string>
 
 #include "common/PlistHelpers.h"
+#include "kinds/current/DeletedDatabases.h"
 #include "kinds/current/NewestFirst.h"
 #include "kinds/current/SafariReaders.h"
 #include "kinds/current/StoredDatabases.h"
@@ -16,6 +18,10 @@ const char* const kSafariDomains[] = {"HomeDomain", "AppDomain-com.apple.mobiles
 const char kHistoryList[] = "Library/Safari/History.plist";
 const char kHistoryDatabase[] = "Library/Safari/History.db";
 const char kBookmarkDatabase[] = "Library/Safari/Bookmarks.db";
+// A lost page with its visits, live or lost; then the lost visits of the
+// pages that are left, not joined to the lost pages again.
+const LostRowsOf kLostPages{{"history_items"}, {}, false, "url"};
+const LostRowsOf kLostVisits{{"history_visits"}, {"history_items"}, false, ""};
 
 // Every Safari domain's copy of the file, in the order of kSafariDomains.
 std::vector<StoredFile> SafariFiles(const BackupDevice* device, const char* path) {
@@ -37,6 +43,20 @@ std::vector<SafariEntry> History::Read(const BackupDevice* device) {
   AppendMoving(entries, NewestFirst(std::move(pages), &SafariEntry::instant));
   AppendMoving(entries, ReadStoredDatabases(device, SafariFiles(device, kBookmarkDatabase), ReadBookmarks));
   return entries;
+}
+
+std::vector<Deleted<SafariEntry>> History::ReadDeleted(const BackupDevice* device) {
+  const std::vector<StoredFile> files = SafariFiles(device, kHistoryDatabase);
+  std::vector<Deleted<SafariEntry>> pages = ReadDeletedDatabases(device, files, kLostPages, ReadHistoryDatabase);
+  for (Deleted<SafariEntry>& page : ReadDeletedDatabases(device, files, kLostVisits, ReadHistoryDatabase)) {
+    if (!page.record.visits.empty()) pages.push_back(std::move(page));
+  }
+  std::set<std::string> found;
+  for (const Deleted<SafariEntry>& page : pages) found.insert(page.record.url);
+  for (Deleted<SafariEntry>& page : ReadRecentlyDeleted(device, files, ReadHistoryTombstones)) {
+    if (found.insert(page.record.url).second) pages.push_back(std::move(page));
+  }
+  return WithoutLiveCopies(device, NewestFirst(std::move(pages), &SafariEntry::instant));
 }
 
 void History::InsertKeys(const SafariEntry& entry, plist_t dict) const {

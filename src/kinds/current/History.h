@@ -15,13 +15,16 @@ namespace current {
 // each History.db (its last visit, its visit count), then the bookmarks.
 // Besides the described keys: "visits", every visit of the page (newest
 // first) with its "date" and "title"; a bookmark has none. An empty array
-// when the backup holds no history.
+// when the backup holds no history. Deleted history: the pages History.db
+// lost with their visits, the visits it lost of pages it keeps, and the
+// pages its tombstones name that came back no other way.
 class History : public StoredRecordKind<SafariEntry> {
  public:
   History() : StoredRecordKind(WhenNone::EmptyList) {}
 
  private:
   std::vector<SafariEntry> Read(const BackupDevice* device) override;
+  std::vector<Deleted<SafariEntry>> ReadDeleted(const BackupDevice* device) override;
   void InsertKeys(const SafariEntry& entry, plist_t dict) const override;
 };
 

@@ -40,7 +40,7 @@ Conversation& ConversationFor(Conversations& conversations, const std::string& i
 // iOS 6 on: chats, handles and the joins between them and the messages. A
 // database without chats (or a message in none) still lists each message
 // under its handle.
-void ReadChats(Database& database, const SchemaInfo& schema, Conversations& conversations) {
+void ReadChats(Database& database, const SchemaInfo& schema, MessageSelection selection, Conversations& conversations) {
   std::unordered_map<int64_t, std::string> handles;
   if (schema.HasTable("handle")) {
     Database::Statement rows(database, "select ROWID AS ROWID, id AS id from handle");
@@ -84,12 +84,16 @@ void ReadChats(Database& database, const SchemaInfo& schema, Conversations& conv
   }
   // A message joined to two chats is listed once, in the first. The joins
   // are kept by message id in one sorted block: messages come in id order,
-  // so each finds its chat by stepping on from the one before.
+  // so each finds its chat by stepping on from the one before. Recently
+  // deleted messages are joined to theirs through the table that keeps them,
+  // with the instant of their deletion.
+  const char* const keeper = "chat_recoverable_message_join";
   std::vector<std::pair<int64_t, Conversation*>> chatOfMessage;
-  if (schema.HasTable("chat_message_join")) {
-    Database::Statement rows(
-        database,
-        "select message_id AS message_id, chat_id AS chat_id from chat_message_join order by chat_id, message_id");
+  const char* const joins = selection == MessageSelection::Live ? "chat_message_join" : keeper;
+  if (schema.HasTable(joins)) {
+    const std::string query = std::string("select message_id AS message_id, chat_id AS chat_id from ") + joins +
+                              " order by chat_id, message_id";
+    Database::Statement rows(database, query.c_str());
     const int messageId = rows.Column("message_id");
     const int chatId = rows.Column("chat_id");
     while (rows.Step()) {
@@ -97,6 +101,24 @@ void ReadChats(Database& database, const SchemaInfo& schema, Conversations& conv
       if (chat != chats.end()) chatOfMessage.emplace_back(rows.Int64(messageId), chat->second);
     }
   }
+  // The messages the keeper holds, by id, with their deletion's local time.
+  std::vector<std::pair<int64_t, std::string>> kept;
+  if (schema.HasTable(keeper)) {
+    const std::string query = "select message_id AS message_id, " + schema.SelectList(keeper, {"delete_date"}) +
+                              " from " + keeper + " order by message_id";
+    Database::Statement rows(database, query.c_str());
+    const int messageId = rows.Column("message_id");
+    const int deleteDate = rows.Column("delete_date");
+    while (rows.Step()) {
+      const bool marks = selection == MessageSelection::RecentlyDeleted;
+      kept.emplace_back(rows.Int64(messageId), marks ? LocalDateText(rows.Text(deleteDate), TimeBase::Since2001) : "");
+    }
+  }
+  const auto keptAt = [&kept](int64_t message) {
+    const auto at = std::lower_bound(kept.cbegin(), kept.cend(), message,
+                                     [](const auto& entry, int64_t id) { return entry.first < id; });
+    return at != kept.cend() && at->first == message ? at : kept.cend();
+  };
   std::stable_sort(chatOfMessage.begin(), chatOfMessage.end(),
                    [](const auto& a, const auto& b) { return a.first < b.first; });
   chatOfMessage.erase(std::unique(chatOfMessage.begin(), chatOfMessage.end(),
@@ -137,8 +159,13 @@ void ReadChats(Database& database, const SchemaInfo& schema, Conversations& conv
   const int serviceName = rows.Column("service");
   const int country = rows.Column("country");
   while (rows.Step()) {
+    const int64_t id = rows.Int64(rowId);
+    Conversation* const chat = chatOf(id);
+    const auto keeps = keptAt(id);
+    const bool recentlyDeleted = keeps != kept.cend() && (selection == MessageSelection::RecentlyDeleted || !chat);
+    if (recentlyDeleted != (selection == MessageSelection::RecentlyDeleted)) continue;
     Message message;
-    message.rowId = rows.Int64(rowId);
+    message.rowId = id;
     const std::string text = MessageText(rows, plainText, body);
     const auto handle = handles.find(rows.Int64(handleId));
     const std::string& address = handle == handles.end() ? kNoAddress : handle->second;
@@ -148,10 +175,13 @@ void ReadChats(Database& database, const SchemaInfo& schema, Conversations& conv
     const std::string service = rows.WholeText(serviceName);
     message.texts = PackedTexts{rows.WholeView(country), service, text, date.text,
                                 message.fromMe ? std::string_view() : std::string_view(address)};
-    Conversation* const chat = chatOf(message.rowId);
     const bool inChat = chat != nullptr;
     Conversation& conversation = inChat ? *chat : ConversationFor(conversations, address);
     if (!inChat) AddParticipant(conversation, address);
+    if (recentlyDeleted) {
+      conversation.deletions.push_back(Deletion{kRecentlyDeleted, keeps->second, false});
+      message.deletion = static_cast<uint32_t>(conversation.deletions.size());
+    }
     conversation.messages.push_back(std::move(message));
   }
 }
@@ -228,14 +258,15 @@ void ReadLegacy(Database& database, const SchemaInfo& schema, Conversations& con
 
 }  // namespace
 
-std::vector<Conversation> ReadMessageDatabase(Database& database) {
+std::vector<Conversation> ReadMessageDatabase(Database& database, MessageSelection selection) {
   const SchemaInfo schema(database);
   Conversations conversations;
   const bool legacy = !schema.HasTable("handle") && !schema.HasTable("chat") && schema.HasColumn("message", "flags");
   if (legacy) {
-    ReadLegacy(database, schema, conversations);
+    // Nothing of that generation is kept after a deletion.
+    if (selection == MessageSelection::Live) ReadLegacy(database, schema, conversations);
   } else {
-    ReadChats(database, schema, conversations);
+    ReadChats(database, schema, selection, conversations);
   }
   std::vector<Conversation> ordered;
   for (auto& [id, conversation] : conversations) {

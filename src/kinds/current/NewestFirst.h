@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "common/SortByMoving.h"
+#include "kinds/current/Deletion.h"
 
 namespace current {
 
@@ -22,6 +23,14 @@ template <class Record>
 std::vector<Record> NewestFirst(std::vector<Record> records, std::optional<int64_t> Record::*instant) {
   return StableSortedByMoving(std::move(records),
                               [instant](const Record& a, const Record& b) { return Newer(a.*instant, b.*instant); });
+}
+
+// The same order of deleted records, by their record's instant.
+template <class Record>
+std::vector<Deleted<Record>> NewestFirst(std::vector<Deleted<Record>> records, std::optional<int64_t> Record::*instant) {
+  return StableSortedByMoving(std::move(records), [instant](const Deleted<Record>& a, const Deleted<Record>& b) {
+    return Newer(a.record.*instant, b.record.*instant);
+  });
 }
 
 }  // namespace current

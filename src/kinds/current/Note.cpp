@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "common/PlistHelpers.h"
+#include "kinds/current/DeletedDatabases.h"
 #include "kinds/current/NewestFirst.h"
 #include "kinds/current/NoteReaders.h"
 #include "kinds/current/StoredDatabases.h"
@@ -12,6 +13,9 @@ namespace {
 
 const char kLegacyNotes[] = "Library/Notes/notes.sqlite";
 const char kNoteStoreName[] = "NoteStore.sqlite";
+const LostRowsOf kLostLegacyNotes{{"ZNOTE"}, {}, false, "ZGUID"};
+// A note refers to its folder, a row of its own table.
+const LostRowsOf kLostStoredNotes{{"ZICCLOUDSYNCINGOBJECT"}, {}, true, "ZIDENTIFIER"};
 
 // The note store lies at the top of the notes app group's folder on every
 // generation seen; any folder of any domain is accepted.
@@ -26,10 +30,34 @@ bool IsNoteStore(std::string_view /*domain*/, std::string_view path) {
 }  // namespace
 
 std::vector<NoteEntry> Note::Read(const BackupDevice* device) {
-  std::vector<NoteEntry> notes = ReadStoredDatabases(device, StoredFilesAt(device, kLegacyNotes), ReadLegacyNotes);
-  AppendMoving(notes, NewestFirst(ReadStoredDatabases(device, FindStoredFiles(device, IsNoteStore), ReadNoteStore),
+  std::vector<NoteEntry> notes = ReadStoredDatabases(device, StoredFilesAt(device, kLegacyNotes),
+                                                     [](Database& database) { return ReadLegacyNotes(database); });
+  AppendMoving(notes, NewestFirst(ReadStoredDatabases(device, FindStoredFiles(device, IsNoteStore),
+                                                      [](Database& database) { return ReadNoteStore(database); }),
                                   &NoteEntry::modifiedAt));
   return notes;
+}
+
+// In the live answer's order: those the system keeps, then the lost rows
+// (read with every note of their layer, the live and kept ones left out).
+std::vector<Deleted<NoteEntry>> Note::ReadDeleted(const BackupDevice* device) {
+  const std::vector<StoredFile> legacy = StoredFilesAt(device, kLegacyNotes);
+  const std::vector<StoredFile> stores = FindStoredFiles(device, IsNoteStore);
+  std::vector<Deleted<NoteEntry>> kept = ReadRecentlyDeleted(
+      device, legacy, [](Database& database) { return ReadLegacyNotes(database, NoteSelection::RecentlyDeleted); });
+  std::vector<Deleted<NoteEntry>> keptInStores = ReadRecentlyDeleted(
+      device, stores, [](Database& database) { return ReadNoteStore(database, NoteSelection::RecentlyDeleted); });
+  std::vector<Deleted<NoteEntry>> lost = ReadDeletedDatabases(
+      device, legacy, kLostLegacyNotes, [](Database& database) { return ReadLegacyNotes(database, NoteSelection::Every); });
+  std::vector<Deleted<NoteEntry>> lostInStores = ReadDeletedDatabases(
+      device, stores, kLostStoredNotes, [](Database& database) { return ReadNoteStore(database, NoteSelection::Every); });
+  std::vector<NoteEntry> shown = Records(device);
+  for (const Deleted<NoteEntry>& note : kept) shown.push_back(note.record);
+  for (const Deleted<NoteEntry>& note : keptInStores) shown.push_back(note.record);
+  AppendMoving(kept, WithoutCopies(std::move(lost), shown));
+  AppendMoving(keptInStores, WithoutCopies(std::move(lostInStores), shown));
+  AppendMoving(kept, NewestFirst(std::move(keptInStores), &NoteEntry::modifiedAt));
+  return kept;
 }
 
 void Note::InsertKeys(const NoteEntry& note, plist_t dict) const {

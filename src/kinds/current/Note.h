@@ -25,7 +25,9 @@ struct NoteEntry {
 // Notes of the old notes database (iOS 8 and before) and of every note-store
 // generation (iOS 9 on), on both index kinds, with true dates and the whole
 // text of each note. Old notes first, in their order; then note-store notes,
-// last modified first. Notes deleted on the device are left out; locked ones
+// last modified first. Notes deleted on the device (flagged or marked for
+// deletion, or in the Recently Deleted folder) are left out: they are the
+// kind's deleted records, with the note rows the databases lost. Locked ones
 // are listed without their text. Besides the described keys: "locked" and
 // "folder" (the title of the note's folder). An empty list when the backup
 // holds no note, as the described service answers.
@@ -35,6 +37,7 @@ class Note : public StoredRecordKind<NoteEntry> {
 
  private:
   std::vector<NoteEntry> Read(const BackupDevice* device) override;
+  std::vector<Deleted<NoteEntry>> ReadDeleted(const BackupDevice* device) override;
   void InsertKeys(const NoteEntry& note, plist_t dict) const override;
 };
 

@@ -52,11 +52,34 @@ std::string BodyJoin(const SchemaInfo& schema) {
   return " left join ZICNOTEDATA d on d.Z_PK = n.ZNOTEDATA";
 }
 
+// The part of the where clause that keeps the selected notes, given the
+// condition that tells a deleted note; "" keeps every note, and no
+// condition keeps no deleted note.
+std::string Selected(NoteSelection selection, const std::string& deleted) {
+  switch (selection) {
+    case NoteSelection::Live: return deleted.empty() ? "" : " and not (" + deleted + ")";
+    case NoteSelection::RecentlyDeleted: return deleted.empty() ? " and 0" : " and (" + deleted + ")";
+    case NoteSelection::Every: break;
+  }
+  return "";
+}
+
+// A note deleted on the device: marked for deletion, or in the folder of
+// type 1, Recently Deleted.
+std::string DeletedInStore(const SchemaInfo& schema, bool folders) {
+  std::string deleted;
+  if (schema.HasColumn(kObjects, "ZMARKEDFORDELETION")) deleted = "coalesce(n.ZMARKEDFORDELETION, 0) = 1";
+  if (folders && schema.HasColumn(kObjects, "ZFOLDERTYPE")) {
+    deleted += std::string(deleted.empty() ? "" : " or ") + "coalesce(f.ZFOLDERTYPE, 0) = 1";
+  }
+  return deleted;
+}
+
 }  // namespace
 
 // ZNOTE dates are seconds since 2001; ZDELETEDFLAG marks a note deleted on
 // the device and not yet removed.
-std::vector<NoteEntry> ReadLegacyNotes(Database& database) {
+std::vector<NoteEntry> ReadLegacyNotes(Database& database, NoteSelection selection) {
   const SchemaInfo schema(database);
   std::vector<NoteEntry> notes;
   if (!schema.HasTable("ZNOTE")) return notes;
@@ -68,7 +91,8 @@ std::vector<NoteEntry> ReadLegacyNotes(Database& database) {
       (stores ? schema.ColumnOrNull("ZSTORE", "ZNAME", "s") : "NULL") + " AS folder from ZNOTE n" +
       (bodies ? " left join ZNOTEBODY b on b.Z_PK = n.ZBODY" : "") +
       (stores ? " left join ZSTORE s on s.Z_PK = n.ZSTORE" : "") +
-      (schema.HasColumn("ZNOTE", "ZDELETEDFLAG") ? " where coalesce(n.ZDELETEDFLAG, 0) = 0" : "") +
+      " where 1" +
+      Selected(selection, schema.HasColumn("ZNOTE", "ZDELETEDFLAG") ? "coalesce(n.ZDELETEDFLAG, 0) != 0" : "") +
       " order by n.rowid";
   Database::Statement rows(database, query.c_str());
   const int created = rows.Column("ZCREATIONDATE");
@@ -91,7 +115,7 @@ std::vector<NoteEntry> ReadLegacyNotes(Database& database) {
 // then ZCREATIONDATE3 (iOS 15 on); a note leaves the others NULL, so the
 // newest column that has a value is the note's. The folder's title
 // is its ZTITLE2. A locked note's body is encrypted: it is not read.
-std::vector<NoteEntry> ReadNoteStore(Database& database) {
+std::vector<NoteEntry> ReadNoteStore(Database& database, NoteSelection selection) {
   const SchemaInfo schema(database);
   std::vector<NoteEntry> notes;
   const std::string noteRows = NoteRows(schema);
@@ -105,9 +129,7 @@ std::vector<NoteEntry> ReadNoteStore(Database& database) {
       (bodyJoin.empty() ? "NULL" : "d.ZDATA") + " AS body, " +
       (folders ? schema.ColumnOrNull(kObjects, "ZTITLE2", "f") : "NULL") + " AS folder from ZICCLOUDSYNCINGOBJECT n" +
       bodyJoin + (folders ? " left join ZICCLOUDSYNCINGOBJECT f on f.Z_PK = n.ZFOLDER" : "") + " where (" +
-      noteRows + ")" +
-      (schema.HasColumn(kObjects, "ZMARKEDFORDELETION") ? " and coalesce(n.ZMARKEDFORDELETION, 0) != 1" : "") +
-      " order by n.rowid";
+      noteRows + ")" + Selected(selection, DeletedInStore(schema, folders)) + " order by n.rowid";
   Database::Statement rows(database, query.c_str());
   const int created = rows.Column("created");
   const int modified = rows.Column("modified");

@@ -82,6 +82,27 @@ std::vector<SafariEntry> ReadHistoryDatabase(Database& database) {
   return entries;
 }
 
+std::vector<SafariEntry> ReadHistoryTombstones(Database& database) {
+  const SchemaInfo schema(database);
+  std::vector<SafariEntry> entries;
+  if (!schema.HasColumn("history_tombstones", "url")) return entries;
+  const std::string query = "select " + schema.SelectList("history_tombstones", {"url", "end_time"}) +
+                            " from history_tombstones order by history_tombstones.ROWID";
+  Database::Statement rows(database, query.c_str());
+  const int url = rows.Column("url");
+  const int end = rows.Column("end_time");
+  while (rows.Step()) {
+    SafariEntry entry;
+    entry.url = Text(rows, url);
+    if (entry.url.empty()) continue;
+    LocalDate date = LocalDateOf(rows.Text(end), TimeBase::Since2001);
+    entry.date = std::move(date.text);
+    entry.instant = date.instant;
+    entries.push_back(std::move(entry));
+  }
+  return entries;
+}
+
 std::vector<SafariEntry> ReadBookmarks(Database& database) {
   const SchemaInfo schema(database);
   std::vector<SafariEntry> entries;

@@ -9,6 +9,7 @@
 
 #include "common/PackedTexts.h"
 #include "kinds/current/Contact.h"
+#include "kinds/current/Deletion.h"
 #include "kinds/current/StoredRecordKind.h"
 
 namespace current {
@@ -21,6 +22,9 @@ struct Message {
   std::optional<int64_t> instant;  // seconds since 1970, for the order
   PackedTexts texts;  // the sender is its address, empty for the owner
   bool fromMe = false;
+  // For a deleted message, 1 + the position of its mark among its
+  // conversation's deletions; 0 for a live one (in the padding: no cost).
+  uint32_t deletion = 0;
   std::string senderName;
 };
 
@@ -34,6 +38,7 @@ struct Conversation {
   std::vector<std::string> participants;  // addresses
   std::vector<std::string> participantNames;
   std::vector<Message> messages;
+  std::vector<Deletion> deletions;  // the marks of its deleted messages
 };
 
 // Every conversation a message database holds, from iOS 5 to 18, group
@@ -42,14 +47,22 @@ struct Conversation {
 // is empty). Besides the described keys: per conversation "participants"
 // (each with "address" and "name"), "group" and "display_name"; per message
 // "sender" and "sender_name" (empty for the owner's own messages). An empty
-// array when no message database holds a conversation.
+// array when no message database holds a conversation. Messages the owner
+// deleted are left out of it; they are the kind's deleted records, each
+// message marked, in the conversation it was in (found through the joins
+// that are left or recovered), else under its handle, else under "unknown".
 class Sms : public StoredRecordKind<Conversation> {
  public:
   explicit Sms(Contact& contacts) : StoredRecordKind(WhenNone::EmptyList), contacts_(contacts) {}
 
  private:
   std::vector<Conversation> Read(const BackupDevice* device) override;
+  std::vector<Deleted<Conversation>> ReadDeleted(const BackupDevice* device) override;
   void InsertKeys(const Conversation& conversation, plist_t dict) const override;
+  // Each deleted message carries its own mark.
+  void InsertDeletionKeys(const Deletion& /*deletion*/, plist_t /*dict*/) const override {}
+  // Earlier versions whose content a live message of the same row still shows.
+  void DropUnchangedVersions(const BackupDevice* device, std::vector<Conversation>& conversations);
 
   // Names by address, asked of the address book once per address: one
   // long conversation names its sender thousands of times.

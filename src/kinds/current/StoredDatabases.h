@@ -10,6 +10,8 @@
 #include "common/Database.h"
 #include "kinds/LocalDatabase.h"
 #include "kinds/StoredFiles.h"
+#include "kinds/current/ScratchDatabase.h"
+#include "kinds/current/StoredDatabaseRows.h"
 #include "libYH.h"
 
 namespace current {
@@ -28,13 +30,22 @@ auto ReadStoredDatabase(Reader& reader, Database& database, const StoredFile& fi
 
 // The records of every one of `files`, in file order, each file opened
 // through OpenStoredDatabase (its -wal and decryption seam) and closed once
-// read. `reader` gives a vector of records for one database.
+// read. `reader` gives a vector of records for one database. A file SQLite
+// refuses as damaged is read again from the live rows its pages still hold,
+// so `reader` may be called twice for it.
 template <class Reader>
 auto ReadStoredDatabases(const BackupDevice* device, const std::vector<StoredFile>& files, Reader reader) {
   decltype(ReadStoredDatabase(reader, std::declval<Database&>(), std::declval<const StoredFile&>())) records;
   for (const StoredFile& file : files) {
     Database database = OpenStoredDatabase(device, file);
-    AppendMoving(records, ReadStoredDatabase(reader, database, file));
+    auto read = ReadStoredDatabase(reader, database, file);
+    if (database.Refused()) {
+      const RecoveredRows rows = RecoverStoredDatabase(device, file);
+      ScratchDatabase live(rows);
+      live.Add(LiveRows(rows), ScratchDatabase::WhenTaken::Skip);
+      read = ReadStoredDatabase(reader, live.Get(), file);
+    }
+    AppendMoving(records, std::move(read));
   }
   return records;
 }

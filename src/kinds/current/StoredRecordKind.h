@@ -3,9 +3,13 @@
 
 #include <plist/plist.h>
 
+#include <cstdint>
+#include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "kinds/Kind.h"
+#include "kinds/current/Deletion.h"
 #include "libYH.h"
 
 namespace current {
@@ -37,6 +41,22 @@ class StoredRecordKind : public Kind {
     return array;
   }
 
+  // The same layout for the records the owner deleted, each followed by
+  // its deletion's keys; NULL when there are none.
+  plist_t FindDeletedContent(void* device, int flag) final {
+    const std::vector<Deleted<Record>>& records = DeletedRecords(static_cast<const BackupDevice*>(device));
+    if (records.empty()) return nullptr;
+    plist_t array = plist_new_array();
+    for (const Deleted<Record>& deleted : records) {
+      if (!Selects(deleted.record, flag)) continue;
+      plist_t dict = plist_new_dict();
+      InsertKeys(deleted.record, dict);
+      InsertDeletionKeys(deleted.deletion, dict);
+      plist_array_append_item(array, dict);
+    }
+    return array;
+  }
+
  protected:
   explicit StoredRecordKind(WhenNone whenNone) : whenNone_(whenNone) {}
 
@@ -50,8 +70,38 @@ class StoredRecordKind : public Kind {
     return records_;
   }
 
+  // The deleted records in answer order, read on the first call only.
+  const std::vector<Deleted<Record>>& DeletedRecords(const BackupDevice* device) {
+    if (deletedRead_) return deleted_;
+    deletedRead_ = true;
+    deleted_ = ReadDeleted(device);
+    deleted_.shrink_to_fit();
+    return deleted_;
+  }
+
+  // `deleted` without the records whose keys are those of one of `shown`:
+  // nothing the live answer shows is given again as deleted.
+  std::vector<Deleted<Record>> WithoutCopies(std::vector<Deleted<Record>> deleted, const std::vector<Record>& shown) const {
+    if (deleted.empty()) return deleted;
+    std::unordered_set<std::string> keys;
+    for (const Record& record : shown) keys.insert(KeysOf(record));
+    std::vector<Deleted<Record>> kept;
+    for (Deleted<Record>& record : deleted) {
+      if (!keys.count(KeysOf(record.record))) kept.push_back(std::move(record));
+    }
+    return kept;
+  }
+  std::vector<Deleted<Record>> WithoutLiveCopies(const BackupDevice* device, std::vector<Deleted<Record>> deleted) {
+    return deleted.empty() ? std::move(deleted) : WithoutCopies(std::move(deleted), Records(device));
+  }
+
   // Every record of the backup, in the kind's order.
   virtual std::vector<Record> Read(const BackupDevice* device) = 0;
+  // The records the owner deleted, in the kind's order; none unless the
+  // kind finds them.
+  virtual std::vector<Deleted<Record>> ReadDeleted(const BackupDevice* /*device*/) { return {}; }
+  // The keys that mark a deleted record, after its own.
+  virtual void InsertDeletionKeys(const Deletion& deletion, plist_t dict) const { InsertDeletion(deletion, dict); }
   // Whether the answer for `flag` holds the record; a kind that answers two
   // content types tells them apart by the flag its route gives.
   virtual bool Selects(const Record& /*record*/, int /*flag*/) const { return true; }
@@ -59,9 +109,24 @@ class StoredRecordKind : public Kind {
   virtual void InsertKeys(const Record& record, plist_t dict) const = 0;
 
  private:
+  // The record's keys as bytes, to compare records by what they show.
+  std::string KeysOf(const Record& record) const {
+    plist_t dict = plist_new_dict();
+    InsertKeys(record, dict);
+    char* bytes = nullptr;
+    uint32_t length = 0;
+    plist_to_bin(dict, &bytes, &length);
+    std::string keys(bytes ? bytes : "", bytes ? length : 0);
+    plist_to_bin_free(bytes);
+    plist_free(dict);
+    return keys;
+  }
+
   const WhenNone whenNone_;
   bool read_ = false;
   std::vector<Record> records_;
+  bool deletedRead_ = false;
+  std::vector<Deleted<Record>> deleted_;
 };
 
 }  // namespace current

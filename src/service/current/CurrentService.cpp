@@ -38,11 +38,24 @@ void PrepareCurrentSession(BackupDevice*, BackupSession& session) {
 
 int32_t AnalyzeCurrentBackup(BackupDevice* device) { return AnalyzeBackupWith(device, PrepareCurrentSession); }
 
-plist_t GetCurrentContentList(BackupDevice* device, iDeviceContentType type) {
+namespace {
+
+// What the kind that answers `type` gives, for a record this service analysed.
+plist_t AskCurrentKind(BackupDevice* device, iDeviceContentType type, plist_t (Kind::*ask)(void*, int)) {
   const auto index = static_cast<size_t>(static_cast<uint32_t>(type));  // negative types count as large
-  if (index >= std::size(kCurrentRoutes)) return nullptr;
+  if (!device || index >= std::size(kCurrentRoutes)) return nullptr;
   BackupSession* session = SessionOf(device);
   if (!session || !session->currentKinds) return nullptr;
   const CurrentRoute& route = kCurrentRoutes[index];
-  return route.kind(*session->currentKinds).FindContent(device, route.flag);
+  return (route.kind(*session->currentKinds).*ask)(device, route.flag);
+}
+
+}  // namespace
+
+plist_t GetCurrentContentList(BackupDevice* device, iDeviceContentType type) {
+  return AskCurrentKind(device, type, &Kind::FindContent);
+}
+
+plist_t GetDeletedContentList(BackupDevice* device, iDeviceContentType type) {
+  return AskCurrentKind(device, type, &Kind::FindDeletedContent);
 }

@@ -6,6 +6,7 @@
 #include "support/BackupBuilder.h"
 #include "support/ScopedEnv.h"
 #include "support/ServedBackup.h"
+#include "support/TreeSnapshot.h"
 
 namespace yhtest {
 namespace {
@@ -16,6 +17,7 @@ struct Call {
   std::string name, address, date, type, duration, country, network;
   bool answered;
   std::string service;
+  std::string deletedFrom = "";  // of a deleted call
 };
 
 std::string Expected(const std::vector<Call>& calls) {
@@ -25,7 +27,9 @@ std::string Expected(const std::vector<Call>& calls) {
     text += "{\"name\":\"" + call.name + "\",\"address\":\"" + call.address + "\",\"date\":\"" + call.date +
             "\",\"type\":\"" + call.type + "\",\"duration\":\"" + call.duration + "\",\"country_code\":\"" +
             call.country + "\",\"network_code\":\"" + call.network + "\",\"location\":\"\",\"answered\":" +
-            (call.answered ? "true" : "false") + ",\"service\":\"" + call.service + "\"}";
+            (call.answered ? "true" : "false") + ",\"service\":\"" + call.service + "\"" +
+            (call.deletedFrom.empty() ? "" : ",\"deleted_from\":\"" + call.deletedFrom + "\",\"deleted_date\":\"\"") +
+            "}";
   }
   return text + "]";
 }
@@ -98,6 +102,53 @@ TEST(CurrentCalls, AStoreWithoutItsNewerColumnsStillLists) {
                       Service::Current);
   EXPECT_EQ(served.Answer(ContentCallHistory),
             Expected({{"", "555", "", "Outgoing", "00:00:00", "", "", false, "Phone"}}));
+}
+
+// An iOS 7 call database with a call deleted between two kept ones, and an
+// iOS 18 call store whose deleted call lives in its -wal.
+std::string WriteDeletedCallBackup(const TempDir& root, IndexKind kind) {
+  const std::string callDb = "PRAGMA secure_delete=OFF;\n" + Schema("call_history.db-ios5") +
+                             "INSERT INTO call (ROWID, name, address, date, flags, duration, country_code) VALUES "
+                             "(1, '', '5550100', 1561982400, 4, 65, 'us'), "
+                             "(2, '', '+1 (617) 555-0199', 1561982460, 5, 30, 'us'), "
+                             "(3, '', '5550101', 1561982520, 4, 0, 'us');\n"
+                             "DELETE FROM call WHERE ROWID = 2;\n";
+  const std::string store = "PRAGMA secure_delete=OFF;\n" + Schema("CallHistory.storedata-ios18") +
+                            "INSERT INTO ZCALLRECORD (Z_PK, ZADDRESS, ZDATE, ZORIGINATED, ZDURATION, ZANSWERED, "
+                            "ZCALLTYPE) VALUES (1, 'kept@example.org', 583675200, 1, 10, 1, 1);\n";
+  const std::string wal = "INSERT INTO ZCALLRECORD (Z_PK, ZADDRESS, ZDATE, ZORIGINATED, ZDURATION, ZANSWERED, "
+                          "ZCALLTYPE) VALUES (2, 'gone@example.org', 583675500, 0, 0, 0, 8);\n"
+                          "DELETE FROM ZCALLRECORD WHERE Z_PK = 2;\n";
+  return BackupBuilder(kind)
+      .AddDatabase("WirelessDomain", "Library/CallHistory/call_history.db", callDb)
+      .AddDatabaseWithWal("HomeDomain", "Library/CallHistoryDB/CallHistory.storedata", store, wal)
+      .AddDatabase("HomeDomain", kAddressBookPath, AddressBook().PersonWithNumber(1, "Ada", "'+1 (617) 555-0199'").Sql())
+      .Write(root.Path() + "backup");
+}
+
+TEST(CurrentCalls, DeletedCallsOfEveryLogNewestFirstNamedFromTheAddressBook) {
+  for (IndexKind kind : kIndexKinds) {
+    TempDir root;
+    const std::string backup = WriteDeletedCallBackup(root, kind);
+    const std::string before = SnapshotTree(backup);
+    for (const auto& [zone, hour] : {std::pair<const char*, const char*>{"UTC", "12"}, {"America/New_York", "08"}}) {
+      ScopedTimeZone timeZone(zone);
+      ServedBackup served(backup, Service::Current);
+      const std::string day = std::string("2019-07-01 ") + hour;
+      EXPECT_EQ(served.DeletedAnswer(ContentCallHistory),
+                Expected({
+                    {"", "gone@example.org", day + ":05:00", "Incoming", "00:00:00", "", "", false, "FaceTime Video",
+                     "wal"},
+                    {"Ada", "+1 (617) 555-0199", day + ":01:00", "Outgoing", "00:00:30", "us", "", true, "Phone",
+                     "freeblock"},
+                }))
+          << zone;
+      const std::string live = served.Answer(ContentCallHistory);
+      EXPECT_EQ(live.find("gone@example.org"), std::string::npos) << live;
+      EXPECT_NE(live.find("kept@example.org"), std::string::npos) << live;
+    }
+    EXPECT_EQ(SnapshotTree(backup), before);
+  }
 }
 
 }  // namespace

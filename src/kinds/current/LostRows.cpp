@@ -1,0 +1,143 @@
+#include "kinds/current/LostRows.h"
+
+#include <algorithm>
+#include <cctype>
+#include <map>
+#include <string>
+#include <tuple>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "kinds/current/ScratchDatabase.h"
+
+namespace current {
+namespace {
+
+bool Named(const std::vector<std::string>& names, const std::string& table) {
+  return std::any_of(names.begin(), names.end(), [&table](const std::string& name) {
+    return name.size() == table.size() &&
+           std::equal(name.begin(), name.end(), table.begin(), [](unsigned char a, unsigned char b) {
+             return std::tolower(a) == std::tolower(b);
+           });
+  });
+}
+
+using LayerKey = std::tuple<RowSource, RowStatus, size_t>;
+
+void AppendValue(std::string& key, const SqlValue& value) {
+  key += '\0';
+  key += static_cast<char>(value.kind);
+  switch (value.kind) {
+    case SqlValue::Kind::Integer: key.append(reinterpret_cast<const char*>(&value.integer), sizeof value.integer); break;
+    case SqlValue::Kind::Real: key.append(reinterpret_cast<const char*>(&value.real), sizeof value.real); break;
+    case SqlValue::Kind::Text:
+    case SqlValue::Kind::Blob: key += std::to_string(value.bytes.size()) + ':' + value.bytes; break;
+    case SqlValue::Kind::Null: break;
+  }
+}
+
+// The row's table and values, its rowid left out, as one text.
+std::string ContentKey(const RecoveredRow& row, int aliasColumn) {
+  std::string key = std::to_string(row.table);
+  for (size_t at = 0; at < row.values.size(); ++at) {
+    if (static_cast<int>(at) != aliasColumn) AppendValue(key, row.values[at]);
+  }
+  return key;
+}
+
+// The position of the column named `name` in each table, -1 where none is.
+std::vector<int> ColumnOf(const RecoveredRows& rows, const std::string& name) {
+  std::vector<int> columns(rows.tables.size(), -1);
+  for (size_t table = 0; table < rows.tables.size() && !name.empty(); ++table) {
+    const std::vector<Column>& shape = rows.tables[table].columns;
+    for (size_t at = 0; at < shape.size(); ++at) {
+      if (Named({name}, shape[at].name)) columns[table] = static_cast<int>(at);
+    }
+  }
+  return columns;
+}
+
+// The row's table and identity, "" when it has none.
+std::string IdentityKey(const RecoveredRow& row, const std::vector<int>& identity) {
+  const int column = row.table < identity.size() ? identity[row.table] : -1;
+  if (column < 0 || static_cast<size_t>(column) >= row.values.size() ||
+      row.values[column].kind == SqlValue::Kind::Null) {
+    return "";
+  }
+  std::string key = std::to_string(row.table);
+  AppendValue(key, row.values[column]);
+  return key;
+}
+
+// The positions of the lost rows of the `chosen` tables (earlier versions
+// too when `earlier`), each content once: a row freed in one place is often
+// found again in another (a frame of the -wal, the freeblock it left), with
+// its rowid or without. The one with its rowid is kept, else the first
+// found. Stale copies of live rows, known by `identity`, are left out.
+std::vector<size_t> LostOnce(const RecoveredRows& rows, const std::vector<bool>& chosen, bool earlier,
+                             const std::string& identity) {
+  const std::vector<int> identities = ColumnOf(rows, identity);
+  std::unordered_set<std::string> live;
+  for (const RecoveredRow& row : rows.rows) {
+    if (row.status == RowStatus::Live && row.table < chosen.size() && chosen[row.table]) {
+      const std::string key = IdentityKey(row, identities);
+      if (!key.empty()) live.insert(key);
+    }
+  }
+  std::unordered_map<std::string, size_t> first;
+  std::vector<size_t> kept;
+  for (size_t at = 0; at < rows.rows.size(); ++at) {
+    const RecoveredRow& row = rows.rows[at];
+    const bool lost = row.status == RowStatus::Deleted || (earlier && row.status == RowStatus::EarlierVersion);
+    if (!lost || row.table >= chosen.size() || !chosen[row.table]) continue;
+    if (!row.rowid && !live.empty() && live.count(IdentityKey(row, identities))) continue;
+    const auto [found, added] = first.try_emplace(ContentKey(row, rows.tables[row.table].rowidColumn), kept.size());
+    if (added) {
+      kept.push_back(at);
+    } else if (row.rowid && !rows.rows[kept[found->second]].rowid) {
+      kept[found->second] = at;
+    }
+  }
+  return kept;
+}
+
+}  // namespace
+
+void ForEachLostLayer(const RecoveredRows& rows, const LostRowsOf& lost,
+                      const std::function<void(Database& database, const Deletion& deletion)>& read) {
+  std::vector<bool> subject(rows.tables.size());
+  std::vector<bool> joined(rows.tables.size());  // tables whose deleted rows join the records
+  for (size_t at = 0; at < rows.tables.size(); ++at) {
+    subject[at] = Named(lost.subjects, rows.tables[at].name);
+    joined[at] = !subject[at] && !Named(lost.liveOnly, rows.tables[at].name);
+  }
+  const auto isSubject = [&](const RecoveredRow& row) { return row.table < subject.size() && subject[row.table]; };
+  std::map<LayerKey, std::vector<size_t>> layers;
+  std::map<std::tuple<RowSource, RowStatus, size_t, int64_t>, size_t> seen;  // rowids met per source and table
+  for (size_t at : LostOnce(rows, subject, true, lost.identity)) {
+    const RecoveredRow& row = rows.rows[at];
+    const size_t layer = row.rowid ? seen[{row.source, row.status, row.table, *row.rowid}]++ : 0;
+    layers[{row.source, row.status, layer}].push_back(at);
+  }
+  if (layers.empty()) return;
+  std::vector<size_t> context;
+  std::vector<size_t> liveSubjects;
+  for (size_t at = 0; at < rows.rows.size(); ++at) {
+    const RecoveredRow& row = rows.rows[at];
+    if (row.status == RowStatus::Live) (isSubject(row) ? liveSubjects : context).push_back(at);
+  }
+  // Live rows first, so that a deleted row never takes a live row's rowid.
+  ScratchDatabase scratch(rows);
+  scratch.Add(context, ScratchDatabase::WhenTaken::Skip);
+  scratch.Add(LostOnce(rows, joined, false, ""), ScratchDatabase::WhenTaken::Skip);
+  for (const auto& [key, positions] : layers) {
+    for (size_t table = 0; table < subject.size(); ++table) {
+      if (subject[table]) scratch.Empty(table);
+    }
+    if (lost.keepLiveSubjects) scratch.Add(liveSubjects, ScratchDatabase::WhenTaken::Skip);
+    scratch.Add(positions, ScratchDatabase::WhenTaken::Replace);
+    read(scratch.Get(), Deletion{RowSourceName(std::get<0>(key)), "", std::get<1>(key) == RowStatus::EarlierVersion});
+  }
+}
+
+}  // namespace current
