@@ -91,9 +91,15 @@ typedef enum iDeviceContentType {
   ContentRecording = 8,
   ContentCameraPhoto = 9,
   ContentOtherPhoto = 10,
-  /* Answered by the current service only; the described service answers it
-   * NULL, as it answers any type it does not know. */
-  ContentVoicemail = 11
+  /* Answered by the current service only; the described service answers
+   * these NULL, as it answers any type it does not know. */
+  ContentVoicemail = 11,
+  /* WhatsApp's chats, in the layout of ContentSms, with each message's kind,
+   * media, quoted message and star (see README). */
+  ContentWhatsApp = 12,
+  /* WhatsApp's calls, in the layout of ContentCallHistory, group calls with
+   * their participants. */
+  ContentWhatsAppCalls = 13
 } iDeviceContentType;
 
 /* The service table: four operations in this slot order. */
@@ -116,7 +122,7 @@ YH_EXPORT iDeviceBackupService* CreateDataRecoveryService(void);
  * included), every conversation with group chats and texts kept only as
  * attributed strings, numbers matched by their digits, rows kept in a
  * database's -wal file. Extra keys follow the described ones (see README).
- * It also answers ContentVoicemail. */
+ * It also answers ContentVoicemail, ContentWhatsApp and ContentWhatsAppCalls. */
 YH_EXPORT iDeviceBackupService* CreateCurrentDataRecoveryService(void);
 
 /* Frees the table only, never a backup list. */

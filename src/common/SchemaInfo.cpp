@@ -44,3 +44,9 @@ std::string SchemaInfo::SelectList(const std::string& table, std::initializer_li
   }
   return list;
 }
+
+std::string NullSelectList(std::initializer_list<const char*> columns) {
+  std::string list;
+  for (const char* column : columns) list.append(list.empty() ? "" : ", ").append("NULL AS ").append(column);
+  return list;
+}

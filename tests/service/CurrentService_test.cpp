@@ -46,7 +46,7 @@ TEST(CurrentService, SharesTheTableTypeAndTheListingOperations) {
 TEST(CurrentService, TypesOutsideTheRangeAnswerNull) {
   TempDir root;
   ServedBackup served(CallBackup(root, "Ada", 583675200), Service::Current);
-  EXPECT_EQ(served.Tree(12), nullptr);
+  EXPECT_EQ(served.Tree(ContentWhatsAppCalls + 1), nullptr);
   EXPECT_EQ(served.Tree(-1), nullptr);
   EXPECT_NE(served.Answer(ContentCallHistory), "null");
 }

@@ -77,7 +77,7 @@ std::vector<Attachment> SmsAttachment::Read(const BackupDevice* device) {
   return attachments;
 }
 
-void SmsAttachment::InsertKeys(const Attachment& attachment, plist_t dict) const {
+void InsertAttachmentKeys(const Attachment& attachment, plist_t dict) {
   InsertPlistDictString(dict, "file_name", attachment.fileName.c_str());
   InsertPlistDictString(dict, "path", attachment.path.c_str());
   plist_dict_set_item(dict, "size", plist_new_uint(attachment.size));
@@ -87,6 +87,10 @@ void SmsAttachment::InsertKeys(const Attachment& attachment, plist_t dict) const
   InsertPlistDictString(dict, "mime_type", attachment.mimeType.c_str());
   InsertPlistDictString(dict, "original_name", attachment.originalName.c_str());
   InsertPlistDictString(dict, "date", attachment.date.c_str());
+}
+
+void SmsAttachment::InsertKeys(const Attachment& attachment, plist_t dict) const {
+  InsertAttachmentKeys(attachment, dict);
 }
 
 }  // namespace current

@@ -23,6 +23,9 @@ struct Attachment {
   std::string date;
 };
 
+// Inserts an attachment's keys in the attachments answer's order.
+void InsertAttachmentKeys(const Attachment& attachment, plist_t dict);
+
 // Every attachment of every message database, located exactly by its path
 // below the device's home folder whatever prefix the database wrote ("~/" or
 // "/var/mobile/"). An attachment whose file the backup lacks is listed too,
