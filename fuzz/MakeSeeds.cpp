@@ -10,6 +10,7 @@
 #include "RowTargets.h"
 #include "RowsInput.h"
 #include "fault/SampleBackup.h"
+#include "kinds/WhatsAppSql.h"
 #include "support/AttributedBodyBlob.h"
 #include "support/BackupBuilder.h"
 #include "support/NoteDocumentWriter.h"
@@ -90,6 +91,14 @@ void AttributedBodySeeds(Corpus& corpus) {
 
 // Documents gzip'd as stored and as inflated: short, long, emoji, the end
 // mark of the old layout inside the text, and cut short.
+void WhatsAppBlobSeeds(Corpus& corpus) {
+  corpus.Add(yhtest::ProtoField(5, "3EB0C431D5A2") + yhtest::ProtoField(6, "447700900123@s.whatsapp.net"));
+  corpus.Add(std::string("\x08\x01", 2) + yhtest::ProtoField(5, "A2"));
+  corpus.Add(std::string("\x2A\x05", 2));
+  corpus.Add("BEGIN:VCARD\r\nVERSION:3.0\r\nFN:Mary Somerville\r\nitem1.TEL;type=CELL;waid=16175550199:+1 617-555-0199"
+             "\r\n\r\n 0\r\nEND:VCARD_$!<VCard-Separator>!$_BEGIN:VCARD\nFN:Ada\n  Lovelace\nTEL:+44\nEND:VCARD");
+}
+
 void NoteDocumentSeeds(Corpus& corpus) {
   const std::string texts[] = {"milk, eggs", std::string(3000, 'n'), "Trip \U0001F3D4\uFE0F caf\u00E9",
                                std::string("tab\x1A" "after", 9)};
@@ -220,6 +229,8 @@ int main(int argc, char** argv) {
   KeyBagSeeds(keyBag, scratch.Path());
   Corpus noteDocument(out, "NoteDocument");
   NoteDocumentSeeds(noteDocument);
+  Corpus whatsAppBlobs(out, "WhatsAppBlobs");
+  WhatsAppBlobSeeds(whatsAppBlobs);
   Corpus rows(out, "Rows");
   RowsSeeds(rows);
   Corpus carve(out, "Carve");

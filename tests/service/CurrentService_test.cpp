@@ -118,7 +118,7 @@ TEST(CurrentService, TwoThreadsReadEveryKindOfTwoBackupsAtOnce) {
   const auto everything = [](const std::string& backup) {
     ServedBackup served(backup, Service::Current);
     std::string answers;
-    for (int type = 0; type <= ContentVoicemail; ++type) {
+    for (int type = 0; type <= ContentWhatsAppCalls; ++type) {
       const std::string answer = served.Answer(type);
       EXPECT_NE(answer, "null") << "content type " << type;
       answers += answer + "\n";
