@@ -24,6 +24,21 @@ std::string CopyName(const Kind& kind, plist_t record) {
   return original.empty() ? StringAt(record, kind.fileNameKey) : original;
 }
 
+// The media records of an answer in order: its records, or for a kind whose
+// media lie deeper, the dictionaries of the lists `keys` lead to.
+void CollectMedia(plist_t node, const std::vector<std::string>& keys, size_t depth, std::vector<plist_t>& media) {
+  if (plist_get_node_type(node) != PLIST_ARRAY) return;
+  const uint32_t size = plist_array_get_size(node);
+  for (uint32_t i = 0; i < size; ++i) {
+    plist_t item = plist_array_get_item(node, i);
+    if (depth == keys.size()) {
+      media.push_back(item);
+    } else if (plist_get_node_type(item) == PLIST_DICT) {
+      CollectMedia(plist_dict_get_item(item, keys[depth].c_str()), keys, depth + 1, media);
+    }
+  }
+}
+
 }  // namespace
 
 MediaCopier::MediaCopier(const std::string& backupPath, const std::string& copies, const OutputFolder& out,
@@ -32,14 +47,13 @@ MediaCopier::MediaCopier(const std::string& backupPath, const std::string& copie
 
 std::vector<std::string> MediaCopier::Copy(const Kind& kind, plist_t answer, KindExport& result) {
   kindMedia_.reset();  // each kind has its own folder
+  std::vector<plist_t> media;
+  CollectMedia(answer, kind.mediaLists, 0, media);
   std::vector<std::string> copies;
-  if (!answer || plist_get_node_type(answer) != PLIST_ARRAY) return copies;
-  const uint32_t total = plist_array_get_size(answer);
-  copies.reserve(total);
-  for (uint32_t i = 0; i < total; ++i) {
-    plist_t record = plist_array_get_item(answer, i);
-    copies.push_back(plist_get_node_type(record) == PLIST_DICT ? CopyOne(kind, record, result) : "");
-    progress_.Show("copying " + kind.name, i + 1, total, std::to_string(result.bytes / 1000000) + " MB");
+  copies.reserve(media.size());
+  for (size_t i = 0; i < media.size(); ++i) {
+    copies.push_back(plist_get_node_type(media[i]) == PLIST_DICT ? CopyOne(kind, media[i], result) : "");
+    progress_.Show("copying " + kind.name, i + 1, media.size(), std::to_string(result.bytes / 1000000) + " MB");
   }
   progress_.Finish();
   return copies;

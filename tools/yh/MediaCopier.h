@@ -34,8 +34,9 @@ class MediaCopier {
   // Copies files of the backup folder or of `copies` ("" for none).
   MediaCopier(const std::string& backupPath, const std::string& copies, const OutputFolder& out, Progress& progress);
 
-  // The name of each record's copy in media/<kind>/, record by record; ""
-  // for a record whose file was not copied.
+  // The name of each media record's copy in media/<kind>/, record by
+  // record (nested ones in the order met); "" for a record whose file was
+  // not copied.
   std::vector<std::string> Copy(const Kind& kind, plist_t answer, KindExport& result);
 
  private:

@@ -64,8 +64,8 @@ KindExport ReportWriter::Add(const Kind& kind) {
   result.records = RecordCount(answer.get());
   Json data = Json::object();
   Json records = answer ? ToJson(answer.get()) : Json::array();
-  if (kind.name == "messages") {
-    data["threads"] = Threads(std::move(records));
+  if (kind.name == "messages" || kind.name == "whatsapp") {
+    data["threads"] = Threads(kind, std::move(records));
   } else {
     data["records"] = std::move(records);
   }
@@ -87,7 +87,9 @@ KindExport ReportWriter::Add(const Kind& kind) {
 
 // One data file per conversation, loaded when it is opened; the list holds
 // each conversation's own keys, its message count and its last message.
-Json ReportWriter::Threads(Json chats) {
+Json ReportWriter::Threads(const Kind& kind, Json chats) {
+  // Messages' conversations keep their first names, thread-N.
+  const std::string prefix = kind.name == "messages" ? "thread-" : kind.name + "-thread-";
   Json threads = Json::array();
   size_t messages = 0;
   for (size_t i = 0; i < chats.size(); ++i) {
@@ -98,7 +100,7 @@ Json ReportWriter::Threads(Json chats) {
     summary.erase("message");
     summary["count"] = list.size();
     summary["last"] = list.empty() ? Json() : list.back();
-    summary["data"] = "thread-" + std::to_string(i + 1);
+    summary["data"] = prefix + std::to_string(i + 1);
     messages += list.size();
     WriteData(summary["data"], chat);
     threads.push_back(std::move(summary));

@@ -31,7 +31,7 @@ class ReportWriter {
 
  private:
   void WriteData(const std::string& name, const Json& data);
-  Json Threads(Json chats);
+  Json Threads(const Kind& kind, Json chats);
 
   const Library& library_;
   BackupDevice& device_;

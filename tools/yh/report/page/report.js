@@ -35,6 +35,10 @@
     'voicemail': {label: 'Voicemail', view: 'table', columns: [['name', 'Name'], ['address', 'Number'],
       ['date', 'Date'], ['duration', 'Duration'], ['heard', 'Heard'], ['deleted', 'Deleted'],
       ['file_name', 'File', 'file']]},
+    'whatsapp': {label: 'WhatsApp', view: 'threads'},
+    'whatsapp-calls': {label: 'WhatsApp calls', view: 'table', columns: [['name', 'Name'], ['address', 'Number'],
+      ['date', 'Date'], ['type', 'Type'], ['duration', 'Duration'], ['service', 'Service'],
+      ['answered', 'Answered']]},
   };
 
   const loaded = new Map();
@@ -121,7 +125,10 @@
     const hash = decodeURIComponent(location.hash.slice(1));
     const parts = hash.split('/');
     if (parts[0] === 'kind' && KINDS[parts[1]]) return showKind(parts[1]);
-    if (parts[0] === 'thread' && /^\d+$/.test(parts[1])) return showThread(Number(parts[1]));
+    if (parts[0] === 'thread' && /^\d+$/.test(parts[1])) return showThread('messages', Number(parts[1]));
+    if (parts[0] === 'thread' && KINDS[parts[1]] && /^\d+$/.test(parts[2])) {
+      return showThread(parts[1], Number(parts[2]));
+    }
     showOverview();
   }
 
@@ -129,7 +136,7 @@
     show(el('p', {className: 'note'}, 'Loading…'));
     load(kind).then(function (data) {
       const view = KINDS[kind].view;
-      if (view === 'threads') return showThreads(data.threads);
+      if (view === 'threads') return showThreads(kind, data.threads);
       if (view === 'grid') return showGrid(kind, data);
       showTable(kind, data);
     }).catch(failed);
@@ -160,7 +167,12 @@
   }
 
   // Conversations: name, last message, count; filtered by a search box.
-  function showThreads(threads) {
+  // Those of Messages keep their first addresses, #thread/N.
+  function threadLink(kind, index) {
+    return '#thread/' + (kind === 'messages' ? '' : kind + '/') + index;
+  }
+
+  function showThreads(kind, threads) {
     const items = threads.map(function (thread, index) {
       const name = text(thread.another || thread.phone || thread.id);
       const last = thread.last || {};
@@ -175,31 +187,33 @@
       const wanted = search.value.toLowerCase();
       const kept = wanted ? items.filter(function (item) { return item.search.includes(wanted); }) : items;
       page = Math.min(page, Math.max(0, Math.ceil(kept.length / PAGE_ROWS) - 1));
-      list.replaceChildren(...kept.slice(page * PAGE_ROWS, (page + 1) * PAGE_ROWS).map(function (item) {
-        return el('li', null, el('a', {href: '#thread/' + item.index},
+      const rows = kept.slice(page * PAGE_ROWS, (page + 1) * PAGE_ROWS).map(function (item) {
+        return el('li', null, el('a', {href: threadLink(kind, item.index)},
             el('span', {className: 'name'}, item.name),
             el('span', {className: 'count'}, String(item.count)),
             el('span', {className: 'last'}, item.last),
             el('span', {className: 'date'}, item.date)));
-      }));
+      });
+      // A kind without conversations still shows its (empty) list.
+      list.replaceChildren(...(rows.length ? rows : [el('li', {className: 'note'}, 'No conversations')]));
       drawPager(pager, page, kept.length, PAGE_ROWS, function (next) { page = next; draw(); });
     }
     search.addEventListener('input', function () { page = 0; draw(); });
     draw();
-    show(el('h1', null, 'Conversations'), el('div', {className: 'tools'}, search), list, pager);
+    show(el('h1', null, KINDS[kind].label), el('div', {className: 'tools'}, search), list, pager);
   }
 
   // One conversation as bubbles, the latest first loaded, earlier ones on demand.
-  function showThread(index) {
+  function showThread(kind, index) {
     show(el('p', {className: 'note'}, 'Loading…'));
-    load('messages').then(function (data) {
+    load(kind).then(function (data) {
       const thread = data.threads[index];
       if (!thread) throw new Error('no such conversation');
-      return load(thread.data).then(function (chat) { drawThread(thread, chat); });
+      return load(thread.data).then(function (chat) { drawThread(kind, thread, chat); });
     }).catch(failed);
   }
 
-  function drawThread(thread, chat) {
+  function drawThread(kind, thread, chat) {
     const messages = Array.isArray(chat.message) ? chat.message : [];
     const box = el('div', {className: 'bubbles', id: 'bubbles'});
     const earlier = el('button', {type: 'button', className: 'earlier'}, 'Show earlier messages');
@@ -218,7 +232,7 @@
     const who = [thread.phone, thread.id].filter(function (value, i, all) {
       return value && value !== thread.another && all.indexOf(value) === i;
     }).map(text).join(', ');
-    show(el('p', null, el('a', {href: '#kind/messages'}, '← Conversations')), el('h1', null, title),
+    show(el('p', null, el('a', {href: '#kind/' + kind}, '← ' + KINDS[kind].label)), el('h1', null, title),
         el('p', {className: 'note'}, who + (who ? ' · ' : '') + messages.length + ' messages'), earlier, box);
     window.scrollTo(0, document.body.scrollHeight);
   }

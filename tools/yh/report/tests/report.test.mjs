@@ -41,8 +41,8 @@ function counts(backup, ...options) {
   const all = JSON.parse(execFileSync(yh, ['show', backup, 'all', ...options], {env, maxBuffer: 1 << 30}));
   const result = {};
   for (const [kind, records] of Object.entries(all)) {
-    result[kind] = kind === 'messages'
-      ? (records || []).reduce((sum, chat) => sum + chat.message.length, 0)
+    result[kind] = kind === 'messages' || kind === 'whatsapp'
+      ? (records || []).reduce((sum, chat) => sum + (chat.message || []).length, 0)
       : (records || []).length;
   }
   return result;
