@@ -49,13 +49,16 @@ int64_t SignedBigEndian(std::string_view bytes, size_t offset, int64_t length) {
 }  // namespace
 
 bool DecodeBody(std::string_view body, const std::vector<int64_t>& types, TextEncoding encoding, SqlValues* values) {
-  values->clear();
-  values->reserve(types.size());
+  values->resize(types.size());
   size_t offset = 0;
-  for (int64_t type : types) {
+  for (size_t i = 0; i < types.size(); ++i) {
+    const int64_t type = types[i];
     const int64_t length = SerialTypeLength(type);
     if (length < 0 || static_cast<uint64_t>(length) > body.size() - offset) return false;
-    SqlValue value;
+    SqlValue& value = (*values)[i];
+    value.integer = 0;
+    value.real = 0;
+    value.bytes.clear();
     if (type == 0) {
       value.kind = SqlValue::Kind::Null;
     } else if (type == 8 || type == 9) {
@@ -75,7 +78,6 @@ bool DecodeBody(std::string_view body, const std::vector<int64_t>& types, TextEn
       value.kind = SqlValue::Kind::Text;
       if (!DecodeText(body.substr(offset, length), encoding, &value.bytes)) return false;
     }
-    values->push_back(std::move(value));
     offset += length;
   }
   return true;
@@ -85,7 +87,9 @@ bool DecodeRecord(std::string_view payload, TextEncoding encoding, SqlValues* va
   int64_t headerLength = 0;
   const int used = ReadVarint(payload, 0, &headerLength);
   if (used == 0 || headerLength < used || static_cast<uint64_t>(headerLength) > payload.size()) return false;
-  std::vector<int64_t> found;
+  std::vector<int64_t> local;
+  std::vector<int64_t>& found = types ? *types : local;
+  found.clear();
   size_t offset = used;
   while (offset < static_cast<size_t>(headerLength)) {
     int64_t type = 0;
@@ -95,7 +99,5 @@ bool DecodeRecord(std::string_view payload, TextEncoding encoding, SqlValues* va
     offset += length;
   }
   if (BodyLength(found) != static_cast<int64_t>(payload.size()) - headerLength) return false;
-  if (!DecodeBody(payload.substr(headerLength), found, encoding, values)) return false;
-  if (types) *types = std::move(found);
-  return true;
+  return DecodeBody(payload.substr(headerLength), found, encoding, values);
 }

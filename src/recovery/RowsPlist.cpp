@@ -44,10 +44,8 @@ plist_t RowNode(const RecoveredRows& recovered, const RecoveredRow& row) {
 
 }  // namespace
 
-plist_t RowsPlist(const RecoveredRows& recovered, bool withLive) {
+plist_t RowsPlist(const RecoveredRows& recovered) {
   plist_t rows = plist_new_array();
-  for (const RecoveredRow& row : recovered.rows) {
-    if (withLive || row.status != RowStatus::Live) plist_array_append_item(rows, RowNode(recovered, row));
-  }
+  for (const RecoveredRow& row : recovered.rows) plist_array_append_item(rows, RowNode(recovered, row));
   return rows;
 }

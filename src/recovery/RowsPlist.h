@@ -9,7 +9,7 @@
 // offset, rowid (when known) and values keyed by column name. A NULL value
 // has no key (a property list has no null); a negative integer is a real
 // when exactly one, else its decimal text (libplist 2.2 holds no signed
-// integer); a blob is data. `withLive` keeps the live rows too.
-plist_t RowsPlist(const RecoveredRows& recovered, bool withLive);
+// integer); a blob is data.
+plist_t RowsPlist(const RecoveredRows& recovered);
 
 #endif

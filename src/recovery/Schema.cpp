@@ -1,7 +1,5 @@
 #include "recovery/Schema.h"
 
-#include <unordered_set>
-
 #include "recovery/TableTree.h"
 
 namespace {
@@ -40,13 +38,13 @@ std::optional<TableShape> DeclaredTable(const SqlValues& record) {
 
 std::vector<TableShape> ReadSchema(const FileImage& image) {
   std::vector<TableShape> tables;
-  std::unordered_set<uint32_t> seen;
+  PageSet seen(image.PageCount());
   const uint32_t usable = image.Header().UsableSize();
+  TableCell cell;
   ForEachTableLeaf(image, 1, &seen, [&](const PageImage& page, const BtreePage& header) {
     for (uint32_t offset : CellOffsets(page.bytes, header, usable)) {
-      const std::optional<TableCell> cell = ReadTableCell(image, page.bytes, offset, usable);
-      if (!cell) continue;
-      if (std::optional<TableShape> table = DeclaredTable(cell->values)) tables.push_back(std::move(*table));
+      if (!ReadTableCell(image, page.bytes, offset, usable, &cell)) continue;
+      if (std::optional<TableShape> table = DeclaredTable(cell.values)) tables.push_back(std::move(*table));
     }
   });
   return tables;

@@ -101,7 +101,7 @@ void Score(const fs::path& database, Tally* tally) {
   key.replace_extension(".xml");
   const std::vector<yhtest::AnswerRow> answers = yhtest::ReadAnswerKey(yhtest::ReadBytes(key.string()));
   const std::string bytes = yhtest::ReadBytes(database.string());
-  const RecoveredRows recovered = RecoverRows(FileImage(bytes));
+  const RecoveredRows recovered = RecoverRows(FileImage(bytes), true);
   for (const yhtest::AnswerRow& answer : answers) {
     if (!answer.deleted) continue;
     ++tally->deleted;

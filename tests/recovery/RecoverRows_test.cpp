@@ -32,7 +32,7 @@ std::vector<std::string> Lines(const RecoveredRows& recovered, const std::string
 }
 
 RecoveredRows Recover(const StoredDatabase& stored) {
-  return RecoverRows(FileImage(stored.database, stored.wal, stored.journal));
+  return RecoverRows(FileImage(stored.database, stored.wal, stored.journal), true);
 }
 
 // "INSERT INTO t VALUES (1,'name 1'), ..." for ids first..last.
