@@ -70,7 +70,7 @@ std::optional<CarvedRecord> Carver::Assemble(std::string_view page, size_t cellS
   std::string storage;
   std::string_view payload;
   CarvedRecord record;
-  if (!ReadPayload(image_, page, payloadStart, limit, headerLength + body, &storage, &payload, &record.end,
+  if (!ReadPayload(image_, CellKind::TableLeaf, page, payloadStart, limit, headerLength + body, &storage, &payload, &record.end,
                    &trunkPages_)) {
     return std::nullopt;
   }

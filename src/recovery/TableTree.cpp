@@ -41,7 +41,7 @@ bool ReadTableCell(const FileImage& image, std::string_view page, size_t offset,
   if (rowidLength == 0) return false;
   std::string storage;
   std::string_view payload;
-  return ReadPayload(image, region, offset + sizeLength + rowidLength, limit, payloadSize, &storage, &payload,
+  return ReadPayload(image, CellKind::TableLeaf, region, offset + sizeLength + rowidLength, limit, payloadSize, &storage, &payload,
                      &cell->end) &&
          DecodeRecord(payload, image.Header().encoding, &cell->values, &cell->types);
 }
