@@ -32,6 +32,7 @@ void PageRows::Add(const PageImage& page, size_t table, CarvedRecord record, Row
                    std::vector<RecoveredRow>* rows) const {
   RecoveredRow row;
   row.values = std::move(record.values);
+  row.partial = record.partial;
   LabelRow(page, table, tables_[table], record.rowid, record.offset, source, &row);
   rows->push_back(std::move(row));
 }

@@ -34,7 +34,9 @@ bool ReadPayload(const FileImage& image, CellKind kind, std::string_view page, s
   uint32_t next = ReadUInt32(page, offset + local);
   std::unordered_set<uint32_t> seen;
   while (gathered->size() < static_cast<uint64_t>(payloadSize)) {
-    if (next == 0 || !seen.insert(next).second || (damaged && damaged->count(next) != 0)) return false;
+    // A damaged page's first bytes were overwritten: what came before it is all there is.
+    if (damaged && damaged->count(next) != 0) break;
+    if (next == 0 || !seen.insert(next).second) return false;
     const PageImage overflow = image.Page(next);
     if (overflow.bytes.size() < usable) return false;
     const size_t wanted = static_cast<size_t>(payloadSize) - gathered->size();

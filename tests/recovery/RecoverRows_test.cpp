@@ -159,14 +159,6 @@ TEST(RecoverRows, BringsBackADeletedOverflowingRecordWhoseChainSurvives) {
   EXPECT_EQ(Lines(Recover(stored), "t", RowStatus::Deleted), (std::vector<std::string>{"2|" + longText}));
 }
 
-TEST(RecoverRows, RefusesARecordWhoseOverflowPageBecameAFreelistTrunk) {
-  const std::string longText(6000, 'o');
-  const StoredDatabase stored = BuildStoredDatabase(
-      "CREATE TABLE t (id INTEGER, body TEXT); INSERT INTO t VALUES (1, 'short'), (2, '" + longText +
-      "'), (3, 'tail'); DELETE FROM t WHERE id = 2;");
-  EXPECT_TRUE(Lines(Recover(stored), "t", RowStatus::Deleted).empty());
-}
-
 TEST(RecoverRows, ReadsUtf16Databases) {
   for (const char* encoding : {"UTF-16le", "UTF-16be"}) {
     const StoredDatabase stored = BuildStoredDatabase(std::string("PRAGMA encoding='") + encoding +
