@@ -168,6 +168,21 @@ std::vector<int64_t> Carver::TypesOfLength(size_t column, int64_t length, const 
   return candidates;
 }
 
+bool Carver::FreedCellsFill(std::string_view page, size_t from, size_t limit) const {
+  size_t at = from;
+  while (at + kMaxFragment < limit) {
+    if (std::optional<CarvedRecord> cell = CellAt(page, at, limit)) {
+      at = cell->end;
+      continue;
+    }
+    if (at + kFreeblockHeader > limit) return false;
+    const size_t size = ReadUInt16(page, at + 2);
+    if (size < kFreeblockHeader || at + size > limit) return false;
+    at += size;
+  }
+  return true;
+}
+
 std::optional<CarvedRecord> Carver::FreeblockCell(std::string_view page, size_t offset, size_t limit,
                                                   const std::vector<int64_t>& firstTypes) const {
   limit = std::min(limit, page.size());
@@ -210,11 +225,30 @@ std::optional<CarvedRecord> Carver::FreeblockCell(std::string_view page, size_t 
     std::optional<CarvedRecord> record = Assemble(page, offset, start, limit, types);
     if (record && (lengthSeen || fillsBlock(*record))) return record;
   }
-  // The block holds more than this cell: the intact records say the first type.
-  if (restRead) {
-    for (int64_t first : firstTypes) {
-      if (!TypeFits(0, first) || VarintLength(first) != 1) continue;
+  if (!restRead) return std::nullopt;
+  // The block holds more than this cell. The cells freed after it that the
+  // block took in lead from its end to the block's end: the first type is
+  // one whose record ends where they begin.
+  std::vector<CarvedRecord> ending;
+  std::vector<int64_t> endingTypes;
+  const int64_t known = static_cast<int64_t>(restEnd - offset) + BodyLength(rest);
+  for (int64_t length = 0; length <= static_cast<int64_t>(limit - offset) - known; ++length) {
+    for (int64_t first : TypesOfLength(0, length, {})) {
+      std::optional<CarvedRecord> record = withFirst(first);
+      if (!record || !FreedCellsFill(page, record->end, limit)) continue;
+      ending.push_back(std::move(*record));
+      endingTypes.push_back(first);
+    }
+  }
+  if (ending.size() == 1) return ending[0];
+  // Else the intact records say the first type, among those if any.
+  for (int64_t first : firstTypes) {
+    if (!TypeFits(0, first) || VarintLength(first) != 1) continue;
+    if (ending.empty()) {
       if (std::optional<CarvedRecord> record = withFirst(first)) return record;
+    } else {
+      const auto found = std::find(endingTypes.begin(), endingTypes.end(), first);
+      if (found != endingTypes.end()) return ending[found - endingTypes.begin()];
     }
   }
   return std::nullopt;

@@ -61,6 +61,11 @@ class Carver {
   // reaches a freelist trunk gives the record's start, marked partial.
   std::optional<CarvedRecord> Assemble(std::string_view page, size_t cellStart, size_t typesStart, size_t limit,
                                        const std::vector<int64_t>& types) const;
+  // Whether cells freed after a block's first fill page[from, limit): a cell
+  // freed next to a free block joined it whole; one freed before the block
+  // kept the header it got then, whose size is the cell's (or more, when it
+  // took in free space after it).
+  bool FreedCellsFill(std::string_view page, size_t from, size_t limit) const;
   // Serial types of a value of `length` bytes the column allows.
   std::vector<int64_t> TypesOfLength(size_t column, int64_t length, const std::vector<int64_t>& seen) const;
 };

@@ -21,6 +21,15 @@ uint64_t Hash(uint64_t seed, const SqlValue* values, size_t count) {
 
 uint64_t Hash(uint64_t seed, const SqlValues& values) { return Hash(seed, values.data(), values.size()); }
 
+// The hash of the values but for the rowid alias column `alias` (none when
+// negative), which a row of unknown rowid lacks.
+uint64_t HashButRowid(size_t table, const SqlValues& values, int alias) {
+  if (alias < 0 || static_cast<size_t>(alias) >= values.size()) return Hash(table, values);
+  const SqlValue none;
+  const uint64_t head = Hash(table, values.data(), alias);
+  return Hash(Hash(head, &none, 1), values.data() + alias + 1, values.size() - alias - 1);
+}
+
 uint64_t RowidKey(size_t table, int64_t rowid) {
   const SqlValue value{SqlValue::Kind::Integer, rowid, 0, {}};
   return Hash(table, &value, 1);
@@ -67,7 +76,7 @@ Classifier::Classifier(const std::vector<TableShape>& tables, const std::vector<
     if (row.rowid) {
       byRowid_.Add(RowidKey(row.table, *row.rowid), i);
     } else {
-      byValues_.Add(Hash(row.table, row.values), i);
+      byValues_.Add(HashButRowid(row.table, row.values, tables[row.table].rowidColumn), i);
     }
     const std::vector<UniqueKey>& keys = tables[row.table].uniqueKeys;
     keysWanted_[row.table].resize(keys.size());
@@ -81,6 +90,7 @@ Classifier::Classifier(const std::vector<TableShape>& tables, const std::vector<
   byRowid_.Seal();
   byValues_.Seal();
   byKey_.Seal();
+  reported_.reserve(rows.size());
 }
 
 bool Classifier::WantsKey(size_t table, size_t key) const {
@@ -124,8 +134,9 @@ void Classifier::Meet(const RecoveredRow& live) {
       match(index, !row.rowid && SameButRowid(row, live, tables_[live.table].rowidColumn));
     });
   }
-  byValues_.ForEach(Hash(live.table, live.values), [&](size_t index) {
-    if (Same(rows_[index], live)) matches_[index] |= kCopy;
+  const int alias = tables_[live.table].rowidColumn;
+  byValues_.ForEach(HashButRowid(live.table, live.values, alias), [&](size_t index) {
+    if (rows_[index].table == live.table && SameButRowid(rows_[index], live, alias)) matches_[index] |= kCopy;
   });
 }
 
