@@ -223,8 +223,10 @@ YH_EXPORT int32_t DecryptBackup(const char* backup, const char* out, const char*
  * ("live", "freelist", "freeblock", "unallocated", "wal", "journal"),
  * "status" ("live", "deleted", "earlier-version"), "rowid" (when known),
  * "file" ("database", "wal", "journal") and "offset" (of the cell in that
- * file), and "values" keyed by column name (a NULL has no key; blobs are
- * data; a negative integer is a real, or its decimal text below -2^53).
+ * file), "partial" (true, only for a record whose overflow chain was cut:
+ * the values past the cut have no key, a text or blob cut keeps its start),
+ * and "values" keyed by column name (a NULL has no key; blobs are data; a
+ * negative integer is a real, or its decimal text below -2^53).
  * NULL when `path` is no regular file. Free it with plist_free. */
 YH_EXPORT plist_t CarveDatabaseFile(const char* path, const char* walPath, const char* journalPath,
                                     int32_t includeLive);
