@@ -6,7 +6,10 @@
 #include <string>
 
 #include "Kinds.h"
+#include "MediaBackup.h"
+#include "MediaFiles.h"
 #include "PageFiles.h"
+#include "UnfinishedMark.h"
 #include "YhRun.h"
 #include "support/BackupBuilder.h"
 #include "support/TreeSnapshot.h"
@@ -74,7 +77,17 @@ TEST_F(YhReport, WritesThePageAndEachKindsAnswerAsData) {
       ordered_json shown = Shown(sample, kind.name);
       if (shown.is_null()) shown = ordered_json::array();
       if (kind.name != "messages") {
-        EXPECT_EQ(data["records"], shown);
+        // The answer, each record that names a file with the path of its copy
+        // (and of its preview).
+        ordered_json records = data["records"];
+        for (ordered_json& record : records) {
+          if (kind.IsMedia()) {
+            EXPECT_EQ(record.at("exported_path").get<std::string>().rfind("media/" + kind.name + "/", 0), 0U);
+          }
+          record.erase("exported_path");
+          record.erase("preview_path");
+        }
+        EXPECT_EQ(records, shown);
         continue;
       }
       ASSERT_EQ(data["threads"].size(), shown.size());
@@ -99,9 +112,9 @@ TEST_F(YhReport, CopiesTheMediaAsTheExportDoesAndNamesEachCopy) {
   EXPECT_EQ(Files(out_ + "/media"), Files(exported + "/media"));
   for (const std::string kind : {"attachments", "recordings", "camera-photos", "other-photos"}) {
     const ordered_json data = Data(out_ + "/data/" + kind + ".js", kind);
-    ASSERT_EQ(data["files"].size(), data["records"].size()) << kind;
-    for (const ordered_json& name : data["files"]) {
-      const std::string copy = "media/" + kind + "/" + name.get<std::string>();
+    ASSERT_FALSE(data["records"].empty()) << kind;
+    for (const ordered_json& record : data["records"]) {
+      const std::string copy = record["exported_path"];
       EXPECT_EQ(ReadFile(out_ + "/" + copy), ReadFile(exported + "/" + copy)) << copy;
     }
   }
@@ -116,9 +129,9 @@ TEST_F(YhReport, TellsTheDeviceAndWhatEachKindAdded) {
   EXPECT_FALSE(overview["device"].contains("path"));
   ASSERT_EQ(overview["kinds"].size(), yh::Kinds().size());
   EXPECT_EQ(overview["kinds"][2],
-            ordered_json::parse(R"({"name":"messages","records":2,"files":0,"skipped":0,"messages":5})"));
+            ordered_json::parse(R"({"name":"messages","records":2,"files":0,"skipped":0,"missing":0,"messages":5})"));
   EXPECT_EQ(overview["kinds"][9],
-            ordered_json::parse(R"({"name":"camera-photos","records":3,"files":3,"skipped":0,"messages":null})"));
+            ordered_json::parse(R"({"name":"camera-photos","records":3,"files":3,"skipped":0,"missing":0,"messages":null})"));
 }
 
 TEST_F(YhReport, WritesOnlyTheKindsAskedFor) {
@@ -126,6 +139,7 @@ TEST_F(YhReport, WritesOnlyTheKindsAskedFor) {
   std::set<std::string> data;
   for (const auto& entry : fs::directory_iterator(out_ + "/data")) data.insert(entry.path().filename().string());
   EXPECT_EQ(data, (std::set<std::string>{"calls.js", "camera-photos.js", "overview.js"}));
+  EXPECT_FALSE(fs::exists(out_ + "/" + yh::UnfinishedMark::kName)) << "a complete report has no mark";
   EXPECT_EQ(Data(out_ + "/data/overview.js", "overview")["kinds"].size(), 2U);
 }
 
@@ -133,8 +147,48 @@ TEST_F(YhReport, NeedsAFolderOfItsOwn) {
   yhtest::WriteFile(out_ + "/notes.txt", "mine");
   const YhResult run = Report(kOldSample);
   EXPECT_EQ(run.code, 1);
-  EXPECT_TRUE(Contains(run.err, "is not an empty folder"));
+  EXPECT_EQ(run.err, "yh: --out " + out_ + " is not empty and holds no interrupted report; give a new or empty "
+                    "folder (--resume only finishes an interrupted report)\n");
   EXPECT_EQ(Files(out_), (std::set<std::string>{"notes.txt"}));
+}
+
+// The text and date of each message, conversation by conversation, for the page's search.
+TEST_F(YhReport, WritesEveryMessagesTextForTheSearch) {
+  ASSERT_EQ(Report(kNewSample).code, 0);
+  const ordered_json texts = Data(out_ + "/data/message-texts.js", "message-texts");
+  const ordered_json shown = Shown(kNewSample, "messages");
+  ASSERT_EQ(texts.size(), shown.size());
+  for (size_t i = 0; i < shown.size(); ++i) {
+    ASSERT_EQ(texts[i].size(), shown[i]["message"].size());
+    for (size_t j = 0; j < texts[i].size(); ++j) {
+      EXPECT_EQ(texts[i][j], ordered_json::array({shown[i]["message"][j]["text"], shown[i]["message"][j]["date"]}));
+    }
+  }
+}
+
+// HEIF pictures get JPEG thumbnails and AMR sounds WAV files that a browser
+// shows and plays; files that need none, or cannot be decoded, get none.
+TEST_F(YhReport, MakesPreviewsOfHeifPicturesAndAmrSounds) {
+  const std::string backup = yhmedia::WriteMediaBackup(dir_.Path() + "backups");
+  const YhResult run = Yh({"report", backup, "--out", out_});
+  ASSERT_EQ(run.code, 0) << run.err;
+  const ordered_json photos = Data(out_ + "/data/camera-photos.js", "camera-photos")["records"];
+  ASSERT_GE(photos.size(), 3u);
+  EXPECT_EQ(photos[0]["preview_path"], "previews/camera-photos/IMG_0101.HEIC.jpg");
+  const yhmedia::Pixels thumbnail = yhmedia::DecodeJpeg(ReadFile(out_ + "/previews/camera-photos/IMG_0101.HEIC.jpg"));
+  EXPECT_EQ(thumbnail.width, 480);
+  EXPECT_EQ(thumbnail.height, 360);
+  EXPECT_FALSE(photos[1].contains("preview_path")) << "a browser shows a JPEG";
+  EXPECT_FALSE(photos[2].contains("preview_path")) << "a video plays as it is";
+  const ordered_json voicemail = Data(out_ + "/data/voicemail.js", "voicemail")["records"];
+  ASSERT_EQ(voicemail.size(), 2u);
+  const ordered_json& heard = voicemail[0]["file_name"] == "1.amr" ? voicemail[0] : voicemail[1];
+  EXPECT_EQ(heard["preview_path"], "previews/voicemail/1.amr.wav");
+  EXPECT_EQ(ReadFile(out_ + "/previews/voicemail/1.amr.wav").substr(0, 4), "RIFF");
+
+  fs::remove_all(out_);
+  ASSERT_EQ(Report(kNewSample).code, 0);
+  EXPECT_FALSE(fs::exists(out_ + "/previews/camera-photos")) << "the sample's stand-in HEIC files decode to nothing";
 }
 
 TEST_F(YhReport, NeverWritesIntoTheBackup) {
