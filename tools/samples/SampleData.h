@@ -32,7 +32,6 @@ std::string MediaFile(const std::string& signature, size_t size, unsigned seed);
 // File signatures for MediaFile.
 extern const std::string kJpeg;
 extern const std::string kPng;
-extern const std::string kHeic;
 extern const std::string kM4a;
 extern const std::string kCaf;
 extern const std::string kAmr;

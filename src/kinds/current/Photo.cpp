@@ -29,11 +29,12 @@ void Photo::Read(const BackupDevice* device) {
     located.relativePath = "Media/" + asset.directory + "/" + asset.fileName;
     // Only the file at the asset's own path counts, never a thumbnail or
     // derivative whose path merely contains it. An asset kept only in the
-    // cloud has no file here and is left out.
+    // cloud has no file here and is listed without one.
     const std::optional<StoredFile> stored = StoredFileIn(device, kDomain, located.relativePath);
-    if (!stored || stored->path.empty()) continue;
-    located.path = stored->path;
-    located.size = stored->size;
+    if (stored && !stored->path.empty()) {
+      located.path = stored->path;
+      located.size = stored->size;
+    }
     located.camera = IsCameraPicture(asset.directory + "/" + asset.fileName);
     located.asset = std::move(asset);
     located_.push_back(std::move(located));
@@ -58,6 +59,7 @@ plist_t Photo::Answer(const BackupDevice* device, bool camera) {
     // Trashed assets are kept: "Recently Deleted" still holds their files,
     // and recovering them is what a user is most likely to want.
     plist_dict_set_item(dict, "trashed", plist_new_bool(located.asset.trashed));
+    plist_dict_set_item(dict, "present", plist_new_bool(!located.path.empty()));
     plist_array_append_item(array, dict);
   }
   return array;

@@ -11,18 +11,19 @@
 
 namespace current {
 
-// The pictures and videos of the photo library whose files the backup holds,
-// read once and answered in two groups: `camera` those whose path names
-// DCIM, `other` the rest. Each is located exactly by its path in
-// CameraRollDomain. Besides the described keys: "date", "original_name",
-// "video" and "trashed".
+// Every picture and video of the photo library, read once and answered in
+// two groups: `camera` those whose path names DCIM, `other` the rest. Each is
+// located exactly by its path in CameraRollDomain; an asset whose file the
+// backup does not hold (kept only in the cloud, or missing) is listed with an
+// empty path and size 0. Besides the described keys: "date",
+// "original_name", "video", "trashed" and "present".
 class Photo {
  public:
   Photo() : camera(*this, true), other(*this, false) {}
   Photo(const Photo&) = delete;
   Photo& operator=(const Photo&) = delete;
 
-  // One group's answer: NULL when the backup holds no file of any asset.
+  // One group's answer: NULL when the library lists no asset.
   class Group : public Kind {
    public:
     Group(Photo& photo, bool camera) : photo_(photo), camera_(camera) {}
@@ -40,7 +41,7 @@ class Photo {
   struct Located {
     LibraryAsset asset;
     std::string relativePath;  // "Media/" + directory + "/" + file name
-    std::string path;
+    std::string path;  // "" when the backup does not hold the file
     uint64_t size = 0;
     bool camera = false;
   };

@@ -39,12 +39,15 @@ void Sms::Name(const BackupDevice* device, Conversation& conversation, NameCache
 void Sms::Read(const BackupDevice* device) {
   read_ = true;
   NameCache names;
+  size_t index = 0;
   for (const StoredFile& file : StoredFilesAt(device, "Library/SMS/sms.db")) {
     Database database = OpenStoredDatabase(device, file);
     for (Conversation& conversation : ReadMessageDatabase(database)) {
       Name(device, conversation, names);
+      conversation.database = index;
       conversations_.push_back(std::move(conversation));
     }
+    ++index;
   }
 }
 
@@ -68,6 +71,10 @@ plist_t Sms::FindContent(void* device, int /*flag*/) {
         plist_dict_set_item(item, "type", plist_new_uint(message.fromMe ? 1 : 0));
         InsertPlistDictString(item, "sender", message.texts.AsCString(Message::kSender));
         InsertPlistDictString(item, "sender_name", message.senderName.c_str());
+        if (plist_t attachments = attachments_.AttachmentsOf(static_cast<const BackupDevice*>(device),
+                                                             conversation.database, message.rowId)) {
+          plist_dict_set_item(item, "attachments", attachments);
+        }
         plist_array_append_item(messages, item);
       }
       plist_dict_set_item(dict, "message", messages);

@@ -10,6 +10,7 @@
 #include "common/PackedTexts.h"
 #include "kinds/Kind.h"
 #include "kinds/current/Contact.h"
+#include "kinds/current/SmsAttachment.h"
 
 namespace current {
 
@@ -18,10 +19,12 @@ namespace current {
 // and its text (from the archived attributed string where the text column
 // is empty). Besides the described keys: per conversation "participants"
 // (each with "address" and "name"), "group" and "display_name"; per message
-// "sender" and "sender_name" (empty for the owner's own messages).
+// "sender" and "sender_name" (empty for the owner's own messages) and, for a
+// message that has any, "attachments": the dictionaries the attachments kind
+// gives for them.
 class Sms : public Kind {
  public:
-  explicit Sms(Contact& contacts) : contacts_(contacts) {}
+  Sms(Contact& contacts, SmsAttachment& attachments) : contacts_(contacts), attachments_(attachments) {}
 
   // An array of the conversations of every message database (empty when none).
   plist_t FindContent(void* device, int flag) override;
@@ -38,6 +41,7 @@ class Sms : public Kind {
   };
 
   struct Conversation {
+    size_t database = 0;  // its message database, in StoredFilesAt's order
     std::string id;
     std::string phone;
     std::string another;
@@ -57,6 +61,7 @@ class Sms : public Kind {
   void Name(const BackupDevice* device, Conversation& conversation, NameCache& cache);
 
   Contact& contacts_;
+  SmsAttachment& attachments_;
   bool read_ = false;
   std::vector<Conversation> conversations_;
 };

@@ -31,16 +31,18 @@ bool IsImage(std::string mimeType) {
   return mimeType.find("image") != std::string::npos;
 }
 
-std::vector<SmsAttachment::Attachment> ReadAttachments(Database& database) {
+// Each attachment's ROWID with the attachment.
+std::vector<std::pair<int64_t, SmsAttachment::Attachment>> ReadAttachments(Database& database) {
   const SchemaInfo schema(database);
   // Before iOS 6 attachments lived in madrid_attachment.
   const std::string table = schema.HasTable("attachment") ? "attachment" : "madrid_attachment";
-  std::vector<SmsAttachment::Attachment> attachments;
+  std::vector<std::pair<int64_t, SmsAttachment::Attachment>> attachments;
   if (!schema.HasTable(table)) return attachments;
-  const std::string query = "select " +
+  const std::string query = "select ROWID AS ROWID, " +
                             schema.SelectList(table, {"filename", "mime_type", "transfer_name", "created_date"}) +
                             " from " + table + " order by ROWID";
   Database::Statement rows(database, query.c_str());
+  const int rowId = rows.Column("ROWID");
   const int fileName = rows.Column("filename");
   const int mimeType = rows.Column("mime_type");
   const int transferName = rows.Column("transfer_name");
@@ -53,18 +55,45 @@ std::vector<SmsAttachment::Attachment> ReadAttachments(Database& database) {
     attachment.image = IsImage(attachment.mimeType);
     attachment.originalName = GetEmptyStringIsNull(rows.Text(transferName));
     attachment.date = LocalDateText(rows.Text(created), TimeBase::Since2001);
-    attachments.push_back(std::move(attachment));
+    attachments.emplace_back(rows.Int64(rowId), std::move(attachment));
   }
   return attachments;
+}
+
+// (message ROWID, attachment ROWID) of each row of message_attachment_join.
+std::vector<std::pair<int64_t, int64_t>> ReadJoins(Database& database) {
+  const SchemaInfo schema(database);
+  std::vector<std::pair<int64_t, int64_t>> joins;
+  if (!schema.HasColumn("message_attachment_join", "message_id") ||
+      !schema.HasColumn("message_attachment_join", "attachment_id")) {
+    return joins;
+  }
+  Database::Statement rows(database,
+                           "select message_id AS message_id, attachment_id AS attachment_id from "
+                           "message_attachment_join order by message_id, attachment_id");
+  const int message = rows.Column("message_id");
+  const int attachment = rows.Column("attachment_id");
+  while (rows.Step()) joins.emplace_back(rows.Int64(message), rows.Int64(attachment));
+  return joins;
 }
 
 }  // namespace
 
 void SmsAttachment::Read(const BackupDevice* device) {
   read_ = true;
+  size_t index = 0;
   for (const StoredFile& file : StoredFilesAt(device, "Library/SMS/sms.db")) {
     Database database = OpenStoredDatabase(device, file);
-    for (Attachment& attachment : ReadAttachments(database)) attachments_.push_back(std::move(attachment));
+    std::map<int64_t, size_t> byRowId;
+    for (auto& [rowId, attachment] : ReadAttachments(database)) {
+      byRowId.emplace(rowId, attachments_.size());
+      attachments_.push_back(std::move(attachment));
+    }
+    for (const auto& [message, attachment] : ReadJoins(database)) {
+      const auto found = byRowId.find(attachment);
+      if (found != byRowId.end()) ofMessage_[{index, message}].push_back(found->second);
+    }
+    ++index;
   }
   const MediaLocator locator(device);
   for (Attachment& attachment : attachments_) {
@@ -80,23 +109,35 @@ plist_t SmsAttachment::FindContent(void* device, int /*flag*/) {
   if (!read_) Read(static_cast<const BackupDevice*>(device));
   if (attachments_.empty()) return nullptr;
   plist_t array = plist_new_array();
-  size_t position = 0;
-  for (const Attachment& attachment : attachments_) {
-    std::string name = "IMG_" + std::to_string(++position);
-    if (const char* extension = GetFilePostfix(attachment.queryPath.c_str())) name += extension;
-    plist_t dict = plist_new_dict();
-    InsertPlistDictString(dict, "file_name", name.c_str());
-    InsertPlistDictString(dict, "path", attachment.path.c_str());
-    plist_dict_set_item(dict, "size", plist_new_uint(attachment.size));
-    plist_dict_set_item(dict, "type", plist_new_uint(attachment.image ? 0 : 1));
-    InsertPlistDictString(dict, "query_path", attachment.queryPath.c_str());
-    plist_dict_set_item(dict, "present", plist_new_bool(attachment.present));
-    InsertPlistDictString(dict, "mime_type", attachment.mimeType.c_str());
-    InsertPlistDictString(dict, "original_name", attachment.originalName.c_str());
-    InsertPlistDictString(dict, "date", attachment.date.c_str());
-    plist_array_append_item(array, dict);
-  }
+  for (size_t index = 0; index < attachments_.size(); ++index) plist_array_append_item(array, Dictionary(index));
   return array;
+}
+
+plist_t SmsAttachment::AttachmentsOf(const BackupDevice* device, size_t database, int64_t message) {
+  if (!read_) Read(device);
+  const auto found = ofMessage_.find({database, message});
+  if (found == ofMessage_.end()) return nullptr;
+  plist_t array = plist_new_array();
+  for (size_t index : found->second) plist_array_append_item(array, Dictionary(index));
+  return array;
+}
+
+// Named by its place in the list of every attachment, as the described service names them.
+plist_t SmsAttachment::Dictionary(size_t index) const {
+  const Attachment& attachment = attachments_[index];
+  std::string name = "IMG_" + std::to_string(index + 1);
+  if (const char* extension = GetFilePostfix(attachment.queryPath.c_str())) name += extension;
+  plist_t dict = plist_new_dict();
+  InsertPlistDictString(dict, "file_name", name.c_str());
+  InsertPlistDictString(dict, "path", attachment.path.c_str());
+  plist_dict_set_item(dict, "size", plist_new_uint(attachment.size));
+  plist_dict_set_item(dict, "type", plist_new_uint(attachment.image ? 0 : 1));
+  InsertPlistDictString(dict, "query_path", attachment.queryPath.c_str());
+  plist_dict_set_item(dict, "present", plist_new_bool(attachment.present));
+  InsertPlistDictString(dict, "mime_type", attachment.mimeType.c_str());
+  InsertPlistDictString(dict, "original_name", attachment.originalName.c_str());
+  InsertPlistDictString(dict, "date", attachment.date.c_str());
+  return dict;
 }
 
 }  // namespace current

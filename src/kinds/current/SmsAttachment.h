@@ -2,7 +2,9 @@
 #define YH_KINDS_CURRENT_SMSATTACHMENT_H
 
 #include <cstdint>
+#include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "kinds/Kind.h"
@@ -20,6 +22,11 @@ class SmsAttachment : public Kind {
   // NULL when no message database names an attachment.
   plist_t FindContent(void* device, int flag) override;
 
+  // The attachments of one message (by its ROWID in the `database`-th
+  // message database, as StoredFilesAt lists them) as the dictionaries
+  // FindContent gives; NULL when it has none.
+  plist_t AttachmentsOf(const BackupDevice* device, size_t database, int64_t message);
+
   struct Attachment {
     std::string queryPath;
     std::string path;
@@ -33,9 +40,13 @@ class SmsAttachment : public Kind {
 
  private:
   void Read(const BackupDevice* device);
+  plist_t Dictionary(size_t index) const;
 
   bool read_ = false;
   std::vector<Attachment> attachments_;
+  // Indexes into attachments_ of each message's attachments, by database and
+  // message ROWID (message_attachment_join).
+  std::map<std::pair<size_t, int64_t>, std::vector<size_t>> ofMessage_;
 };
 
 }  // namespace current

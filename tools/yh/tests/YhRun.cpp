@@ -118,6 +118,17 @@ std::string ReadFile(const std::string& path) {
   return ::testing::AssertionFailure() << "\"" << text << "\" does not hold \"" << part << "\"";
 }
 
+nlohmann::ordered_json WithoutCopyPaths(nlohmann::ordered_json json) {
+  if (json.is_object()) {
+    json.erase("exported_path");
+    json.erase("preview_path");
+  }
+  if (json.is_structured()) {
+    for (auto& item : json) item = WithoutCopyPaths(std::move(item));
+  }
+  return json;
+}
+
 std::vector<std::string> Lines(const std::string& text) {
   std::vector<std::string> lines;
   std::istringstream in(text);

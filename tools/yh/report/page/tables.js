@@ -160,7 +160,7 @@
     const box = el('input', {type: 'checkbox', id: 'missing-only'});
     box.addEventListener('change', function () { keepOnly(box.checked); });
     return el('p', {className: 'missing', id: 'missing'},
-        missing + ' of ' + records.length + ' ' + label.toLowerCase() + ' have no file in the backup. ',
+        missing + ' of ' + records.length + ' ' + label.toLowerCase() + ' have no file in the backup.',
         el('label', null, box, ' Show only these'));
   };
 })(window.YH);

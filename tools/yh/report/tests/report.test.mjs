@@ -120,7 +120,11 @@ describe('the report of a Manifest.db sample', () => {
     assert.equal(await page.$$eval('#bubbles .bubble.received', (nodes) => nodes.length), 2);
     const first = await page.$eval('#bubbles .bubble', (node) => node.textContent);
     assert.match(first, /Did you see the comet last night\?2023-09-11 07:30:05/);
-    assert.equal(await page.$$eval('#bubbles a.attachment', (nodes) => nodes.length), 1);
+    // The picture the third message carried, as its thumbnail linked to the copy.
+    const picture = await page.$eval('#bubbles .bubble a.attachment.picture', (link) =>
+      [link.getAttribute('href'), link.querySelector('img').getAttribute('src')]);
+    assert.deepEqual(picture, ['media/attachments/IMG_0412.HEIC', 'previews/attachments/IMG_0412.HEIC.jpg']);
+    await page.waitForFunction(() => [...document.images].every((image) => image.complete && image.naturalWidth));
     await page.screenshot({path: path.join(out, 'thread.png')});
   });
 
@@ -222,11 +226,19 @@ describe('the report of a Manifest.db sample', () => {
   test('shows the photos as a grid of the copied files', async () => {
     await go(page, '#kind/camera-photos', '#grid figure');
     const links = await page.$$eval('#grid figure a', (nodes) => nodes.map((node) => node.getAttribute('href')));
-    assert.deepEqual(links, ['media/camera-photos/IMG_0415.HEIC', 'media/camera-photos/IMG_0416.HEIC',
+    assert.deepEqual([...links].sort(), ['media/camera-photos/IMG_0415.HEIC', 'media/camera-photos/IMG_0416.HEIC',
       'media/camera-photos/IMG_0417.JPG']);
-    // The sample's stand-in files are no pictures: each shows as a tile named by its extension.
-    const tiles = await page.$$eval('#grid figure a', (nodes) => nodes.map((node) => node.textContent));
-    assert.deepEqual(tiles, ['HEIC', 'HEIC', 'JPG']);
+    // The HEIC pictures show their thumbnails; the stand-in JPEG is no picture and shows as a tile.
+    await page.waitForFunction(() => [...document.images].every((image) => image.complete));
+    const tiles = await page.$$eval('#grid figure a', (nodes) => nodes.map((node) =>
+      node.querySelector('img') && node.querySelector('img').naturalWidth ? 'picture' : node.textContent));
+    assert.deepEqual(tiles, ['picture', 'picture', 'JPG']);
+    // Each tile's caption names the file its link leads to.
+    await go(page, '#kind/attachments', '#grid figure');
+    const named = await page.$$eval('#grid figure', (figures) => figures.map((figure) =>
+      [figure.querySelector('.name').textContent, decodeURIComponent(figure.querySelector('a').getAttribute('href'))]));
+    assert.deepEqual(named, [['IMG_0412.HEIC', 'media/attachments/IMG_0412.HEIC'],
+      ['Itinerary.pdf', 'media/attachments/Itinerary.pdf']]);
   });
 
   test('ran with no console error and nothing fetched off the disk', () => {
@@ -269,6 +281,39 @@ describe('the report of a backup of real pictures and sounds', () => {
     const headings = await page.$$eval('#grid h2.month', (nodes) => nodes.map((node) => node.textContent));
     assert.deepEqual(headings.slice(0, 2), ['September 2023', 'August 2023']);
     await page.screenshot({path: path.join(out, 'photos-heic.png')});
+  });
+
+  test('says which photos have no file in the backup and shows only those on demand', async () => {
+    await go(page, '#kind/camera-photos', '#grid figure');
+    assert.equal(await page.$eval('#missing', (node) => node.textContent),
+        '1 of 4 camera photos have no file in the backup. Show only these');
+    await page.check('#missing-only');
+    await page.waitForFunction(() => document.querySelectorAll('#grid figure').length === 1);
+    assert.deepEqual(await page.$$eval('#grid figure', (nodes) => nodes.map((node) => node.textContent)),
+      ['not in the backupIMG_0104.HEIC2023-09-04 10:00:00']);
+    await go(page, '#overview', '#kinds');
+    assert.match(await page.$eval('#kinds .card[data-kind="camera-photos"]', (node) => node.textContent),
+        /1 without a file in the backup/);
+  });
+
+  test("shows each message's attachments in its bubble and names the last one in the list", async () => {
+    await go(page, '#kind/messages', '#threads li');
+    assert.equal(await page.$eval('#threads .last', (node) => node.textContent), 'Attachment: IMG_0203.JPG');
+    await page.click('#threads li a');
+    await page.waitForSelector('#bubbles .bubble');
+    await page.waitForFunction(() => [...document.images].every((image) => image.complete));
+    const bubbles = await page.$$eval('#bubbles .bubble', (nodes) => nodes.map((node) => ({
+      text: [...node.querySelectorAll('p')].map((p) => p.textContent).join(),
+      picture: [...node.querySelectorAll('a.picture')].map((a) => [a.getAttribute('href'),
+        a.querySelector('img').getAttribute('src'), a.querySelector('img').naturalWidth]),
+      files: [...node.querySelectorAll('a.file')].map((a) => [a.getAttribute('href'), a.textContent]),
+      missing: [...node.querySelectorAll('.attachment.missing')].map((span) => span.textContent)})));
+    assert.deepEqual(bubbles, [
+      {text: 'The view from the top', picture: [['media/attachments/IMG_0201.HEIC',
+        'previews/attachments/IMG_0201.HEIC.jpg', 480]], files: [], missing: []},
+      {text: '', picture: [], files: [['media/attachments/Tickets.pdf', 'Tickets.pdf']], missing: []},
+      {text: '', picture: [], files: [], missing: ['IMG_0203.JPG (not in the backup)']}]);
+    await page.screenshot({path: path.join(out, 'thread-attachments.png')});
   });
 
   test('plays AMR voicemail in the page, decoded to WAV', async () => {

@@ -1,5 +1,7 @@
-// Writes the media backup of the report's browser tests into the folder given.
+// Writes the media backup of the report's browser tests into the folder
+// given, in place of the one an earlier run wrote.
 #include <exception>
+#include <filesystem>
 #include <iostream>
 
 #include "MediaBackup.h"
@@ -10,6 +12,7 @@ int main(int argc, char** argv) {
     return 2;
   }
   try {
+    std::filesystem::remove_all(std::filesystem::path(argv[1]) / yhmedia::kMediaBackupFolder);
     std::cout << yhmedia::WriteMediaBackup(argv[1]) << '\n';
   } catch (const std::exception& error) {
     std::cerr << "yh_make_media_backup: " << error.what() << '\n';
