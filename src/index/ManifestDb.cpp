@@ -8,19 +8,12 @@
 #include "common/FileHelpers.h"
 #include "platform/Folder.h"
 #include "common/TextHelpers.h"
+#include "index/StaysInBackup.h"
 #include "index/StoredFileTests.h"
 
 namespace {
 
 const char kFilesQuery[] = "select fileID,domain,relativePath,flags from Files";
-
-// Whether the stored file of a fileID lies inside the backup folder. The path
-// is folder + first two characters + "/" + fileID, so it leaves the folder
-// only through a "/" in the fileID or a leading "..". Devices write 40 hex
-// digits; anything else that climbs out comes from a crafted index.
-bool StaysInBackup(std::string_view fileId) {
-  return fileId.find('/') == std::string_view::npos && fileId.substr(0, 2) != "..";
-}
 
 // A column's text as it stands; NULL reads as empty.
 std::string_view ColumnText(const char* value) { return value ? value : std::string_view(); }

@@ -8,7 +8,6 @@
 #include "common/Database.h"
 #include "common/DateHelpers.h"
 #include "common/FileHelpers.h"
-#include "common/PlistHelpers.h"
 #include "common/TextHelpers.h"
 #include "kinds/ColumnDate.h"
 #include "kinds/MediaLocator.h"
@@ -79,11 +78,4 @@ void Recording::ReadBackup(BackupDevice* device) {
   });
 }
 
-void Recording::FillDict(const VoiceMemos& memo, plist_t dict) const {
-  InsertPlistDictString(dict, "date", memo.date.c_str());
-  InsertPlistDictString(dict, "title", memo.title.c_str());
-  InsertPlistDictString(dict, "duration", memo.duration.c_str());
-  InsertPlistDictString(dict, "name", memo.name.c_str());
-  InsertPlistDictString(dict, "path", memo.path.c_str());
-  plist_dict_set_item(dict, "size", plist_new_uint(memo.size));
-}
+void Recording::FillDict(const VoiceMemos& memo, plist_t dict) const { InsertVoiceMemoKeys(memo, dict); }

@@ -1,6 +1,8 @@
 #ifndef YH_KINDS_VOICEMEMOS_H
 #define YH_KINDS_VOICEMEMOS_H
 
+#include <plist/plist.h>
+
 #include <cstdint>
 #include <string>
 
@@ -17,5 +19,8 @@ class VoiceMemos : public VqBase {
   std::string devicePath;  // the file's path on the device
   uint64_t size = 0;
 };
+
+// Inserts the keys both services give a memo, "date" to "size".
+void InsertVoiceMemoKeys(const VoiceMemos& memo, plist_t dict);
 
 #endif

@@ -78,7 +78,7 @@ std::vector<std::string> WithPaths(std::vector<std::string> dumps, const std::ve
 
 class UnlockBackupTest : public ::testing::TestWithParam<IndexKind> {
  protected:
-  UnlockBackupTest() : tmp_("TMPDIR", temporary_.Path()) {}
+  UnlockBackupTest() : tmp_(yhtest::TemporaryFolderVariable(), temporary_.Path()) {}
 
   std::string WritePlain() { return yhtest::sample::Builder(GetParam()).Write(root_.Path() + "plain"); }
   std::string WriteEncrypted() {
@@ -156,7 +156,7 @@ TEST_P(UnlockBackupTest, ThePrivateFolderIsTheOwnersAloneAndFilesAreDecryptedWhe
   ASSERT_EQ(PrivateFolders().size(), 1u);
   platform::PathInfo status;
   ASSERT_TRUE(platform::Stat(PrivateFolders()[0], &status));
-  if (yhtest::HasModes()) EXPECT_EQ(status.permissions & 0777, 0700u);
+  if (yhtest::HasModes()) { EXPECT_EQ(status.permissions & 0777, 0700u); }
   auto fileCount = [&] {
     size_t count = 0;
     for (const auto& entry : fs::recursive_directory_iterator(PrivateFolders()[0])) count += entry.is_regular_file();
@@ -252,7 +252,9 @@ TEST(UnlockRealBackup, BothServicesAnswerInPlaceAsOnItsDecryptedCopy) {
       const int type = static_cast<int>(i) % yhtest::fault::kContentTypes;
       const bool runTime = type == ContentSafariHistory || type == ContentCalendarEvent ||
                            type == ContentCalendarReminder;
-      if (create == CreateCurrentDataRecoveryService || !runTime) EXPECT_EQ(dumps[i], expected.dumps[i]) << type;
+      if (create == CreateCurrentDataRecoveryService || !runTime) {
+        EXPECT_EQ(dumps[i], expected.dumps[i]) << type;
+      }
     }
     for (int type : {ContentContact, ContentCameraPhoto}) {
       EXPECT_NE(reading.dumps[static_cast<size_t>(type)], "null") << type;

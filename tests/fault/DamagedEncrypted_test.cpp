@@ -66,7 +66,7 @@ TEST_P(DamagedEncrypted, ADamagedStoredFileChangesOnlyItsOwnAnswers) {
       SCOPED_TRACE(target.path + " " + damage.name);
       fs::remove_all(work);
       fs::remove_all(copy);
-      fs::copy(pristine, work, fs::copy_options::recursive);
+      yhtest::CopyTree(pristine, work);
       damage.apply(work + yhtest::BackupBuilder(GetParam()).StoredPath(target.domain, target.path));
       const std::string before = yhtest::SnapshotTree(work);
       const int32_t result = DecryptBackup(work.c_str(), copy.c_str(), "pw", nullptr, nullptr);

@@ -45,7 +45,7 @@ std::string IndexFile(const FaultBench& bench) {
 // Moves the file out of the way and leaves a link to where it went.
 void LinkTo(const std::string& path, const std::string& target) {
   fs::rename(path, target);
-  fs::create_symlink(target, path);
+  ASSERT_TRUE(yhtest::MakeSymlink(target, path));
 }
 
 class DamagedFiles : public ::testing::TestWithParam<IndexKind> {};
@@ -64,6 +64,7 @@ TEST_P(DamagedFiles, AFolderInPlaceOfAFileChangesOnlyItsOwnAnswers) {
 
 // Without effect when the tests run as root, who reads everything.
 TEST_P(DamagedFiles, AFileWithoutReadPermissionChangesOnlyItsOwnAnswers) {
+  if (!yhtest::HasModes()) GTEST_SKIP() << yhtest::WhyNoModes();
   FaultBench bench(GetParam());
   for (const StoredFile& file : StoredFiles(bench)) {
     bench.Run(file.path + " unreadable", file.feeds, [&] { fs::permissions(file.path, fs::perms::none); });
@@ -75,6 +76,7 @@ TEST_P(DamagedFiles, AFileWithoutReadPermissionChangesOnlyItsOwnAnswers) {
 // A stored file that is a link to the same bytes elsewhere in the backup
 // reads as the file itself.
 TEST_P(DamagedFiles, ALinkWithinTheBackupReadsAsTheFile) {
+  if (!yhtest::HasLinks()) GTEST_SKIP() << yhtest::WhyNoLinks();
   FaultBench bench(GetParam());
   for (const StoredFile& file : StoredFiles(bench)) {
     bench.Run(file.path + " links within", {}, [&] { LinkTo(file.path, bench.Backup() + "moved"); });
@@ -84,6 +86,7 @@ TEST_P(DamagedFiles, ALinkWithinTheBackupReadsAsTheFile) {
 // Answers name the link, inside the backup, never the place it leads to;
 // whoever copies a file named in an answer must not follow such a link.
 TEST_P(DamagedFiles, ALinkOutOfTheBackupIsNamedByItsPlaceInTheBackup) {
+  if (!yhtest::HasLinks()) GTEST_SKIP() << yhtest::WhyNoLinks();
   FaultBench bench(GetParam());
   const std::string outside = bench.Outside() + "outside";
   for (const StoredFile& file : StoredFiles(bench)) {
@@ -95,22 +98,24 @@ TEST_P(DamagedFiles, ALinkOutOfTheBackupIsNamedByItsPlaceInTheBackup) {
 }
 
 TEST_P(DamagedFiles, ADanglingLinkCountsAsAMissingFile) {
+  if (!yhtest::HasLinks()) GTEST_SKIP() << yhtest::WhyNoLinks();
   FaultBench bench(GetParam());
   for (const StoredFile& file : StoredFiles(bench)) {
     bench.Run(file.path + " dangles", file.feeds, [&] {
       fs::remove(file.path);
-      fs::create_symlink(bench.Backup() + "nowhere", file.path);
+      ASSERT_TRUE(yhtest::MakeSymlink(bench.Backup() + "nowhere", file.path));
     });
   }
 }
 
 // A folder whose index is a dangling link holds no backup.
 TEST_P(DamagedFiles, ABackupWhoseIndexDanglesIsNotListed) {
+  if (!yhtest::HasLinks()) GTEST_SKIP() << yhtest::WhyNoLinks();
   yhtest::TempDir root;
   const std::string backup = sample::Builder(GetParam()).Write(root.Path() + "backup");
   const std::string index = backup + (GetParam() == IndexKind::Mbdb ? "Manifest.mbdb" : "Manifest.db");
   fs::remove(index);
-  fs::create_symlink(backup + "nowhere", index);
+  ASSERT_TRUE(yhtest::MakeSymlink(backup + "nowhere", index));
   const std::string before = yhtest::SnapshotTree(root.Path());
   EXPECT_FALSE(yhtest::fault::AskEverything(backup).found);
   EXPECT_EQ(GetBackupDeviceListAt(root.Path().c_str()), nullptr);

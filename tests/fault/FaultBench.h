@@ -16,6 +16,7 @@
 #include "support/BackupBuilder.h"
 #include "support/DeviceList.h"
 #include "support/PlistDump.h"
+#include "support/SystemFiles.h"
 #include "support/TreeSnapshot.h"
 
 namespace yhtest::fault {
@@ -146,7 +147,7 @@ class FaultBench {
       if (!it->is_symlink()) fs::permissions(it->path(), fs::perms::owner_all, fs::perm_options::add, ignored);
     }
     fs::remove_all(work_, ignored);
-    fs::copy(pristine_, work_, fs::copy_options::recursive | fs::copy_options::copy_symlinks);
+    CopyTree(pristine_, work_);
   }
 
   IndexKind kind_;

@@ -39,7 +39,7 @@ TEST(LocalDatabase, AWalIsReadFromAPrivateCopyOnlyWhenTheSessionReadsIt) {
   for (IndexKind kind : {IndexKind::ManifestDb, IndexKind::Mbdb}) {
     TempDir root;
     TempDir temporary;
-    ScopedEnv tmpdir("TMPDIR", temporary.Path());
+    ScopedEnv tmpdir(yhtest::TemporaryFolderVariable(), temporary.Path());
     const std::string backup =
         BackupBuilder(kind).AddDatabaseWithWal("HomeDomain", kPath, kSql, kWalSql).Write(root.Path() + "b");
     const std::string before = SnapshotTree(backup);
@@ -59,7 +59,7 @@ TEST(LocalDatabase, AWalIsReadFromAPrivateCopyOnlyWhenTheSessionReadsIt) {
       const std::string folder = SessionOf(device.Get())->PrivateFolder();
       platform::PathInfo status;
       ASSERT_TRUE(platform::Stat(folder, &status));
-      if (yhtest::HasModes()) EXPECT_EQ(status.permissions & 0777, 0700u);
+      if (yhtest::HasModes()) { EXPECT_EQ(status.permissions & 0777, 0700u); }
     }
     EXPECT_EQ(EntriesIn(temporary.Path()), 0u) << "the private folder outlived its record";
     EXPECT_EQ(SnapshotTree(backup), before);
@@ -69,7 +69,7 @@ TEST(LocalDatabase, AWalIsReadFromAPrivateCopyOnlyWhenTheSessionReadsIt) {
 TEST(LocalDatabase, NoCopyIsMadeWithoutAWal) {
   TempDir root;
   TempDir temporary;
-  ScopedEnv tmpdir("TMPDIR", temporary.Path());
+  ScopedEnv tmpdir(yhtest::TemporaryFolderVariable(), temporary.Path());
   const std::string backup = BackupBuilder(IndexKind::ManifestDb).AddDatabase("HomeDomain", kPath, kSql).Write(root.Path() + "b");
   AnalysedDevice device(backup, IndexKind::ManifestDb);
   SessionOf(device.Get())->SetReadsWal(true);

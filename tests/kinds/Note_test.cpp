@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "kinds/KindFixture.h"
+#include "platform/FileSystem.h"
 #include "support/BackupBuilder.h"
 #include "support/NoteStoreBody.h"
 #include "support/PlistDump.h"
@@ -84,7 +85,7 @@ class NoteTest : public ::testing::TestWithParam<const char*> {
   void Replace(const std::string& domain, const std::string& path, const std::string& sql) const {
     const std::string stored = backup_ + builder_->StoredPath(domain, path);
     yhtest::WriteDatabase(stored + ".new", sql);
-    std::rename((stored + ".new").c_str(), stored.c_str());
+    platform::RenameReplacing(stored + ".new", stored);
   }
 
   yhtest::ScopedTimeZone zone_;

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "kinds/KindFixture.h"
+#include "platform/FileSystem.h"
 #include "support/BackupBuilder.h"
 #include "support/PlistDump.h"
 #include "support/TreeSnapshot.h"
@@ -104,7 +105,7 @@ TEST_F(PhotoTest, SecondFlagConvertsTheRecordsOfTheFirstCall) {
   // A library that now says something else is not read again.
   yhtest::WriteDatabase(Stored(kCameraRoll, kLibrary) + ".new",
                         Library(Asset("DCIM/100APPLE", "IMG_0009.JPG")));
-  std::rename((Stored(kCameraRoll, kLibrary) + ".new").c_str(), Stored(kCameraRoll, kLibrary).c_str());
+  platform::RenameReplacing(Stored(kCameraRoll, kLibrary) + ".new", Stored(kCameraRoll, kLibrary));
 
   EXPECT_EQ(Find(kCamera), "[" +
                                Dict("IMG_0001.JPG", Stored(kCameraRoll, "Media/DCIM/100APPLE/IMG_0001.JPG"),
@@ -273,7 +274,7 @@ TEST_F(PhotoTest, NothingFoundGivesNullAndTheNextCallSearchesAgain) {
 
   yhtest::WriteDatabase(Stored(kCameraRoll, kLibrary) + ".new",
                         Library(Asset("PhotoData/Sync/100SYNCD", "IMG_0100.JPG")));
-  std::rename((Stored(kCameraRoll, kLibrary) + ".new").c_str(), Stored(kCameraRoll, kLibrary).c_str());
+  platform::RenameReplacing(Stored(kCameraRoll, kLibrary) + ".new", Stored(kCameraRoll, kLibrary));
 
   EXPECT_EQ(Find(kOther),
             "[" +

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "kinds/KindFixture.h"
+#include "platform/FileSystem.h"
 #include "support/BackupBuilder.h"
 #include "support/PlistDump.h"
 #include "support/TreeSnapshot.h"
@@ -60,7 +61,7 @@ class RecordingTest : public ::testing::TestWithParam<const char*> {
   void Replace(const std::string& domain, const std::string& path, const std::string& sql) const {
     const std::string stored = Stored(domain, path);
     yhtest::WriteDatabase(stored + ".new", sql);
-    std::rename((stored + ".new").c_str(), stored.c_str());
+    platform::RenameReplacing(stored + ".new", stored);
   }
 
   yhtest::ScopedTimeZone zone_;

@@ -193,7 +193,7 @@ TEST(AnalyzeBackup, AnIndexThatWillNotOpenGivesZeroAndContentStillAnswers) {
   const std::string path = BackupBuilder(IndexKind::ManifestDb)
                                .AddFile("HomeDomain", "Library/SMS/sms.db", "not a database")
                                .Write(root.Path() + "broken");
-  ASSERT_EQ(std::system(("printf 'not a database' > '" + path + "Manifest.db'").c_str()), 0);
+  yhtest::WriteFile(path + "Manifest.db", "not a database");
   const std::string before = yhtest::SnapshotTree(path);
   BackupDevice* device = NewDevice(path, 1);
   EXPECT_EQ(AnalyzeBackup(device), 0);

@@ -7,8 +7,22 @@
 // system. Where a system has no such thing, the test skips with Why().
 namespace yhtest {
 
-// A symbolic link at `link` to `target` (a folder or a file, or nothing).
+// A symbolic link at `link` to `target` (a folder or a file, or nothing);
+// false when the system made none.
 bool MakeSymlink(const std::string& target, const std::string& link);
+// Whether this system makes symbolic links for an unprivileged user (wine 8
+// and Windows without developer mode do not), and why not, for GTEST_SKIP.
+bool HasLinks();
+const char* WhyNoLinks();
+
+// Whether a file name may hold "?" (not on Windows).
+bool NamesMayHoldQuestionMarks();
+
+// The environment variable that names the system's temporary folder.
+const char* TemporaryFolderVariable();
+
+// Copies the tree at `from` to `to`, links as links; both may end in "/".
+void CopyTree(const std::string& from, const std::string& to);
 
 // Named pipes in the file system and POSIX permission bits: false on Windows.
 bool HasFifos();

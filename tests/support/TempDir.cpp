@@ -15,7 +15,10 @@ void MakeWritable(const fs::path& folder) {
   std::error_code error;
   fs::permissions(folder, fs::perms::owner_all, fs::perm_options::add, error);
   for (const fs::directory_entry& entry : fs::directory_iterator(folder, error)) {
-    if (entry.symlink_status(error).type() == fs::file_type::directory) MakeWritable(entry.path());
+    const fs::file_type type = entry.symlink_status(error).type();
+    if (type == fs::file_type::directory) MakeWritable(entry.path());
+    // Windows removes no read-only file.
+    if (type == fs::file_type::regular) fs::permissions(entry.path(), fs::perms::owner_write, fs::perm_options::add, error);
   }
 }
 

@@ -45,7 +45,7 @@ std::string SnapshotTree(const std::string& folder) {
   std::vector<std::string> lines{Describe(folder, ".")};
   std::error_code error;
   for (fs::recursive_directory_iterator it(folder, error), end; !error && it != end; it.increment(error)) {
-    lines.push_back(Describe(it->path(), it->path().lexically_relative(folder).string()));
+    lines.push_back(Describe(it->path(), it->path().lexically_relative(folder).generic_string()));
   }
   std::sort(lines.begin(), lines.end());
   std::string snapshot;

@@ -7,10 +7,10 @@
 #include <initializer_list>
 #include <vector>
 
-#include "DefaultFolders.h"
 #include "Failure.h"
 #include "Password.h"
 #include "TerminalText.h"
+#include "platform/BackupFolders.h"
 
 namespace yh {
 namespace {
@@ -150,7 +150,7 @@ DeviceList ListBackups(const Library& library, const std::string& root) {
                   "with --root DIR");
   }
   std::string looked;
-  for (const std::string& folder : DefaultFolders()) {
+  for (const std::string& folder : platform::DefaultBackupFolders()) {
     looked += (looked.empty() ? "" : ", ") + Printable(folder) + (IsFolder(folder) ? " (no backup in it)" : " (missing)");
   }
   throw Failure("no backups found; looked in " + looked + "; give the folder that holds them with --root DIR");

@@ -1,9 +1,9 @@
 #ifndef YH_TOOL_FD_H
 #define YH_TOOL_FD_H
 
-#include <unistd.h>
-
 #include <utility>
+
+#include "platform/FileSystem.h"
 
 namespace yh {
 
@@ -29,7 +29,7 @@ class Fd {
 
  private:
   void Close() {
-    if (fd_ >= 0) ::close(fd_);
+    if (fd_ >= 0) platform::CloseFile(fd_);
     fd_ = -1;
   }
 

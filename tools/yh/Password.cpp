@@ -1,14 +1,13 @@
 #include "Password.h"
 
-#include <termios.h>
-#include <unistd.h>
-
 #include <cstdlib>
 #include <fstream>
+#include <optional>
 #include <iostream>
 
 #include "Failure.h"
 #include "libYH.h"
+#include "platform/Terminal.h"
 
 namespace yh {
 namespace {
@@ -22,21 +21,11 @@ std::string FromFile(const std::string& path, const std::string& backup) {
   return password;
 }
 
-// Echo stays off only while the line is read.
 std::string FromTerminal(const std::string& backup) {
   std::cerr << "Password for backup " << backup << ": " << std::flush;
-  termios saved{};
-  const bool terminal = tcgetattr(STDIN_FILENO, &saved) == 0;
-  if (terminal) {
-    termios quiet = saved;
-    quiet.c_lflag &= ~static_cast<tcflag_t>(ECHO);
-    tcsetattr(STDIN_FILENO, TCSAFLUSH, &quiet);
-  }
-  std::string password;
-  std::getline(std::cin, password);
-  if (terminal) tcsetattr(STDIN_FILENO, TCSAFLUSH, &saved);
+  std::optional<std::string> password = platform::ReadHiddenLine();
   std::cerr << '\n';
-  return password;
+  return password.value_or("");
 }
 
 }  // namespace
@@ -44,7 +33,7 @@ std::string FromTerminal(const std::string& backup) {
 std::string BackupPassword(const std::string& passwordFile, const std::string& backup) {
   if (!passwordFile.empty()) return FromFile(passwordFile, backup);
   if (const char* fromEnvironment = std::getenv("YH_BACKUP_PASSWORD")) return fromEnvironment;
-  if (isatty(STDIN_FILENO) != 1) {
+  if (!platform::IsTerminal(platform::Stream::Input)) {
     throw Failure("backup " + backup +
                   " is encrypted: give its password with --password-file FILE or the YH_BACKUP_PASSWORD "
                   "environment variable");

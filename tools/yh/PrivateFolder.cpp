@@ -1,21 +1,16 @@
 #include "PrivateFolder.h"
 
-#include <stdlib.h>
-
-#include <filesystem>
+#include "platform/FileSystem.h"
 
 namespace yh {
 
-PrivateFolder::PrivateFolder() {
-  const char* tmp = std::getenv("TMPDIR");
-  std::string pattern = std::string(tmp && tmp[0] == '/' ? tmp : "/tmp") + "/yh-XXXXXX";
-  if (mkdtemp(pattern.data())) path_ = pattern;
+PrivateFolder::PrivateFolder() : path_(platform::MakeUniqueFolder(platform::TemporaryFolder(), "yh-")) {
+  // MakeUniqueFolder's path ends in "/"; callers add their own.
+  if (!path_.empty()) path_.pop_back();
 }
 
 PrivateFolder::~PrivateFolder() {
-  if (path_.empty()) return;
-  std::error_code ignored;
-  std::filesystem::remove_all(path_, ignored);
+  if (!path_.empty()) platform::RemoveTree(path_);
 }
 
 }  // namespace yh

@@ -5,7 +5,7 @@
 
 namespace yh {
 
-// A folder of mode 0700 in the temporary folder ($TMPDIR, else /tmp),
+// A folder only the user may read, in the system's temporary folder,
 // removed with everything in it when the object goes. Path() is "" when it
 // could not be made.
 class PrivateFolder {

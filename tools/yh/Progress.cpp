@@ -1,9 +1,9 @@
 #include "Progress.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <iostream>
+
+#include "platform/Terminal.h"
 
 namespace yh {
 namespace {
@@ -14,7 +14,7 @@ constexpr std::chrono::milliseconds kRedraw{100};
 
 }  // namespace
 
-Progress::Progress() : shown_(::isatty(STDERR_FILENO) == 1) {}
+Progress::Progress() : shown_(platform::IsTerminal(platform::Stream::Error)) {}
 
 Progress::~Progress() { Finish(); }
 

@@ -11,6 +11,7 @@
 #include "Commands.h"
 #include "Failure.h"
 #include "Kinds.h"
+#include "platform/Terminal.h"
 
 namespace {
 
@@ -83,9 +84,12 @@ int ParseFailed(const CLI::App& app, const CLI::ParseError& error) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  platform::PrepareStandardStreams();
   CLI::App app{"Lists the iPhone and iPad backups kept on this computer, shows what they hold, exports it and writes reports.", "yh"};
   app.set_version_flag("--version", std::string("yh ") + YH_VERSION + "\nlibYH " + LIBYH_VERSION);
   app.require_subcommand(1);
+  // "/Users/..." is a path, not a Windows-style option (subcommands inherit this).
+  app.allow_windows_style_options(false);
   app.footer("Kinds: " + yh::KindNames() +
              " (or 0 to 11, in that order), all.\n"
              "Exit codes: 0 done; 1 nothing found or a backup that cannot be read; 2 usage error.");
@@ -149,8 +153,11 @@ int main(int argc, char** argv) {
       ->type_name("FORMAT");
   carveCommand->add_flag("--all", carve.all, "The live rows too");
 
+  const std::vector<std::string> arguments = platform::CommandLineArguments(argc, argv);
+  std::vector<const char*> pointers;
+  for (const std::string& argument : arguments) pointers.push_back(argument.c_str());
   try {
-    app.parse(argc, argv);
+    app.parse(static_cast<int>(pointers.size()), pointers.data());
   } catch (const CLI::ParseError& error) {
     return ParseFailed(app, error);
   }

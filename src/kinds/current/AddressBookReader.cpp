@@ -105,7 +105,7 @@ AddressBook ReadAddressBook(Database& database) {
   const SchemaInfo schema(database);
   // Each person with the values met so far, packed once every row is read.
   struct Reading {
-    Contact::Person person;
+    Person person;
     std::vector<std::string> properties;  // label, value, label, value, ...
     std::vector<std::string> addresses;
   };
@@ -130,7 +130,7 @@ AddressBook ReadAddressBook(Database& database) {
   const int nickname = personRows.Column("Nickname");
   const int created = personRows.Column("CreationDate");
   while (personRows.Step()) {
-    Contact::Person person;
+    Person person;
     person.id = personRows.Int64(rowId);
     const std::string parts = GetEmptyStringIsNull(personRows.Text(first)) + " " +
                               GetEmptyStringIsNull(personRows.Text(middle)) + " " +
@@ -205,7 +205,7 @@ AddressBook ReadAddressBook(Database& database) {
   book.people.reserve(people.size());
   book.addresses.reserve(people.size());
   for (Reading& reading : people) {
-    Contact::Person& person = reading.person;
+    Person& person = reading.person;
     if (!reading.properties.empty()) person.texts = WithProperties(person.texts, reading.properties);
     book.people.push_back(std::move(person));
     book.addresses.push_back(std::move(reading.addresses));

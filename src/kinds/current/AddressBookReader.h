@@ -12,7 +12,7 @@ namespace current {
 // The people of one address-book database, by ascending id, with their
 // values as the current service shows them.
 struct AddressBook {
-  std::vector<Contact::Person> people;
+  std::vector<Person> people;
   // Each person's phone numbers and e-mail addresses among those values, in
   // row order: what the directory needs, not kept after.
   std::vector<std::vector<std::string>> addresses;

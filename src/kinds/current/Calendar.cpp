@@ -3,8 +3,8 @@
 #include <string_view>
 
 #include "common/PlistHelpers.h"
-#include "kinds/LocalDatabase.h"
 #include "kinds/current/CalendarReaders.h"
+#include "kinds/current/StoredDatabases.h"
 
 namespace current {
 namespace {
@@ -22,11 +22,18 @@ bool IsReminderStore(std::string_view domain, std::string_view path) {
          path.compare(path.size() - suffix.size(), suffix.size(), suffix) == 0;
 }
 
-void Append(std::vector<CalendarEntry>& to, std::vector<CalendarEntry> from) {
-  for (CalendarEntry& entry : from) to.push_back(std::move(entry));
+}  // namespace
+
+std::vector<CalendarEntry> Calendar::Read(const BackupDevice* device) {
+  std::vector<CalendarEntry> entries =
+      ReadStoredDatabases(device, StoredFilesAt(device, kCalendarPath), ReadCalendarDatabase);
+  AppendMoving(entries, ReadStoredDatabases(device, FindStoredFiles(device, IsReminderStore), ReadReminderStore));
+  return entries;
 }
 
-void FillDict(const CalendarEntry& entry, plist_t dict) {
+bool Calendar::Selects(const CalendarEntry& entry, int flag) const { return entry.reminder == (flag == kReminders); }
+
+void Calendar::InsertKeys(const CalendarEntry& entry, plist_t dict) const {
   InsertPlistDictString(dict, "title", entry.title.c_str());
   plist_dict_set_item(dict, "type", plist_new_uint(entry.reminder ? 0 : 1));
   InsertPlistDictString(dict, "location", entry.location.c_str());
@@ -44,38 +51,6 @@ void FillDict(const CalendarEntry& entry, plist_t dict) {
   } else {
     InsertPlistDictString(dict, "time_zone", entry.timeZone.c_str());
   }
-}
-
-}  // namespace
-
-plist_t Calendar::Face::FindContent(void* device, int /*flag*/) {
-  if (!owner_.read_) owner_.Read(static_cast<const BackupDevice*>(device));
-  return owner_.Answer(reminders_);
-}
-
-// The calendar database first, then each store; every one in stored order.
-void Calendar::Read(const BackupDevice* device) {
-  read_ = true;
-  for (const StoredFile& file : StoredFilesAt(device, kCalendarPath)) {
-    Database database = OpenStoredDatabase(device, file);
-    Append(entries_, ReadCalendarDatabase(database));
-  }
-  for (const StoredFile& file : FindStoredFiles(device, IsReminderStore)) {
-    Database database = OpenStoredDatabase(device, file);
-    Append(entries_, ReadReminderStore(database));
-  }
-}
-
-plist_t Calendar::Answer(bool reminders) const {
-  if (entries_.empty()) return nullptr;
-  plist_t array = plist_new_array();
-  for (const CalendarEntry& entry : entries_) {
-    if (entry.reminder != reminders) continue;
-    plist_t dict = plist_new_dict();
-    FillDict(entry, dict);
-    plist_array_append_item(array, dict);
-  }
-  return array;
 }
 
 }  // namespace current

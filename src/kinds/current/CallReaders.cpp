@@ -12,7 +12,7 @@ namespace {
 
 // Room for every row of the table, so that the calls are not moved as the
 // list grows.
-void ReserveRows(Database& database, const char* table, std::vector<CallHistory::Call>& calls) {
+void ReserveRows(Database& database, const char* table, std::vector<Call>& calls) {
   const std::string query = std::string("select count(*) from ") + table;
   Database::Statement count(database, query.c_str());
   if (count.Step()) calls.reserve(static_cast<size_t>(std::max<int64_t>(count.Int64(0), 0)));
@@ -23,9 +23,9 @@ void ReserveRows(Database& database, const char* table, std::vector<CallHistory:
 // Flags of the old database: bit 0 set for a call the owner made, bit 4 for
 // FaceTime. Dates are seconds since 1970. It does not say whether a call was
 // answered; an incoming call that lasted is taken as answered.
-std::vector<CallHistory::Call> ReadCallDatabase(Database& database) {
+std::vector<Call> ReadCallDatabase(Database& database) {
   const SchemaInfo schema(database);
-  std::vector<CallHistory::Call> calls;
+  std::vector<Call> calls;
   if (!schema.HasTable("call")) return calls;
   const std::string query = "select " +
                             schema.SelectList("call", {"name", "address", "date", "flags", "duration",
@@ -41,7 +41,7 @@ std::vector<CallHistory::Call> ReadCallDatabase(Database& database) {
   const int country = rows.Column("country_code");
   const int network = rows.Column("network_code");
   while (rows.Step()) {
-    CallHistory::Call call;
+    Call call;
     const LocalDate date = LocalDateOf(rows.Text(when), TimeBase::Unix);
     call.instant = date.instant;
     const int64_t flags = rows.Int64(flagBits);
@@ -60,9 +60,9 @@ std::vector<CallHistory::Call> ReadCallDatabase(Database& database) {
 
 // ZCALLTYPE: 1 a phone call, 8 FaceTime video, 16 FaceTime audio. ZADDRESS
 // is text on some generations and a BLOB of the same bytes on others.
-std::vector<CallHistory::Call> ReadCallStore(Database& database) {
+std::vector<Call> ReadCallStore(Database& database) {
   const SchemaInfo schema(database);
-  std::vector<CallHistory::Call> calls;
+  std::vector<Call> calls;
   if (!schema.HasTable("ZCALLRECORD")) return calls;
   const std::string query =
       "select " +
@@ -83,7 +83,7 @@ std::vector<CallHistory::Call> ReadCallStore(Database& database) {
   const int answered = rows.Column("ZANSWERED");
   const int callTypes = rows.Column("ZCALLTYPE");
   while (rows.Step()) {
-    CallHistory::Call call;
+    Call call;
     const LocalDate date = LocalDateOf(rows.Text(when), TimeBase::Since2001);
     call.instant = date.instant;
     const int64_t originated = rows.Int64(originatedBit);

@@ -9,10 +9,10 @@
 namespace current {
 
 // The calls of an old call database (iOS 7 and before), whatever columns it has.
-std::vector<CallHistory::Call> ReadCallDatabase(Database& database);
+std::vector<Call> ReadCallDatabase(Database& database);
 
 // The calls of a call store (iOS 8 on), whatever columns it has.
-std::vector<CallHistory::Call> ReadCallStore(Database& database);
+std::vector<Call> ReadCallStore(Database& database);
 
 }  // namespace current
 

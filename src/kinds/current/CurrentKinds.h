@@ -14,8 +14,10 @@
 
 // The current service's own extractors of one record. Calls, messages and
 // voicemail name their other parties through the one contacts object;
-// messages give their attachments through the attachments object. A
-// record's session holds them by this type.
+// messages give their attachments through the attachments object; the
+// calendar answers events and reminders, the photos camera pictures and the
+// others, each by the flag it is asked with. A record's session holds them by
+// this type.
 class CurrentKinds {
  public:
   CurrentKinds() : callHistory(contact), sms(contact, smsAttachment), voicemail(contact) {}

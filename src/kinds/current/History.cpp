@@ -1,15 +1,13 @@
 #include "kinds/current/History.h"
 
-#include <algorithm>
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 
 #include "common/PlistHelpers.h"
-#include "kinds/LocalDatabase.h"
 #include "kinds/current/NewestFirst.h"
 #include "kinds/current/SafariReaders.h"
+#include "kinds/current/StoredDatabases.h"
 
 namespace current {
 namespace {
@@ -18,10 +16,6 @@ const char* const kSafariDomains[] = {"HomeDomain", "AppDomain-com.apple.mobiles
 const char kHistoryList[] = "Library/Safari/History.plist";
 const char kHistoryDatabase[] = "Library/Safari/History.db";
 const char kBookmarkDatabase[] = "Library/Safari/Bookmarks.db";
-
-void Append(std::vector<SafariEntry>& to, std::vector<SafariEntry> from) {
-  for (SafariEntry& entry : from) to.push_back(std::move(entry));
-}
 
 // Every Safari domain's copy of the file, in the order of kSafariDomains.
 std::vector<StoredFile> SafariFiles(const BackupDevice* device, const char* path) {
@@ -32,18 +26,20 @@ std::vector<StoredFile> SafariFiles(const BackupDevice* device, const char* path
   return files;
 }
 
-std::vector<SafariEntry> ReadDatabases(const BackupDevice* device, const char* path,
-                                       const std::function<std::vector<SafariEntry>(Database&)>& reader) {
+}  // namespace
+
+// Pages of both databases together, newest first; those never visited last.
+std::vector<SafariEntry> History::Read(const BackupDevice* device) {
   std::vector<SafariEntry> entries;
-  for (const StoredFile& file : SafariFiles(device, path)) {
-    Database database = OpenStoredDatabase(device, file);
-    Append(entries, reader(database));
-  }
+  for (const StoredFile& file : SafariFiles(device, kHistoryList)) AppendMoving(entries, ReadHistoryList(file.path));
+  std::vector<SafariEntry> pages =
+      ReadStoredDatabases(device, SafariFiles(device, kHistoryDatabase), ReadHistoryDatabase);
+  AppendMoving(entries, NewestFirst(std::move(pages), &SafariEntry::instant));
+  AppendMoving(entries, ReadStoredDatabases(device, SafariFiles(device, kBookmarkDatabase), ReadBookmarks));
   return entries;
 }
 
-plist_t EntryDict(const SafariEntry& entry) {
-  plist_t dict = plist_new_dict();
+void History::InsertKeys(const SafariEntry& entry, plist_t dict) const {
   InsertPlistDictString(dict, "url", entry.url.c_str());
   InsertPlistDictString(dict, "type", entry.bookmark ? "bookmark" : "history");
   InsertPlistDictString(dict, "title", entry.title.c_str());
@@ -58,27 +54,6 @@ plist_t EntryDict(const SafariEntry& entry) {
     plist_array_append_item(visits, item);
   }
   plist_dict_set_item(dict, "visits", visits);
-  return dict;
-}
-
-}  // namespace
-
-void History::Read(const BackupDevice* device) {
-  read_ = true;
-  for (const StoredFile& file : SafariFiles(device, kHistoryList)) Append(entries_, ReadHistoryList(file.path));
-  std::vector<SafariEntry> pages = ReadDatabases(device, kHistoryDatabase, ReadHistoryDatabase);
-  // Pages of both databases together, newest first; those never visited last.
-  std::stable_sort(pages.begin(), pages.end(),
-                   [](const SafariEntry& a, const SafariEntry& b) { return Newer(a.instant, b.instant); });
-  Append(entries_, std::move(pages));
-  Append(entries_, ReadDatabases(device, kBookmarkDatabase, ReadBookmarks));
-}
-
-plist_t History::FindContent(void* device, int /*flag*/) {
-  if (!read_) Read(static_cast<const BackupDevice*>(device));
-  plist_t array = plist_new_array();
-  for (const SafariEntry& entry : entries_) plist_array_append_item(array, EntryDict(entry));
-  return array;
 }
 
 }  // namespace current

@@ -3,8 +3,8 @@
 
 #include <vector>
 
-#include "kinds/Kind.h"
 #include "kinds/current/SafariEntry.h"
+#include "kinds/current/StoredRecordKind.h"
 #include "libYH.h"
 
 namespace current {
@@ -14,17 +14,15 @@ namespace current {
 // with their true dates: the old History.plist, then one entry per page of
 // each History.db (its last visit, its visit count), then the bookmarks.
 // Besides the described keys: "visits", every visit of the page (newest
-// first) with its "date" and "title"; a bookmark has none.
-class History : public Kind {
+// first) with its "date" and "title"; a bookmark has none. An empty array
+// when the backup holds no history.
+class History : public StoredRecordKind<SafariEntry> {
  public:
-  // An array, empty when the backup holds no history.
-  plist_t FindContent(void* device, int flag) override;
+  History() : StoredRecordKind(WhenNone::EmptyList) {}
 
  private:
-  void Read(const BackupDevice* device);
-
-  bool read_ = false;
-  std::vector<SafariEntry> entries_;
+  std::vector<SafariEntry> Read(const BackupDevice* device) override;
+  void InsertKeys(const SafariEntry& entry, plist_t dict) const override;
 };
 
 }  // namespace current

@@ -14,7 +14,7 @@
 namespace current {
 namespace {
 
-using Conversations = std::map<std::string, Sms::Conversation>;
+using Conversations = std::map<std::string, Conversation>;
 
 const std::string kNoAddress;
 
@@ -25,14 +25,14 @@ std::string MessageText(const Database::Statement& row, int textColumn, int body
   return DecodeAttributedBodyText(row.Blob(bodyColumn), static_cast<size_t>(row.Bytes(bodyColumn))).value_or("");
 }
 
-void AddParticipant(Sms::Conversation& conversation, const std::string& address) {
+void AddParticipant(Conversation& conversation, const std::string& address) {
   if (address.empty()) return;
   auto& list = conversation.participants;
   if (std::find(list.begin(), list.end(), address) == list.end()) list.push_back(address);
 }
 
-Sms::Conversation& ConversationFor(Conversations& conversations, const std::string& id) {
-  Sms::Conversation& conversation = conversations[id];
+Conversation& ConversationFor(Conversations& conversations, const std::string& id) {
+  Conversation& conversation = conversations[id];
   conversation.id = id;
   return conversation;
 }
@@ -49,7 +49,7 @@ void ReadChats(Database& database, const SchemaInfo& schema, Conversations& conv
     while (rows.Step()) handles[rows.Int64(rowId)] = rows.WholeText(id);
   }
   // Conversations stay where the map put them, so rows can point at them.
-  std::unordered_map<int64_t, Sms::Conversation*> chats;
+  std::unordered_map<int64_t, Conversation*> chats;
   if (schema.HasTable("chat")) {
     const std::string query =
         "select chat.ROWID AS ROWID, " +
@@ -64,7 +64,7 @@ void ReadChats(Database& database, const SchemaInfo& schema, Conversations& conv
     while (rows.Step()) {
       std::string id = rows.WholeText(identifier);
       if (id.empty()) id = rows.WholeText(guid);
-      Sms::Conversation& conversation = ConversationFor(conversations, id);
+      Conversation& conversation = ConversationFor(conversations, id);
       if (conversation.displayName.empty()) conversation.displayName = rows.WholeText(displayName);
       // Style 43 marks a group chat, 45 a chat with one other party.
       conversation.group = conversation.group || rows.Int64(style) == 43;
@@ -85,7 +85,7 @@ void ReadChats(Database& database, const SchemaInfo& schema, Conversations& conv
   // A message joined to two chats is listed once, in the first. The joins
   // are kept by message id in one sorted block: messages come in id order,
   // so each finds its chat by stepping on from the one before.
-  std::vector<std::pair<int64_t, Sms::Conversation*>> chatOfMessage;
+  std::vector<std::pair<int64_t, Conversation*>> chatOfMessage;
   if (schema.HasTable("chat_message_join")) {
     Database::Statement rows(
         database,
@@ -103,13 +103,13 @@ void ReadChats(Database& database, const SchemaInfo& schema, Conversations& conv
                                   [](const auto& a, const auto& b) { return a.first == b.first; }),
                       chatOfMessage.end());
   // Room for each chat's messages, so that they are not moved as the lists grow.
-  std::unordered_map<Sms::Conversation*, size_t> counts;
+  std::unordered_map<Conversation*, size_t> counts;
   for (const auto& [message, conversation] : chatOfMessage) ++counts[conversation];
   for (const auto& [conversation, count] : counts) conversation->messages.reserve(count);
   // Galloping from where the last message stopped: a step or two for ids in
   // order, a logarithmic search when a damaged table lists them otherwise.
   auto next = chatOfMessage.cbegin();
-  const auto chatOf = [&](int64_t message) -> Sms::Conversation* {
+  const auto chatOf = [&](int64_t message) -> Conversation* {
     if (next != chatOfMessage.cbegin() && std::prev(next)->first >= message) next = chatOfMessage.cbegin();
     const auto end = chatOfMessage.cend();
     size_t step = 1;
@@ -137,7 +137,7 @@ void ReadChats(Database& database, const SchemaInfo& schema, Conversations& conv
   const int serviceName = rows.Column("service");
   const int country = rows.Column("country");
   while (rows.Step()) {
-    Sms::Message message;
+    Message message;
     message.rowId = rows.Int64(rowId);
     const std::string text = MessageText(rows, plainText, body);
     const auto handle = handles.find(rows.Int64(handleId));
@@ -148,9 +148,9 @@ void ReadChats(Database& database, const SchemaInfo& schema, Conversations& conv
     const std::string service = rows.WholeText(serviceName);
     message.texts = PackedTexts{rows.WholeView(country), service, text, date.text,
                                 message.fromMe ? std::string_view() : std::string_view(address)};
-    Sms::Conversation* const chat = chatOf(message.rowId);
+    Conversation* const chat = chatOf(message.rowId);
     const bool inChat = chat != nullptr;
-    Sms::Conversation& conversation = inChat ? *chat : ConversationFor(conversations, address);
+    Conversation& conversation = inChat ? *chat : ConversationFor(conversations, address);
     if (!inChat) AddParticipant(conversation, address);
     conversation.messages.push_back(std::move(message));
   }
@@ -190,7 +190,7 @@ void ReadLegacy(Database& database, const SchemaInfo& schema, Conversations& con
   const int countryColumn = rows.Column("country");
   const int room = rows.Column("madrid_roomname");
   while (rows.Step()) {
-    Sms::Message message;
+    Message message;
     message.rowId = rows.Int64(rowId);
     const std::string text = MessageText(rows, plainText, body);
     const std::string country = rows.WholeText(countryColumn);
@@ -218,7 +218,7 @@ void ReadLegacy(Database& database, const SchemaInfo& schema, Conversations& con
       parties = group != members.end() ? group->second : std::vector<std::string>{address};
       for (const std::string& party : parties) id += (id.empty() ? "" : ", ") + party;
     }
-    Sms::Conversation& conversation = ConversationFor(conversations, id);
+    Conversation& conversation = ConversationFor(conversations, id);
     for (const std::string& party : parties) AddParticipant(conversation, party);
     conversation.group = conversation.participants.size() > 1;
     message.texts = PackedTexts{country, service, text, date.text, sender};
@@ -228,7 +228,7 @@ void ReadLegacy(Database& database, const SchemaInfo& schema, Conversations& con
 
 }  // namespace
 
-std::vector<Sms::Conversation> ReadMessageDatabase(Database& database) {
+std::vector<Conversation> ReadMessageDatabase(Database& database) {
   const SchemaInfo schema(database);
   Conversations conversations;
   const bool legacy = !schema.HasTable("handle") && !schema.HasTable("chat") && schema.HasColumn("message", "flags");
@@ -237,12 +237,12 @@ std::vector<Sms::Conversation> ReadMessageDatabase(Database& database) {
   } else {
     ReadChats(database, schema, conversations);
   }
-  std::vector<Sms::Conversation> ordered;
+  std::vector<Conversation> ordered;
   for (auto& [id, conversation] : conversations) {
     // Text messages and iMessages of one party count their dates from
     // different epochs, so their order is settled here.
     conversation.messages = StableSortedByMoving(std::move(conversation.messages),
-                                                 [](const Sms::Message& a, const Sms::Message& b) {
+                                                 [](const Message& a, const Message& b) {
                                                    return a.instant.value_or(INT64_MIN) < b.instant.value_or(INT64_MIN);
                                                  });
     if (conversation.participants.empty() && !conversation.group && !id.empty()) AddParticipant(conversation, id);

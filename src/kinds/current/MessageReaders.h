@@ -10,7 +10,7 @@ namespace current {
 
 // The conversations of one message database of any generation, ordered by
 // their id, each with its messages in date order. Names are left empty.
-std::vector<Sms::Conversation> ReadMessageDatabase(Database& database);
+std::vector<Conversation> ReadMessageDatabase(Database& database);
 
 }  // namespace current
 

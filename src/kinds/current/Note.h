@@ -6,37 +6,36 @@
 #include <string>
 #include <vector>
 
-#include "kinds/Kind.h"
+#include "kinds/current/StoredRecordKind.h"
 #include "libYH.h"
 
 namespace current {
+
+// One note as the current service keeps it.
+struct NoteEntry {
+  std::string created;
+  std::string modified;
+  std::optional<int64_t> modifiedAt;  // seconds since 1970, for the order
+  std::string title;
+  std::string body;
+  bool locked = false;
+  std::string folder;
+};
 
 // Notes of the old notes database (iOS 8 and before) and of every note-store
 // generation (iOS 9 on), on both index kinds, with true dates and the whole
 // text of each note. Old notes first, in their order; then note-store notes,
 // last modified first. Notes deleted on the device are left out; locked ones
 // are listed without their text. Besides the described keys: "locked" and
-// "folder" (the title of the note's folder).
-class Note : public Kind {
+// "folder" (the title of the note's folder). An empty list when the backup
+// holds no note, as the described service answers.
+class Note : public StoredRecordKind<NoteEntry> {
  public:
-  // An empty list when the backup holds no note, as the described service answers.
-  plist_t FindContent(void* device, int flag) override;
-
-  struct Entry {
-    std::string created;
-    std::string modified;
-    std::optional<int64_t> modifiedAt;  // seconds since 1970, for the order
-    std::string title;
-    std::string body;
-    bool locked = false;
-    std::string folder;
-  };
+  Note() : StoredRecordKind(WhenNone::EmptyList) {}
 
  private:
-  void Read(const BackupDevice* device);
-
-  bool read_ = false;
-  std::vector<Entry> notes_;
+  std::vector<NoteEntry> Read(const BackupDevice* device) override;
+  void InsertKeys(const NoteEntry& note, plist_t dict) const override;
 };
 
 }  // namespace current

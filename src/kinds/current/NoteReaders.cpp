@@ -23,7 +23,7 @@ std::string FirstOf(const SchemaInfo& schema, const char* table, const char* ali
   return "coalesce(" + list + "NULL)";
 }
 
-void SetDates(Note::Entry& note, const char* created, const char* modified) {
+void SetDates(NoteEntry& note, const char* created, const char* modified) {
   note.created = LocalDateText(created, TimeBase::Since2001);
   LocalDate date = LocalDateOf(modified, TimeBase::Since2001);
   note.modified = std::move(date.text);
@@ -57,9 +57,9 @@ std::string BodyJoin(const SchemaInfo& schema) {
 
 // ZNOTE dates are seconds since 2001; ZDELETEDFLAG marks a note deleted on
 // the device and not yet removed.
-std::vector<Note::Entry> ReadLegacyNotes(Database& database) {
+std::vector<NoteEntry> ReadLegacyNotes(Database& database) {
   const SchemaInfo schema(database);
-  std::vector<Note::Entry> notes;
+  std::vector<NoteEntry> notes;
   if (!schema.HasTable("ZNOTE")) return notes;
   const bool bodies = schema.HasColumn("ZNOTE", "ZBODY") && schema.HasColumn("ZNOTEBODY", "Z_PK");
   const bool stores = schema.HasColumn("ZNOTE", "ZSTORE") && schema.HasColumn("ZSTORE", "Z_PK");
@@ -78,7 +78,7 @@ std::vector<Note::Entry> ReadLegacyNotes(Database& database) {
   const int body = rows.Column("body");
   const int folder = rows.Column("folder");
   while (rows.Step()) {
-    Note::Entry note;
+    NoteEntry note;
     SetDates(note, rows.Text(created), rows.Text(modified));
     note.title = GetEmptyStringIsNull(rows.Text(title));
     // Notes of iOS 4 to 8 keep their text as HTML.
@@ -93,9 +93,9 @@ std::vector<Note::Entry> ReadLegacyNotes(Database& database) {
 // then ZCREATIONDATE3 (iOS 15 on); a note leaves the others NULL, so the
 // newest column that has a value is the note's. The folder's title
 // is its ZTITLE2. A locked note's body is encrypted: it is not read.
-std::vector<Note::Entry> ReadNoteStore(Database& database) {
+std::vector<NoteEntry> ReadNoteStore(Database& database) {
   const SchemaInfo schema(database);
-  std::vector<Note::Entry> notes;
+  std::vector<NoteEntry> notes;
   const std::string noteRows = NoteRows(schema);
   if (noteRows.empty()) return notes;
   const std::string bodyJoin = BodyJoin(schema);
@@ -118,7 +118,7 @@ std::vector<Note::Entry> ReadNoteStore(Database& database) {
   const int body = rows.Column("body");
   const int folder = rows.Column("folder");
   while (rows.Step()) {
-    Note::Entry note;
+    NoteEntry note;
     SetDates(note, rows.Text(created), rows.Text(modified));
     note.title = GetEmptyStringIsNull(rows.Text(title));
     note.locked = rows.Int64(locked) == 1;

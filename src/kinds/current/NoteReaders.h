@@ -10,11 +10,11 @@ namespace current {
 
 // The notes of an old notes database (ZNOTE, iOS 8 and before), in table
 // order, whatever columns it has. Their HTML body is kept as it is.
-std::vector<Note::Entry> ReadLegacyNotes(Database& database);
+std::vector<NoteEntry> ReadLegacyNotes(Database& database);
 
 // The notes of a note store (iOS 9 on), in table order, whatever generation
 // of columns it has.
-std::vector<Note::Entry> ReadNoteStore(Database& database);
+std::vector<NoteEntry> ReadNoteStore(Database& database);
 
 }  // namespace current
 

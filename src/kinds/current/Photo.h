@@ -5,52 +5,39 @@
 #include <string>
 #include <vector>
 
-#include "kinds/Kind.h"
 #include "kinds/current/PhotoLibrary.h"
+#include "kinds/current/StoredRecordKind.h"
 #include "libYH.h"
 
 namespace current {
 
+// A picture or video of the photo library with its stored file.
+struct PhotoFile {
+  LibraryAsset asset;
+  std::string relativePath;  // "Media/" + directory + "/" + file name
+  std::string path;  // "" when the backup does not hold the file
+  uint64_t size = 0;
+  bool camera = false;
+};
+
 // Every picture and video of the photo library, read once and answered in
-// two groups: `camera` those whose path names DCIM, `other` the rest. Each is
-// located exactly by its path in CameraRollDomain; an asset whose file the
-// backup does not hold (kept only in the cloud, or missing) is listed with an
-// empty path and size 0. Besides the described keys: "date",
-// "original_name", "video", "trashed" and "present".
-class Photo {
+// two groups: camera pictures (kCamera), those whose path names DCIM, and the
+// rest (kOther). Each is located exactly by its path in CameraRollDomain; an
+// asset whose file the backup does not hold (kept only in the cloud, or
+// missing) is listed with an empty path and size 0. Besides the described
+// keys: "date", "original_name", "video", "trashed" and "present". NULL when
+// the library lists no asset.
+class Photo : public StoredRecordKind<PhotoFile> {
  public:
-  Photo() : camera(*this, true), other(*this, false) {}
-  Photo(const Photo&) = delete;
-  Photo& operator=(const Photo&) = delete;
+  // The flags that ask for each group.
+  enum Flag : int { kOther = 0, kCamera = 1 };
 
-  // One group's answer: NULL when the library lists no asset.
-  class Group : public Kind {
-   public:
-    Group(Photo& photo, bool camera) : photo_(photo), camera_(camera) {}
-    plist_t FindContent(void* device, int flag) override;
-
-   private:
-    Photo& photo_;
-    bool camera_;
-  };
-
-  Group camera;
-  Group other;
+  Photo() : StoredRecordKind(WhenNone::Null) {}
 
  private:
-  struct Located {
-    LibraryAsset asset;
-    std::string relativePath;  // "Media/" + directory + "/" + file name
-    std::string path;  // "" when the backup does not hold the file
-    uint64_t size = 0;
-    bool camera = false;
-  };
-
-  void Read(const BackupDevice* device);
-  plist_t Answer(const BackupDevice* device, bool camera);
-
-  bool read_ = false;
-  std::vector<Located> located_;
+  std::vector<PhotoFile> Read(const BackupDevice* device) override;
+  bool Selects(const PhotoFile& file, int flag) const override;
+  void InsertKeys(const PhotoFile& file, plist_t dict) const override;
 };
 
 }  // namespace current

@@ -7,7 +7,7 @@
 #include "common/LocalDate.h"
 #include "common/PlistHelpers.h"
 #include "common/SchemaInfo.h"
-#include "kinds/LocalDatabase.h"
+#include "kinds/current/StoredDatabases.h"
 
 namespace current {
 namespace {
@@ -43,11 +43,11 @@ std::vector<std::string> Candidates(const std::string& stored, const std::string
   return {beside};
 }
 
-std::vector<Recording::Memo> ReadMemos(Database& database) {
+std::vector<Memo> ReadMemos(Database& database) {
   const SchemaInfo schema(database);
   // CloudRecordings.db names its table ZCLOUDRECORDING, Recordings.db ZRECORDING.
   const std::string table = schema.HasTable("ZCLOUDRECORDING") ? "ZCLOUDRECORDING" : "ZRECORDING";
-  std::vector<Recording::Memo> memos;
+  std::vector<Memo> memos;
   if (!schema.HasTable(table)) return memos;
   const std::string query =
       "select " +
@@ -61,13 +61,13 @@ std::vector<Recording::Memo> ReadMemos(Database& database) {
   const int path = rows.Column("ZPATH");
   const int evicted = rows.Column("ZEVICTIONDATE");
   while (rows.Step()) {
-    Recording::Memo memo;
+    Memo memo;
     memo.date = LocalDateText(rows.Text(when), TimeBase::Since2001);
     memo.duration = DurationText(rows.Text(duration));
     memo.title = GetEmptyStringIsNull(rows.Text(label));
     if (memo.title.empty()) memo.title = GetEmptyStringIsNull(rows.Text(title));
-    memo.storedPath = GetEmptyStringIsNull(rows.Text(path));
-    memo.name = NameOf(memo.storedPath);
+    memo.devicePath = GetEmptyStringIsNull(rows.Text(path));
+    memo.name = NameOf(memo.devicePath);
     memo.deleted = !rows.IsNull(evicted);
     memos.push_back(std::move(memo));
   }
@@ -83,15 +83,14 @@ std::vector<StoredFile> MemoDatabases(const BackupDevice* device) {
 
 }  // namespace
 
-void Recording::Read(const BackupDevice* device) {
-  read_ = true;
-  // A device that moved its memos to CloudRecordings.db may keep the old
-  // database too: a file is listed once.
+// A device that moved its memos to CloudRecordings.db may keep the old
+// database too: a file is listed once.
+std::vector<Memo> Recording::Read(const BackupDevice* device) {
   std::set<std::string> listedFiles;
-  for (const StoredFile& file : MemoDatabases(device)) {
-    Database database = OpenStoredDatabase(device, file);
+  return ReadStoredDatabases(device, MemoDatabases(device), [&](Database& database, const StoredFile& file) {
+    std::vector<Memo> memos;
     for (Memo& memo : ReadMemos(database)) {
-      for (const std::string& candidate : Candidates(memo.storedPath, file.relativePath)) {
+      for (const std::string& candidate : Candidates(memo.devicePath, file.relativePath)) {
         const std::optional<StoredFile> stored = StoredFileIn(device, file.domain, candidate);
         if (!stored || !stored->regular) continue;
         memo.path = stored->path;
@@ -100,28 +99,16 @@ void Recording::Read(const BackupDevice* device) {
         break;
       }
       if (memo.present && !listedFiles.insert(memo.path).second) continue;
-      memos_.push_back(std::move(memo));
+      memos.push_back(std::move(memo));
     }
-  }
+    return memos;
+  });
 }
 
-plist_t Recording::FindContent(void* device, int /*flag*/) {
-  if (!read_) Read(static_cast<const BackupDevice*>(device));
-  if (memos_.empty()) return nullptr;
-  plist_t array = plist_new_array();
-  for (const Memo& memo : memos_) {
-    plist_t dict = plist_new_dict();
-    InsertPlistDictString(dict, "date", memo.date.c_str());
-    InsertPlistDictString(dict, "title", memo.title.c_str());
-    InsertPlistDictString(dict, "duration", memo.duration.c_str());
-    InsertPlistDictString(dict, "name", memo.name.c_str());
-    InsertPlistDictString(dict, "path", memo.path.c_str());
-    plist_dict_set_item(dict, "size", plist_new_uint(memo.size));
-    plist_dict_set_item(dict, "present", plist_new_bool(memo.present));
-    plist_dict_set_item(dict, "deleted", plist_new_bool(memo.deleted));
-    plist_array_append_item(array, dict);
-  }
-  return array;
+void Recording::InsertKeys(const Memo& memo, plist_t dict) const {
+  InsertVoiceMemoKeys(memo, dict);
+  plist_dict_set_item(dict, "present", plist_new_bool(memo.present));
+  plist_dict_set_item(dict, "deleted", plist_new_bool(memo.deleted));
 }
 
 }  // namespace current

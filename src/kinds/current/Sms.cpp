@@ -1,8 +1,8 @@
 #include "kinds/current/Sms.h"
 
 #include "common/PlistHelpers.h"
-#include "kinds/LocalDatabase.h"
 #include "kinds/current/MessageReaders.h"
+#include "kinds/current/StoredDatabases.h"
 
 namespace current {
 
@@ -36,62 +36,60 @@ void Sms::Name(const BackupDevice* device, Conversation& conversation, NameCache
   }
 }
 
-void Sms::Read(const BackupDevice* device) {
-  read_ = true;
+std::vector<Conversation> Sms::Read(const BackupDevice* device) {
+  size_t database = 0;
+  std::vector<Conversation> conversations =
+      ReadStoredDatabases(device, StoredFilesAt(device, "Library/SMS/sms.db"), [&database](Database& opened) {
+        std::vector<Conversation> read = ReadMessageDatabase(opened);
+        for (Conversation& conversation : read) conversation.database = database;
+        ++database;
+        return read;
+      });
   NameCache names;
-  size_t index = 0;
-  for (const StoredFile& file : StoredFilesAt(device, "Library/SMS/sms.db")) {
-    Database database = OpenStoredDatabase(device, file);
-    for (Conversation& conversation : ReadMessageDatabase(database)) {
-      Name(device, conversation, names);
-      conversation.database = index;
-      conversations_.push_back(std::move(conversation));
+  for (Conversation& conversation : conversations) {
+    Name(device, conversation, names);
+    for (Message& message : conversation.messages) {
+      message.attachments = attachments_.Of(device, conversation.database, message.rowId);
     }
-    ++index;
   }
+  return conversations;
 }
 
-plist_t Sms::FindContent(void* device, int /*flag*/) {
-  if (!read_) Read(static_cast<const BackupDevice*>(device));
-  plist_t array = plist_new_array();
-  for (const Conversation& conversation : conversations_) {
-    plist_t dict = plist_new_dict();
-    InsertPlistDictString(dict, "id", conversation.id.c_str());
-    InsertPlistDictString(dict, "phone", conversation.phone.c_str());
-    InsertPlistDictString(dict, "another", conversation.another.c_str());
-    if (!conversation.messages.empty()) {
-      plist_t messages = plist_new_array();
-      for (const Message& message : conversation.messages) {
-        plist_t item = plist_new_dict();
-        InsertPackedTexts(item, message.texts,
-                          {{"country", Message::kCountry},
-                           {"service", Message::kService},
-                           {"text", Message::kText},
-                           {"date", Message::kDate}});
-        plist_dict_set_item(item, "type", plist_new_uint(message.fromMe ? 1 : 0));
-        InsertPlistDictString(item, "sender", message.texts.AsCString(Message::kSender));
-        InsertPlistDictString(item, "sender_name", message.senderName.c_str());
-        if (plist_t attachments = attachments_.AttachmentsOf(static_cast<const BackupDevice*>(device),
-                                                             conversation.database, message.rowId)) {
-          plist_dict_set_item(item, "attachments", attachments);
-        }
-        plist_array_append_item(messages, item);
+void Sms::InsertKeys(const Conversation& conversation, plist_t dict) const {
+  InsertPlistDictString(dict, "id", conversation.id.c_str());
+  InsertPlistDictString(dict, "phone", conversation.phone.c_str());
+  InsertPlistDictString(dict, "another", conversation.another.c_str());
+  if (!conversation.messages.empty()) {
+    plist_t messages = plist_new_array();
+    for (const Message& message : conversation.messages) {
+      plist_t item = plist_new_dict();
+      InsertPackedTexts(item, message.texts,
+                        {{"country", Message::kCountry},
+                         {"service", Message::kService},
+                         {"text", Message::kText},
+                         {"date", Message::kDate}});
+      plist_dict_set_item(item, "type", plist_new_uint(message.fromMe ? 1 : 0));
+      InsertPlistDictString(item, "sender", message.texts.AsCString(Message::kSender));
+      InsertPlistDictString(item, "sender_name", message.senderName.c_str());
+      if (!message.attachments.empty()) {
+        plist_t attachments = plist_new_array();
+        for (uint32_t place : message.attachments) plist_array_append_item(attachments, attachments_.Dictionary(place));
+        plist_dict_set_item(item, "attachments", attachments);
       }
-      plist_dict_set_item(dict, "message", messages);
+      plist_array_append_item(messages, item);
     }
-    plist_t participants = plist_new_array();
-    for (size_t at = 0; at < conversation.participants.size(); ++at) {
-      plist_t participant = plist_new_dict();
-      InsertPlistDictString(participant, "address", conversation.participants[at].c_str());
-      InsertPlistDictString(participant, "name", conversation.participantNames[at].c_str());
-      plist_array_append_item(participants, participant);
-    }
-    plist_dict_set_item(dict, "participants", participants);
-    plist_dict_set_item(dict, "group", plist_new_bool(conversation.group));
-    InsertPlistDictString(dict, "display_name", conversation.displayName.c_str());
-    plist_array_append_item(array, dict);
+    plist_dict_set_item(dict, "message", messages);
   }
-  return array;
+  plist_t participants = plist_new_array();
+  for (size_t at = 0; at < conversation.participants.size(); ++at) {
+    plist_t participant = plist_new_dict();
+    InsertPlistDictString(participant, "address", conversation.participants[at].c_str());
+    InsertPlistDictString(participant, "name", conversation.participantNames[at].c_str());
+    plist_array_append_item(participants, participant);
+  }
+  plist_dict_set_item(dict, "participants", participants);
+  plist_dict_set_item(dict, "group", plist_new_bool(conversation.group));
+  InsertPlistDictString(dict, "display_name", conversation.displayName.c_str());
 }
 
 }  // namespace current

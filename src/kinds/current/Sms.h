@@ -8,11 +8,36 @@
 #include <vector>
 
 #include "common/PackedTexts.h"
-#include "kinds/Kind.h"
 #include "kinds/current/Contact.h"
 #include "kinds/current/SmsAttachment.h"
+#include "kinds/current/StoredRecordKind.h"
 
 namespace current {
+
+// One message as the current service keeps it, a hundred thousand at a
+// time: the texts read from the row share one block.
+struct Message {
+  enum Text { kCountry, kService, kText, kDate, kSender };
+  int64_t rowId = 0;
+  std::optional<int64_t> instant;  // seconds since 1970, for the order
+  PackedTexts texts;  // the sender is its address, empty for the owner
+  bool fromMe = false;
+  std::string senderName;
+  std::vector<uint32_t> attachments;  // places among every attachment (SmsAttachment::Of)
+};
+
+// One conversation with its messages in date order.
+struct Conversation {
+  size_t database = 0;  // its message database, in StoredFilesAt's order
+  std::string id;
+  std::string phone;
+  std::string another;
+  std::string displayName;
+  bool group = false;
+  std::vector<std::string> participants;  // addresses
+  std::vector<std::string> participantNames;
+  std::vector<Message> messages;
+};
 
 // Every conversation a message database holds, from iOS 5 to 18, group
 // chats included, each message once and in date order, with its true date
@@ -21,39 +46,17 @@ namespace current {
 // (each with "address" and "name"), "group" and "display_name"; per message
 // "sender" and "sender_name" (empty for the owner's own messages) and, for a
 // message that has any, "attachments": the dictionaries the attachments kind
-// gives for them.
-class Sms : public Kind {
+// gives for them. An empty array when no message database holds a
+// conversation.
+class Sms : public StoredRecordKind<Conversation> {
  public:
-  Sms(Contact& contacts, SmsAttachment& attachments) : contacts_(contacts), attachments_(attachments) {}
-
-  // An array of the conversations of every message database (empty when none).
-  plist_t FindContent(void* device, int flag) override;
-
-  // Kept for every later request, a hundred thousand at a time: the texts
-  // read from the row share one block.
-  struct Message {
-    enum Text { kCountry, kService, kText, kDate, kSender };
-    int64_t rowId = 0;
-    std::optional<int64_t> instant;  // seconds since 1970, for the order
-    PackedTexts texts;  // the sender is its address, empty for the owner
-    bool fromMe = false;
-    std::string senderName;
-  };
-
-  struct Conversation {
-    size_t database = 0;  // its message database, in StoredFilesAt's order
-    std::string id;
-    std::string phone;
-    std::string another;
-    std::string displayName;
-    bool group = false;
-    std::vector<std::string> participants;  // addresses
-    std::vector<std::string> participantNames;
-    std::vector<Message> messages;
-  };
+  Sms(Contact& contacts, SmsAttachment& attachments)
+      : StoredRecordKind(WhenNone::EmptyList), contacts_(contacts), attachments_(attachments) {}
 
  private:
-  void Read(const BackupDevice* device);
+  std::vector<Conversation> Read(const BackupDevice* device) override;
+  void InsertKeys(const Conversation& conversation, plist_t dict) const override;
+
   // Names by address, asked of the address book once per address: one
   // long conversation names its sender thousands of times.
   using NameCache = std::unordered_map<std::string, const std::string*>;
@@ -62,8 +65,6 @@ class Sms : public Kind {
 
   Contact& contacts_;
   SmsAttachment& attachments_;
-  bool read_ = false;
-  std::vector<Conversation> conversations_;
 };
 
 }  // namespace current

@@ -8,8 +8,8 @@
 #include "common/PlistHelpers.h"
 #include "common/SchemaInfo.h"
 #include "common/TextHelpers.h"
-#include "kinds/LocalDatabase.h"
 #include "kinds/MediaLocator.h"
+#include "kinds/current/StoredDatabases.h"
 
 namespace current {
 namespace {
@@ -31,13 +31,30 @@ bool IsImage(std::string mimeType) {
   return mimeType.find("image") != std::string::npos;
 }
 
-// Each attachment's ROWID with the attachment.
-std::vector<std::pair<int64_t, SmsAttachment::Attachment>> ReadAttachments(Database& database) {
+// The ROWIDs of the messages that carry each attachment, by its ROWID.
+std::map<int64_t, std::vector<int64_t>> ReadCarriers(Database& database, const SchemaInfo& schema) {
+  std::map<int64_t, std::vector<int64_t>> carriers;
+  if (!schema.HasColumn("message_attachment_join", "message_id") ||
+      !schema.HasColumn("message_attachment_join", "attachment_id")) {
+    return carriers;
+  }
+  Database::Statement rows(database,
+                           "select message_id AS message_id, attachment_id AS attachment_id from "
+                           "message_attachment_join order by attachment_id, message_id");
+  const int message = rows.Column("message_id");
+  const int attachment = rows.Column("attachment_id");
+  while (rows.Step()) carriers[rows.Int64(attachment)].push_back(rows.Int64(message));
+  return carriers;
+}
+
+// The attachments of the `database`-th message database.
+std::vector<Attachment> ReadAttachments(Database& database, size_t databaseIndex) {
   const SchemaInfo schema(database);
   // Before iOS 6 attachments lived in madrid_attachment.
   const std::string table = schema.HasTable("attachment") ? "attachment" : "madrid_attachment";
-  std::vector<std::pair<int64_t, SmsAttachment::Attachment>> attachments;
+  std::vector<Attachment> attachments;
   if (!schema.HasTable(table)) return attachments;
+  std::map<int64_t, std::vector<int64_t>> carriers = ReadCarriers(database, schema);
   const std::string query = "select ROWID AS ROWID, " +
                             schema.SelectList(table, {"filename", "mime_type", "transfer_name", "created_date"}) +
                             " from " + table + " order by ROWID";
@@ -49,86 +66,61 @@ std::vector<std::pair<int64_t, SmsAttachment::Attachment>> ReadAttachments(Datab
   const int created = rows.Column("created_date");
   while (rows.Step()) {
     if (rows.IsNull(fileName) || GetEmptyStringIsNull(rows.Text(fileName)).empty()) continue;
-    SmsAttachment::Attachment attachment;
+    Attachment attachment;
     attachment.queryPath = BelowHome(GetEmptyStringIsNull(rows.Text(fileName)));
     attachment.mimeType = GetEmptyStringIsNull(rows.Text(mimeType));
     attachment.image = IsImage(attachment.mimeType);
     attachment.originalName = GetEmptyStringIsNull(rows.Text(transferName));
     attachment.date = LocalDateText(rows.Text(created), TimeBase::Since2001);
-    attachments.emplace_back(rows.Int64(rowId), std::move(attachment));
+    attachment.database = databaseIndex;
+    const auto carried = carriers.find(rows.Int64(rowId));
+    if (carried != carriers.end()) attachment.messages = std::move(carried->second);
+    attachments.push_back(std::move(attachment));
   }
   return attachments;
 }
 
-// (message ROWID, attachment ROWID) of each row of message_attachment_join.
-std::vector<std::pair<int64_t, int64_t>> ReadJoins(Database& database) {
-  const SchemaInfo schema(database);
-  std::vector<std::pair<int64_t, int64_t>> joins;
-  if (!schema.HasColumn("message_attachment_join", "message_id") ||
-      !schema.HasColumn("message_attachment_join", "attachment_id")) {
-    return joins;
-  }
-  Database::Statement rows(database,
-                           "select message_id AS message_id, attachment_id AS attachment_id from "
-                           "message_attachment_join order by message_id, attachment_id");
-  const int message = rows.Column("message_id");
-  const int attachment = rows.Column("attachment_id");
-  while (rows.Step()) joins.emplace_back(rows.Int64(message), rows.Int64(attachment));
-  return joins;
-}
-
 }  // namespace
 
-void SmsAttachment::Read(const BackupDevice* device) {
-  read_ = true;
-  size_t index = 0;
-  for (const StoredFile& file : StoredFilesAt(device, "Library/SMS/sms.db")) {
-    Database database = OpenStoredDatabase(device, file);
-    std::map<int64_t, size_t> byRowId;
-    for (auto& [rowId, attachment] : ReadAttachments(database)) {
-      byRowId.emplace(rowId, attachments_.size());
-      attachments_.push_back(std::move(attachment));
-    }
-    for (const auto& [message, attachment] : ReadJoins(database)) {
-      const auto found = byRowId.find(attachment);
-      if (found != byRowId.end()) ofMessage_[{index, message}].push_back(found->second);
-    }
-    ++index;
-  }
+std::vector<Attachment> SmsAttachment::Read(const BackupDevice* device) {
+  size_t database = 0;
+  std::vector<Attachment> attachments = ReadStoredDatabases(
+      device, StoredFilesAt(device, "Library/SMS/sms.db"),
+      [&database](Database& opened) { return ReadAttachments(opened, database++); });
   const MediaLocator locator(device);
-  for (Attachment& attachment : attachments_) {
+  size_t position = 0;
+  for (Attachment& attachment : attachments) {
+    attachment.fileName = "IMG_" + std::to_string(++position);
+    if (const char* extension = GetFilePostfix(attachment.queryPath.c_str())) attachment.fileName += extension;
     const std::optional<ReadableFile> stored = locator.FindExact(attachment.queryPath);
     if (!stored) continue;
     attachment.path = stored->path;
     attachment.size = stored->size;
     attachment.present = true;
   }
+  return attachments;
 }
 
-plist_t SmsAttachment::FindContent(void* device, int /*flag*/) {
-  if (!read_) Read(static_cast<const BackupDevice*>(device));
-  if (attachments_.empty()) return nullptr;
-  plist_t array = plist_new_array();
-  for (size_t index = 0; index < attachments_.size(); ++index) plist_array_append_item(array, Dictionary(index));
-  return array;
-}
-
-plist_t SmsAttachment::AttachmentsOf(const BackupDevice* device, size_t database, int64_t message) {
-  if (!read_) Read(device);
+std::vector<uint32_t> SmsAttachment::Of(const BackupDevice* device, size_t database, int64_t message) {
+  if (!read_) {
+    read_ = &Records(device);
+    for (uint32_t place = 0; place < read_->size(); ++place) {
+      const Attachment& attachment = (*read_)[place];
+      for (int64_t carrier : attachment.messages) ofMessage_[{attachment.database, carrier}].push_back(place);
+    }
+  }
   const auto found = ofMessage_.find({database, message});
-  if (found == ofMessage_.end()) return nullptr;
-  plist_t array = plist_new_array();
-  for (size_t index : found->second) plist_array_append_item(array, Dictionary(index));
-  return array;
+  return found == ofMessage_.end() ? std::vector<uint32_t>() : found->second;
 }
 
-// Named by its place in the list of every attachment, as the described service names them.
-plist_t SmsAttachment::Dictionary(size_t index) const {
-  const Attachment& attachment = attachments_[index];
-  std::string name = "IMG_" + std::to_string(index + 1);
-  if (const char* extension = GetFilePostfix(attachment.queryPath.c_str())) name += extension;
+plist_t SmsAttachment::Dictionary(uint32_t place) const {
   plist_t dict = plist_new_dict();
-  InsertPlistDictString(dict, "file_name", name.c_str());
+  InsertKeys((*read_)[place], dict);
+  return dict;
+}
+
+void SmsAttachment::InsertKeys(const Attachment& attachment, plist_t dict) const {
+  InsertPlistDictString(dict, "file_name", attachment.fileName.c_str());
   InsertPlistDictString(dict, "path", attachment.path.c_str());
   plist_dict_set_item(dict, "size", plist_new_uint(attachment.size));
   plist_dict_set_item(dict, "type", plist_new_uint(attachment.image ? 0 : 1));
@@ -137,7 +129,6 @@ plist_t SmsAttachment::Dictionary(size_t index) const {
   InsertPlistDictString(dict, "mime_type", attachment.mimeType.c_str());
   InsertPlistDictString(dict, "original_name", attachment.originalName.c_str());
   InsertPlistDictString(dict, "date", attachment.date.c_str());
-  return dict;
 }
 
 }  // namespace current

@@ -7,46 +7,49 @@
 #include <utility>
 #include <vector>
 
-#include "kinds/Kind.h"
+#include "kinds/current/StoredRecordKind.h"
 #include "libYH.h"
 
 namespace current {
+
+// One attachment of a message database and its stored file.
+struct Attachment {
+  std::string fileName;  // "IMG_" + its place among every attachment + the extension
+  std::string queryPath;
+  std::string path;
+  uint64_t size = 0;
+  bool image = false;
+  bool present = false;
+  std::string mimeType;
+  std::string originalName;
+  std::string date;
+  size_t database = 0;            // its message database, in StoredFilesAt's order
+  std::vector<int64_t> messages;  // the ROWIDs of the messages that carry it
+};
 
 // Every attachment of every message database, located exactly by its path
 // below the device's home folder whatever prefix the database wrote ("~/" or
 // "/var/mobile/"). An attachment whose file the backup lacks is listed too,
 // with an empty path and size 0. Besides the described keys: "present",
-// "mime_type", "original_name" and "date".
-class SmsAttachment : public Kind {
+// "mime_type", "original_name" and "date". NULL when no message database
+// names an attachment.
+class SmsAttachment : public StoredRecordKind<Attachment> {
  public:
-  // NULL when no message database names an attachment.
-  plist_t FindContent(void* device, int flag) override;
+  SmsAttachment() : StoredRecordKind(WhenNone::Null) {}
 
-  // The attachments of one message (by its ROWID in the `database`-th
-  // message database, as StoredFilesAt lists them) as the dictionaries
-  // FindContent gives; NULL when it has none.
-  plist_t AttachmentsOf(const BackupDevice* device, size_t database, int64_t message);
-
-  struct Attachment {
-    std::string queryPath;
-    std::string path;
-    uint64_t size = 0;
-    bool image = false;
-    bool present = false;
-    std::string mimeType;
-    std::string originalName;
-    std::string date;
-  };
+  // The places, among every attachment, of those the message with ROWID
+  // `message` of the `database`-th message database carries
+  // (message_attachment_join); reads the attachments on the first call.
+  std::vector<uint32_t> Of(const BackupDevice* device, size_t database, int64_t message);
+  // The dictionary FindContent gives for the attachment at a place Of gave.
+  plist_t Dictionary(uint32_t place) const;
 
  private:
-  void Read(const BackupDevice* device);
-  plist_t Dictionary(size_t index) const;
+  std::vector<Attachment> Read(const BackupDevice* device) override;
+  void InsertKeys(const Attachment& attachment, plist_t dict) const override;
 
-  bool read_ = false;
-  std::vector<Attachment> attachments_;
-  // Indexes into attachments_ of each message's attachments, by database and
-  // message ROWID (message_attachment_join).
-  std::map<std::pair<size_t, int64_t>, std::vector<size_t>> ofMessage_;
+  const std::vector<Attachment>* read_ = nullptr;
+  std::map<std::pair<size_t, int64_t>, std::vector<uint32_t>> ofMessage_;
 };
 
 }  // namespace current

@@ -1,14 +1,12 @@
 #include "kinds/current/Voicemail.h"
 
-#include <algorithm>
-
 #include "common/ColumnHelpers.h"
 #include "common/DurationText.h"
 #include "common/LocalDate.h"
 #include "common/PlistHelpers.h"
 #include "common/SchemaInfo.h"
-#include "kinds/LocalDatabase.h"
 #include "kinds/current/NewestFirst.h"
+#include "kinds/current/StoredDatabases.h"
 
 namespace current {
 namespace {
@@ -20,9 +18,9 @@ const char* const kVoicemailFolder = "Library/Voicemail/";
 const int64_t kHeardFlag = 1;
 const int64_t kDeletedFlag = 8;
 
-std::vector<Voicemail::Message> ReadMessages(Database& database) {
+std::vector<VoiceMessage> ReadMessages(Database& database) {
   const SchemaInfo schema(database);
-  std::vector<Voicemail::Message> messages;
+  std::vector<VoiceMessage> messages;
   if (!schema.HasTable("voicemail")) return messages;
   const std::string query = "select voicemail.ROWID AS ROWID, " +
                             schema.SelectList("voicemail", {"sender", "date", "duration", "flags", "trashed_date"}) +
@@ -35,7 +33,7 @@ std::vector<Voicemail::Message> ReadMessages(Database& database) {
   const int flagBits = rows.Column("flags");
   const int trashed = rows.Column("trashed_date");
   while (rows.Step()) {
-    Voicemail::Message message;
+    VoiceMessage message;
     message.fileName = std::to_string(rows.Int64(rowId)) + ".amr";
     message.address = GetEmptyStringIsNull(rows.Text(sender));
     LocalDate date = LocalDateOf(rows.Text(when), TimeBase::Unix);
@@ -52,47 +50,40 @@ std::vector<Voicemail::Message> ReadMessages(Database& database) {
 
 }  // namespace
 
-void Voicemail::Read(const BackupDevice* device) {
-  read_ = true;
-  for (const StoredFile& file : StoredFilesAt(device, std::string(kVoicemailFolder) + "voicemail.db")) {
-    Database database = OpenStoredDatabase(device, file);
-    for (Message& message : ReadMessages(database)) {
-      const std::optional<StoredFile> stored = StoredFileIn(device, file.domain, kVoicemailFolder + message.fileName);
-      if (stored && stored->regular) {
-        message.path = stored->path;
-        message.size = stored->size;
-        message.present = true;
-      }
-      messages_.push_back(std::move(message));
-    }
-  }
-  // Newest first; voicemail without a date last.
-  std::stable_sort(messages_.begin(), messages_.end(),
-                   [](const Message& a, const Message& b) { return Newer(a.instant, b.instant); });
-  for (Message& message : messages_) {
+// Newest first; voicemail without a date last.
+std::vector<VoiceMessage> Voicemail::Read(const BackupDevice* device) {
+  std::vector<VoiceMessage> messages = ReadStoredDatabases(
+      device, StoredFilesAt(device, std::string(kVoicemailFolder) + "voicemail.db"),
+      [device](Database& database, const StoredFile& file) {
+        std::vector<VoiceMessage> read = ReadMessages(database);
+        for (VoiceMessage& message : read) {
+          const std::optional<StoredFile> stored =
+              StoredFileIn(device, file.domain, kVoicemailFolder + message.fileName);
+          if (!stored || !stored->regular) continue;
+          message.path = stored->path;
+          message.size = stored->size;
+          message.present = true;
+        }
+        return read;
+      });
+  messages = NewestFirst(std::move(messages), &VoiceMessage::instant);
+  for (VoiceMessage& message : messages) {
     if (const std::string* name = contacts_.FindNameByPhone(device, message.address)) message.name = *name;
   }
+  return messages;
 }
 
-plist_t Voicemail::FindContent(void* device, int /*flag*/) {
-  if (!read_) Read(static_cast<const BackupDevice*>(device));
-  if (messages_.empty()) return nullptr;
-  plist_t array = plist_new_array();
-  for (const Message& message : messages_) {
-    plist_t dict = plist_new_dict();
-    InsertPlistDictString(dict, "name", message.name.c_str());
-    InsertPlistDictString(dict, "address", message.address.c_str());
-    InsertPlistDictString(dict, "date", message.date.c_str());
-    InsertPlistDictString(dict, "duration", message.duration.c_str());
-    plist_dict_set_item(dict, "heard", plist_new_bool(message.heard));
-    plist_dict_set_item(dict, "deleted", plist_new_bool(message.deleted));
-    InsertPlistDictString(dict, "path", message.path.c_str());
-    plist_dict_set_item(dict, "size", plist_new_uint(message.size));
-    plist_dict_set_item(dict, "present", plist_new_bool(message.present));
-    InsertPlistDictString(dict, "file_name", message.fileName.c_str());
-    plist_array_append_item(array, dict);
-  }
-  return array;
+void Voicemail::InsertKeys(const VoiceMessage& message, plist_t dict) const {
+  InsertPlistDictString(dict, "name", message.name.c_str());
+  InsertPlistDictString(dict, "address", message.address.c_str());
+  InsertPlistDictString(dict, "date", message.date.c_str());
+  InsertPlistDictString(dict, "duration", message.duration.c_str());
+  plist_dict_set_item(dict, "heard", plist_new_bool(message.heard));
+  plist_dict_set_item(dict, "deleted", plist_new_bool(message.deleted));
+  InsertPlistDictString(dict, "path", message.path.c_str());
+  plist_dict_set_item(dict, "size", plist_new_uint(message.size));
+  plist_dict_set_item(dict, "present", plist_new_bool(message.present));
+  InsertPlistDictString(dict, "file_name", message.fileName.c_str());
 }
 
 }  // namespace current

@@ -77,6 +77,11 @@ std::string MakeUniqueFolder(const std::string& parent, const std::string& prefi
 
 bool IsAbsolutePath(const std::string& path) { return !path.empty() && path[0] == '/'; }
 
+std::string ResolvedPath(const std::string& path) {
+  const std::unique_ptr<char, decltype(&std::free)> resolved(realpath(path.c_str(), nullptr), &std::free);
+  return resolved ? resolved.get() : "";
+}
+
 std::string TemporaryFolder() {
   const char* tmp = std::getenv("TMPDIR");
   std::string root = tmp && tmp[0] == '/' ? tmp : "/tmp";

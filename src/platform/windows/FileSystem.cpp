@@ -139,6 +139,38 @@ bool IsAbsolutePath(const std::string& path) {
   return path.size() >= 2 && separator(path[0]) && separator(path[1]);
 }
 
+std::string ResolvedPath(const std::string& path) {
+  const HANDLE handle = CreateFileW(Wide(path).c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                    nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  if (handle == INVALID_HANDLE_VALUE) {
+    errno = ENOENT;
+    return "";
+  }
+  std::wstring buffer(MAX_PATH, L'\0');
+  DWORD size = GetFinalPathNameByHandleW(handle, buffer.data(), static_cast<DWORD>(buffer.size()), FILE_NAME_NORMALIZED);
+  if (size >= buffer.size()) {
+    buffer.resize(size + 1);
+    size = GetFinalPathNameByHandleW(handle, buffer.data(), static_cast<DWORD>(buffer.size()), FILE_NAME_NORMALIZED);
+  }
+  CloseHandle(handle);
+  if (size == 0 || size >= buffer.size()) {
+    errno = EIO;
+    return "";
+  }
+  buffer.resize(size);
+  // "\\?\C:\..." as the system gives it; "\\?\UNC\server\..." for shares.
+  if (buffer.compare(0, 8, L"\\\\?\\UNC\\") == 0) {
+    buffer = L"\\\\" + buffer.substr(8);
+  } else if (buffer.compare(0, 4, L"\\\\?\\") == 0) {
+    buffer = buffer.substr(4);
+  }
+  std::string resolved = Narrow(buffer);
+  for (char& c : resolved) {
+    if (c == '\\') c = '/';
+  }
+  return resolved;
+}
+
 std::string TemporaryFolder() {
   wchar_t buffer[MAX_PATH + 2];
   const DWORD size = GetTempPathW(MAX_PATH + 2, buffer);

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <atomic>
+#include <cstdlib>
 #include <mutex>
 #include <string>
 
@@ -12,8 +13,11 @@ namespace {
 
 std::atomic<uint32_t> generation{1};
 std::mutex namedMutex;
-bool named = false;
+bool named = false;  // by a test
 DYNAMIC_TIME_ZONE_INFORMATION namedZone;
+std::string seenTz;  // the TZ of the last look
+bool tzNamed = false;
+DYNAMIC_TIME_ZONE_INFORMATION tzZone;
 
 // Seconds from 1601-01-01 (FILETIME's epoch) to 1970-01-01.
 constexpr int64_t kFileTimeTo1970 = 11644473600LL;
@@ -23,11 +27,27 @@ constexpr int64_t kFourCenturies = 146097LL * 86400;
 constexpr int64_t kFirst = -kFileTimeTo1970 + 86400 * 2;             // early 1601, with room for offsets
 constexpr int64_t kLast = 910692730000LL - 86400 * 2 - kFileTimeTo1970;  // late 30827
 
+bool FindZone(const std::string& name, DYNAMIC_TIME_ZONE_INFORMATION* found);
+
+// A TZ that holds a zone's IANA name ("UTC", "Europe/Berlin") picks that zone,
+// as it does on POSIX systems, so that a command gives the same dates on
+// every system; anything else leaves the system's own zone in effect. Called
+// with namedMutex held.
+void NoticeTz() {
+  const char* tz = std::getenv("TZ");
+  const std::string now = tz ? tz : "";
+  if (now == seenTz) return;
+  seenTz = now;
+  tzNamed = FindZone(now, &tzZone);
+  generation.fetch_add(1);
+}
+
 bool ZoneInEffect(DYNAMIC_TIME_ZONE_INFORMATION* zone) {
   {
     const std::lock_guard<std::mutex> lock(namedMutex);
-    if (named) {
-      *zone = namedZone;
+    NoticeTz();
+    if (named || tzNamed) {
+      *zone = named ? namedZone : tzZone;
       return true;
     }
   }
@@ -44,7 +64,7 @@ int64_t SecondsOf(const FILETIME& time) {
   return static_cast<int64_t>(ticks / 10000000ULL) - kFileTimeTo1970;
 }
 
-// The Windows key names of the IANA zones tests name.
+// The Windows key names of the IANA zones that tests and TZ may name.
 const wchar_t* WindowsKeyOf(const std::string& name) {
   static const struct {
     const char* iana;
@@ -55,6 +75,7 @@ const wchar_t* WindowsKeyOf(const std::string& name) {
       {"America/New_York", L"Eastern Standard Time"},
       {"Europe/Berlin", L"W. Europe Standard Time"},
       {"Europe/London", L"GMT Standard Time"},
+      {"Australia/Sydney", L"AUS Eastern Standard Time"},
       {"Australia/Lord_Howe", L"Lord Howe Standard Time"},
       {"Asia/Tokyo", L"Tokyo Standard Time"},
   };
@@ -62,6 +83,15 @@ const wchar_t* WindowsKeyOf(const std::string& name) {
     if (name == zone.iana) return zone.windows;
   }
   return nullptr;
+}
+
+bool FindZone(const std::string& name, DYNAMIC_TIME_ZONE_INFORMATION* found) {
+  const wchar_t* key = WindowsKeyOf(name);
+  if (!key) return false;
+  for (DWORD index = 0; EnumDynamicTimeZoneInformation(index, found) == ERROR_SUCCESS; ++index) {
+    if (std::wstring(found->TimeZoneKeyName) == key) return true;
+  }
+  return false;
 }
 
 }  // namespace
@@ -101,19 +131,17 @@ std::optional<int64_t> StandardTimeInstant(int year, int month, int day, int hou
   return SecondsOf(midnight) + int64_t{hour} * 3600 + int64_t{rules.Bias + rules.StandardBias} * 60;
 }
 
-uint32_t ZoneGeneration() { return generation.load(); }
+uint32_t ZoneGeneration() {
+  {
+    const std::lock_guard<std::mutex> lock(namedMutex);
+    NoticeTz();
+  }
+  return generation.load();
+}
 
 void UseZoneForTesting(const std::string& name) {
   DYNAMIC_TIME_ZONE_INFORMATION found{};
-  bool matched = false;
-  if (const wchar_t* key = WindowsKeyOf(name)) {
-    for (DWORD index = 0; EnumDynamicTimeZoneInformation(index, &found) == ERROR_SUCCESS; ++index) {
-      if (std::wstring(found.TimeZoneKeyName) == key) {
-        matched = true;
-        break;
-      }
-    }
-  }
+  const bool matched = FindZone(name, &found);
   {
     const std::lock_guard<std::mutex> lock(namedMutex);
     named = matched;

@@ -7,23 +7,26 @@
 
 namespace {
 
-// The extractor of the current service that answers each content type, in
-// content-type order.
-using CurrentField = Kind* (*)(CurrentKinds& kinds);
+// The extractor of the current service that answers each content type and
+// the flag it is asked with, in content-type order.
+struct CurrentRoute {
+  Kind& (*kind)(CurrentKinds& kinds);
+  int flag;
+};
 
-const CurrentField kCurrentRoutes[] = {
-    [](CurrentKinds& kinds) -> Kind* { return &kinds.callHistory; },                // ContentCallHistory
-    [](CurrentKinds& kinds) -> Kind* { return &kinds.contact; },                    // ContentContact
-    [](CurrentKinds& kinds) -> Kind* { return &kinds.sms; },                        // ContentSms
-    [](CurrentKinds& kinds) -> Kind* { return &kinds.smsAttachment; },              // ContentSmsAttachment
-    [](CurrentKinds& kinds) -> Kind* { return &kinds.note; },                       // ContentNote
-    [](CurrentKinds& kinds) -> Kind* { return &kinds.history; },                    // ContentSafariHistory
-    [](CurrentKinds& kinds) -> Kind* { return &kinds.calendar.Events(); },          // ContentCalendarEvent
-    [](CurrentKinds& kinds) -> Kind* { return &kinds.calendar.Reminders(); },       // ContentCalendarReminder
-    [](CurrentKinds& kinds) -> Kind* { return &kinds.recording; },                  // ContentRecording
-    [](CurrentKinds& kinds) -> Kind* { return &kinds.photo.camera; },               // ContentCameraPhoto
-    [](CurrentKinds& kinds) -> Kind* { return &kinds.photo.other; },                // ContentOtherPhoto
-    [](CurrentKinds& kinds) -> Kind* { return &kinds.voicemail; },                  // ContentVoicemail
+const CurrentRoute kCurrentRoutes[] = {
+    {[](CurrentKinds& k) -> Kind& { return k.callHistory; }, 0},  // ContentCallHistory
+    {[](CurrentKinds& k) -> Kind& { return k.contact; }, 0},  // ContentContact
+    {[](CurrentKinds& k) -> Kind& { return k.sms; }, 0},  // ContentSms
+    {[](CurrentKinds& k) -> Kind& { return k.smsAttachment; }, 0},  // ContentSmsAttachment
+    {[](CurrentKinds& k) -> Kind& { return k.note; }, 0},  // ContentNote
+    {[](CurrentKinds& k) -> Kind& { return k.history; }, 0},  // ContentSafariHistory
+    {[](CurrentKinds& k) -> Kind& { return k.calendar; }, current::Calendar::kEvents},  // ContentCalendarEvent
+    {[](CurrentKinds& k) -> Kind& { return k.calendar; }, current::Calendar::kReminders},  // ContentCalendarReminder
+    {[](CurrentKinds& k) -> Kind& { return k.recording; }, 0},  // ContentRecording
+    {[](CurrentKinds& k) -> Kind& { return k.photo; }, current::Photo::kCamera},  // ContentCameraPhoto
+    {[](CurrentKinds& k) -> Kind& { return k.photo; }, current::Photo::kOther},  // ContentOtherPhoto
+    {[](CurrentKinds& k) -> Kind& { return k.voicemail; }, 0},  // ContentVoicemail
 };
 
 void PrepareCurrentSession(BackupDevice*, BackupSession& session) {
@@ -40,5 +43,6 @@ plist_t GetCurrentContentList(BackupDevice* device, iDeviceContentType type) {
   if (index >= std::size(kCurrentRoutes)) return nullptr;
   BackupSession* session = SessionOf(device);
   if (!session || !session->currentKinds) return nullptr;
-  return kCurrentRoutes[index](*session->currentKinds)->FindContent(device, 0);
+  const CurrentRoute& route = kCurrentRoutes[index];
+  return route.kind(*session->currentKinds).FindContent(device, route.flag);
 }

@@ -10,6 +10,13 @@ bool MakeSymlink(const std::string& target, const std::string& link) {
   return symlink(target.c_str(), link.c_str()) == 0;
 }
 
+bool HasLinks() { return true; }
+const char* WhyNoLinks() { return ""; }
+
+bool NamesMayHoldQuestionMarks() { return true; }
+
+const char* TemporaryFolderVariable() { return "TMPDIR"; }
+
 bool HasFifos() { return true; }
 bool HasModes() { return true; }
 const char* WhyNoFifos() { return ""; }

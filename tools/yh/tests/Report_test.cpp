@@ -6,8 +6,6 @@
 #include <string>
 
 #include "Kinds.h"
-#include "MediaBackup.h"
-#include "MediaFiles.h"
 #include "PageFiles.h"
 #include "UnfinishedMark.h"
 #include "YhRun.h"
@@ -29,15 +27,6 @@ std::set<std::string> Files(const std::string& folder) {
     if (entry.is_regular_file()) names.insert(fs::relative(entry.path(), folder).string());
   }
   return names;
-}
-
-// The data a data script hands to the page under `name`.
-ordered_json Data(const std::string& path, const std::string& name) {
-  const std::string text = ReadFile(path);
-  const std::string head = "yhData(\"" + name + "\", ";
-  EXPECT_EQ(text.compare(0, head.size(), head), 0) << text.substr(0, 80);
-  EXPECT_EQ(text.substr(text.size() - 3), ");\n");
-  return ordered_json::parse(text.substr(head.size(), text.size() - head.size() - 3));
 }
 
 class YhReport : public ::testing::Test {
@@ -73,7 +62,7 @@ TEST_F(YhReport, WritesThePageAndEachKindsAnswerAsData) {
     }
     for (const yh::Kind& kind : yh::Kinds()) {
       SCOPED_TRACE(kind.name);
-      const ordered_json data = Data(out_ + "/data/" + kind.name + ".js", kind.name);
+      const ordered_json data = ReportData(out_ + "/data/" + kind.name + ".js", kind.name);
       ordered_json shown = Shown(sample, kind.name);
       if (shown.is_null()) shown = ordered_json::array();
       if (kind.name != "messages") {
@@ -95,7 +84,7 @@ TEST_F(YhReport, WritesThePageAndEachKindsAnswerAsData) {
         EXPECT_EQ(WithoutCopyPaths(thread["last"]), shown[i]["message"].back());
         EXPECT_EQ(thread["another"], shown[i]["another"]);
         EXPECT_FALSE(thread.contains("message"));
-        EXPECT_EQ(WithoutCopyPaths(Data(out_ + "/data/thread-" + std::to_string(i + 1) + ".js", thread["data"])),
+        EXPECT_EQ(WithoutCopyPaths(ReportData(out_ + "/data/thread-" + std::to_string(i + 1) + ".js", thread["data"])),
                   shown[i]);
       }
     }
@@ -109,7 +98,7 @@ TEST_F(YhReport, CopiesTheMediaAsTheExportDoesAndNamesEachCopy) {
   ASSERT_EQ(Yh({"export", kNewSample, "--root", Samples(), "--out", exported}).code, 0);
   EXPECT_EQ(Files(out_ + "/media"), Files(exported + "/media"));
   for (const std::string kind : {"attachments", "recordings", "camera-photos", "other-photos"}) {
-    const ordered_json data = Data(out_ + "/data/" + kind + ".js", kind);
+    const ordered_json data = ReportData(out_ + "/data/" + kind + ".js", kind);
     ASSERT_FALSE(data["records"].empty()) << kind;
     for (const ordered_json& record : data["records"]) {
       const std::string copy = record["exported_path"];
@@ -120,7 +109,7 @@ TEST_F(YhReport, CopiesTheMediaAsTheExportDoesAndNamesEachCopy) {
 
 TEST_F(YhReport, TellsTheDeviceAndWhatEachKindAdded) {
   ASSERT_EQ(Report(kNewSample).code, 0);
-  const ordered_json overview = Data(out_ + "/data/overview.js", "overview");
+  const ordered_json overview = ReportData(out_ + "/data/overview.js", "overview");
   EXPECT_EQ(overview["device"]["deviceName"], "Ada’s iPhone");
   EXPECT_EQ(overview["device"]["productVersion"], "15.8");
   EXPECT_EQ(overview["device"]["lastBackupDate"], "2023-09-12 08:41:17");
@@ -138,7 +127,7 @@ TEST_F(YhReport, WritesOnlyTheKindsAskedFor) {
   for (const auto& entry : fs::directory_iterator(out_ + "/data")) data.insert(entry.path().filename().string());
   EXPECT_EQ(data, (std::set<std::string>{"calls.js", "camera-photos.js", "overview.js"}));
   EXPECT_FALSE(fs::exists(out_ + "/" + yh::UnfinishedMark::kName)) << "a complete report has no mark";
-  EXPECT_EQ(Data(out_ + "/data/overview.js", "overview")["kinds"].size(), 2U);
+  EXPECT_EQ(ReportData(out_ + "/data/overview.js", "overview")["kinds"].size(), 2U);
 }
 
 TEST_F(YhReport, NeedsAFolderOfItsOwn) {
@@ -153,7 +142,7 @@ TEST_F(YhReport, NeedsAFolderOfItsOwn) {
 // The text and date of each message, conversation by conversation, for the page's search.
 TEST_F(YhReport, WritesEveryMessagesTextForTheSearch) {
   ASSERT_EQ(Report(kNewSample).code, 0);
-  const ordered_json texts = Data(out_ + "/data/message-texts.js", "message-texts");
+  const ordered_json texts = ReportData(out_ + "/data/message-texts.js", "message-texts");
   const ordered_json shown = Shown(kNewSample, "messages");
   ASSERT_EQ(texts.size(), shown.size());
   for (size_t i = 0; i < shown.size(); ++i) {
@@ -162,32 +151,6 @@ TEST_F(YhReport, WritesEveryMessagesTextForTheSearch) {
       EXPECT_EQ(texts[i][j], ordered_json::array({shown[i]["message"][j]["text"], shown[i]["message"][j]["date"]}));
     }
   }
-}
-
-// HEIF pictures get JPEG thumbnails and AMR sounds WAV files that a browser
-// shows and plays; files that need none, or cannot be decoded, get none.
-TEST_F(YhReport, MakesPreviewsOfHeifPicturesAndAmrSounds) {
-  const std::string backup = yhmedia::WriteMediaBackup(dir_.Path() + "backups");
-  const YhResult run = Yh({"report", backup, "--out", out_});
-  ASSERT_EQ(run.code, 0) << run.err;
-  const ordered_json photos = Data(out_ + "/data/camera-photos.js", "camera-photos")["records"];
-  ASSERT_GE(photos.size(), 3u);
-  EXPECT_EQ(photos[0]["preview_path"], "previews/camera-photos/IMG_0101.HEIC.jpg");
-  const yhmedia::Pixels thumbnail = yhmedia::DecodeJpeg(ReadFile(out_ + "/previews/camera-photos/IMG_0101.HEIC.jpg"));
-  EXPECT_EQ(thumbnail.width, 480);
-  EXPECT_EQ(thumbnail.height, 360);
-  EXPECT_FALSE(photos[1].contains("preview_path")) << "a browser shows a JPEG";
-  EXPECT_FALSE(photos[2].contains("preview_path")) << "a video plays as it is";
-  const ordered_json voicemail = Data(out_ + "/data/voicemail.js", "voicemail")["records"];
-  ASSERT_EQ(voicemail.size(), 2u);
-  const ordered_json& heard = voicemail[0]["file_name"] == "1.amr" ? voicemail[0] : voicemail[1];
-  EXPECT_EQ(heard["preview_path"], "previews/voicemail/1.amr.wav");
-  EXPECT_EQ(ReadFile(out_ + "/previews/voicemail/1.amr.wav").substr(0, 4), "RIFF");
-
-  fs::remove_all(out_);
-  ASSERT_EQ(Report(kNewSample).code, 0);
-  EXPECT_TRUE(fs::exists(out_ + "/previews/camera-photos/IMG_0415.HEIC.jpg"));
-  EXPECT_FALSE(fs::exists(out_ + "/previews/other-photos")) << "a JPEG needs no preview";
 }
 
 TEST_F(YhReport, NeverWritesIntoTheBackup) {

@@ -1,57 +1,23 @@
 #include "YhRun.h"
 
-#include <poll.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <cstdlib>
-#include <ctime>
 #include <fstream>
 #include <sstream>
 
-extern char** environ;
+#include "RunProcess.h"
+#include "platform/Environment.h"
 
 namespace yhtool {
 namespace {
 
+// The caller's environment with `changes` ("NAME=value") put in.
 std::vector<std::string> Environment(const std::vector<std::string>& changes) {
-  std::vector<std::string> env;
-  for (char** entry = environ; *entry; ++entry) env.emplace_back(*entry);
+  std::vector<std::string> env = CurrentEnvironment();
   for (const std::string& change : changes) {
     const std::string name = change.substr(0, change.find('=') + 1);
     for (auto it = env.begin(); it != env.end();) it = it->compare(0, name.size(), name) == 0 ? env.erase(it) : it + 1;
     env.push_back(change);
   }
   return env;
-}
-
-std::vector<char*> Pointers(std::vector<std::string>& texts) {
-  std::vector<char*> pointers;
-  for (std::string& text : texts) pointers.push_back(text.data());
-  pointers.push_back(nullptr);
-  return pointers;
-}
-
-// Reads both pipes to their ends, whichever has data first.
-void Drain(int outFd, int errFd, YhResult& run) {
-  pollfd fds[2] = {{outFd, POLLIN, 0}, {errFd, POLLIN, 0}};
-  std::string* sinks[2] = {&run.out, &run.err};
-  int open = 2;
-  while (open > 0) {
-    if (poll(fds, 2, -1) < 0) return;
-    for (int i = 0; i < 2; ++i) {
-      if (fds[i].fd < 0 || !(fds[i].revents & (POLLIN | POLLHUP))) continue;
-      char buffer[4096];
-      const ssize_t got = read(fds[i].fd, buffer, sizeof buffer);
-      if (got > 0) {
-        sinks[i]->append(buffer, static_cast<size_t>(got));
-      } else {
-        close(fds[i].fd);
-        fds[i].fd = -1;
-        --open;
-      }
-    }
-  }
 }
 
 }  // namespace
@@ -64,29 +30,7 @@ YhResult Yh(const std::vector<std::string>& args, const std::vector<std::string>
   argv.insert(argv.end(), args.begin(), args.end());
   std::vector<std::string> changes{"TZ=UTC"};
   changes.insert(changes.end(), env.begin(), env.end());
-  std::vector<std::string> envp = Environment(changes);
-  std::vector<char*> argPointers = Pointers(argv);
-  std::vector<char*> envPointers = Pointers(envp);
-
-  int outPipe[2];
-  int errPipe[2];
-  YhResult run;
-  if (pipe(outPipe) != 0 || pipe(errPipe) != 0) return run;
-  const pid_t child = fork();
-  if (child == 0) {
-    dup2(outPipe[1], STDOUT_FILENO);
-    dup2(errPipe[1], STDERR_FILENO);
-    for (int fd : {outPipe[0], outPipe[1], errPipe[0], errPipe[1]}) close(fd);
-    execve(argPointers[0], argPointers.data(), envPointers.data());
-    _exit(127);
-  }
-  close(outPipe[1]);
-  close(errPipe[1]);
-  Drain(outPipe[0], errPipe[0], run);
-  int status = 0;
-  waitpid(child, &status, 0);
-  run.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  return run;
+  return RunProcess(argv, Environment(changes));
 }
 
 std::string OutOf(const YhResult& run) {
@@ -97,8 +41,7 @@ std::string OutOf(const YhResult& run) {
 std::string Samples() { return YH_SAMPLE_BACKUPS; }
 
 yh::Plist Answer(const std::string& path, int contentType, bool classic) {
-  setenv("TZ", "UTC", 1);
-  tzset();
+  platform::SetVariable("TZ", "UTC");
   const yh::Library library(classic);
   const yh::DeviceList list = library.List(path);
   if (list.Devices().size() != 1 || !library.Analyze(*list.Devices().front())) return yh::Plist();
@@ -127,6 +70,15 @@ nlohmann::ordered_json WithoutCopyPaths(nlohmann::ordered_json json) {
     for (auto& item : json) item = WithoutCopyPaths(std::move(item));
   }
   return json;
+}
+
+nlohmann::ordered_json ReportData(const std::string& path, const std::string& name) {
+  const std::string text = ReadFile(path);
+  const std::string head = "yhData(\"" + name + "\", ";
+  EXPECT_EQ(text.compare(0, head.size(), head), 0) << text.substr(0, 80);
+  if (text.size() < head.size() + 3) return nullptr;
+  EXPECT_EQ(text.substr(text.size() - 3), ");\n");
+  return nlohmann::ordered_json::parse(text.substr(head.size(), text.size() - head.size() - 3));
 }
 
 std::vector<std::string> Lines(const std::string& text) {

@@ -45,6 +45,10 @@ std::string ReadFile(const std::string& path);
 // it adds ("exported_path", "preview_path"), at any depth: what yh show gives.
 nlohmann::ordered_json WithoutCopyPaths(nlohmann::ordered_json json);
 
+// The data a report's data script (data/NAME.js) hands to the page under
+// `name`; a failure when the file is no such script.
+nlohmann::ordered_json ReportData(const std::string& path, const std::string& name);
+
 // Lines of a text, without their line ends.
 std::vector<std::string> Lines(const std::string& text);
 
