@@ -12,8 +12,9 @@ enum class TimeBase { Unix, Since2001 };
 // host's zone rules for that instant. The value is whole or fractional
 // seconds (the fraction is dropped), or nanoseconds, which newer databases
 // store in the same columns: any value too large to be seconds (more than
-// 3e12, some 95,000 years) is taken as nanoseconds. NULL, an empty text, a text
-// that is not a number, and an instant the host cannot express give "".
+// 3e12, some 95,000 years) is taken as nanoseconds. NULL, 0 (no date, as
+// devices store it), an empty text, a text that is not a number, and an
+// instant the host cannot express give "".
 std::string LocalDateText(const char* stored, TimeBase base);
 
 // The clock reading of a floating time (an all-day or floating calendar

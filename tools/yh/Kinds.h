@@ -16,6 +16,9 @@ struct Kind {
   // The keys of one record in the library's order, nested ones as
   // "parent.child": the columns of the flattened records.
   std::vector<std::string> columns;
+  // Lists of a record kept in one cell of its rows rather than spread over
+  // rows of their own.
+  std::vector<std::string> inCells;
 
   bool IsMedia() const { return !fileNameKey.empty(); }
 };

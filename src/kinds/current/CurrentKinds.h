@@ -13,18 +13,19 @@
 #include "kinds/current/Voicemail.h"
 
 // The current service's own extractors of one record. Calls, messages and
-// voicemail name their other parties through the one contacts object; the
+// voicemail name their other parties through the one contacts object;
+// messages give their attachments through the attachments object; the
 // calendar answers events and reminders, the photos camera pictures and the
 // others, each by the flag it is asked with. A record's session holds them by
 // this type.
 class CurrentKinds {
  public:
-  CurrentKinds() : callHistory(contact), sms(contact), voicemail(contact) {}
+  CurrentKinds() : callHistory(contact), sms(contact, smsAttachment), voicemail(contact) {}
 
   current::Contact contact;
   current::CallHistory callHistory;
-  current::Sms sms;
   current::SmsAttachment smsAttachment;
+  current::Sms sms;
   current::Note note;
   current::Photo photo;
   current::History history;
