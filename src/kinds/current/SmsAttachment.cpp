@@ -1,8 +1,5 @@
 #include "kinds/current/SmsAttachment.h"
 
-#include <algorithm>
-#include <cctype>
-
 #include "common/ColumnHelpers.h"
 #include "common/LocalDate.h"
 #include "common/PlistHelpers.h"
@@ -25,11 +22,7 @@ std::string BelowHome(const std::string& stored) {
   return stored;
 }
 
-bool IsImage(std::string mimeType) {
-  std::transform(mimeType.begin(), mimeType.end(), mimeType.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return mimeType.find("image") != std::string::npos;
-}
+bool IsImage(const std::string& mimeType) { return AsciiLower(mimeType).find("image") != std::string::npos; }
 
 std::vector<Attachment> ReadAttachments(Database& database) {
   const SchemaInfo schema(database);
