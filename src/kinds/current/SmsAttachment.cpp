@@ -39,7 +39,6 @@ std::vector<Attachment> ReadAttachments(Database& database) {
   const int transferName = rows.Column("transfer_name");
   const int created = rows.Column("created_date");
   while (rows.Step()) {
-    if (rows.IsNull(fileName) || GetEmptyStringIsNull(rows.Text(fileName)).empty()) continue;
     Attachment attachment;
     attachment.queryPath = BelowHome(GetEmptyStringIsNull(rows.Text(fileName)));
     attachment.mimeType = GetEmptyStringIsNull(rows.Text(mimeType));
@@ -59,8 +58,12 @@ std::vector<Attachment> SmsAttachment::Read(const BackupDevice* device) {
   const MediaLocator locator(device);
   size_t position = 0;
   for (Attachment& attachment : attachments) {
+    // One not downloaded, or kept in iCloud, has no file name: its
+    // extension is that of the name it was sent under.
+    const std::string& named = attachment.queryPath.empty() ? attachment.originalName : attachment.queryPath;
     attachment.fileName = "IMG_" + std::to_string(++position);
-    if (const char* extension = GetFilePostfix(attachment.queryPath.c_str())) attachment.fileName += extension;
+    if (const char* extension = GetFilePostfix(named.c_str())) attachment.fileName += extension;
+    if (attachment.queryPath.empty()) continue;
     const std::optional<ReadableFile> stored = locator.FindExact(attachment.queryPath);
     if (!stored) continue;
     attachment.path = stored->path;
