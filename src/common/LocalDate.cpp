@@ -45,7 +45,8 @@ std::optional<int64_t> StoredSeconds(const char* stored) {
 std::optional<time_t> StoredInstant(const char* stored, TimeBase base) {
   const std::optional<int64_t> seconds = StoredSeconds(stored);
   if (!seconds || *seconds == 0) return std::nullopt;
-  return static_cast<time_t>(*seconds + (base == TimeBase::Since2001 ? kUnixTo2001 : 0));
+  const bool since2001 = base == TimeBase::Since2001 || (base == TimeBase::ByMagnitude && *seconds < kUnixTo2001);
+  return static_cast<time_t>(*seconds + (since2001 ? kUnixTo2001 : 0));
 }
 
 }  // namespace

@@ -5,8 +5,11 @@
 #include <optional>
 #include <string>
 
-// How a device database counts time.
-enum class TimeBase { Unix, Since2001 };
+// How a device database counts time. ByMagnitude: a column that holds
+// seconds since 2001 on some generations and Unix seconds on others; counts
+// from 978,307,200 on (2001 in Unix seconds, 2032 counted from 2001) are
+// Unix seconds, smaller ones count from 2001.
+enum class TimeBase { Unix, Since2001, ByMagnitude };
 
 // The true local time ("YYYY-MM-DD hh:mm:ss") of a stored instant under the
 // host's zone rules for that instant. The value is whole or fractional

@@ -45,6 +45,15 @@ TEST(LocalDate, UnixSeconds) {
   EXPECT_EQ(LocalDateText("1561982400", TimeBase::Unix), "2019-07-01 12:00:00");
 }
 
+TEST(LocalDate, ByMagnitudeSmallCountsAreSince2001AndLargeOnesUnix) {
+  ScopedTimeZone utc("UTC");
+  EXPECT_EQ(LocalDateText("583675200", TimeBase::ByMagnitude), "2019-07-01 12:00:00");
+  EXPECT_EQ(LocalDateText("1561982400", TimeBase::ByMagnitude), "2019-07-01 12:00:00");
+  EXPECT_EQ(LocalDateText("978307199", TimeBase::ByMagnitude), "2032-01-01 23:59:59");
+  EXPECT_EQ(LocalDateText("978307200", TimeBase::ByMagnitude), "2001-01-01 00:00:00");
+  EXPECT_EQ(LocalDateText("-1", TimeBase::ByMagnitude), "2000-12-31 23:59:59");
+}
+
 TEST(LocalDate, DatesAfter2038KeepTheirYear) {
   ScopedTimeZone utc("UTC");
   EXPECT_EQ(LocalDateText("1235865600", TimeBase::Since2001), "2040-03-01 00:00:00");

@@ -1,8 +1,5 @@
 #include "kinds/current/SmsAttachment.h"
 
-#include <algorithm>
-#include <cctype>
-
 #include "common/ColumnHelpers.h"
 #include "common/LocalDate.h"
 #include "common/PlistHelpers.h"
@@ -25,11 +22,7 @@ std::string BelowHome(const std::string& stored) {
   return stored;
 }
 
-bool IsImage(std::string mimeType) {
-  std::transform(mimeType.begin(), mimeType.end(), mimeType.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return mimeType.find("image") != std::string::npos;
-}
+bool IsImage(const std::string& mimeType) { return AsciiLower(mimeType).find("image") != std::string::npos; }
 
 // The ROWIDs of the messages that carry each attachment, by its ROWID.
 std::map<int64_t, std::vector<int64_t>> ReadCarriers(Database& database, const SchemaInfo& schema) {
@@ -65,7 +58,6 @@ std::vector<Attachment> ReadAttachments(Database& database, size_t databaseIndex
   const int transferName = rows.Column("transfer_name");
   const int created = rows.Column("created_date");
   while (rows.Step()) {
-    if (rows.IsNull(fileName) || GetEmptyStringIsNull(rows.Text(fileName)).empty()) continue;
     Attachment attachment;
     attachment.queryPath = BelowHome(GetEmptyStringIsNull(rows.Text(fileName)));
     attachment.mimeType = GetEmptyStringIsNull(rows.Text(mimeType));
@@ -90,8 +82,12 @@ std::vector<Attachment> SmsAttachment::Read(const BackupDevice* device) {
   const MediaLocator locator(device);
   size_t position = 0;
   for (Attachment& attachment : attachments) {
+    // One not downloaded, or kept in iCloud, has no file name: its
+    // extension is that of the name it was sent under.
+    const std::string& named = attachment.queryPath.empty() ? attachment.originalName : attachment.queryPath;
     attachment.fileName = "IMG_" + std::to_string(++position);
-    if (const char* extension = GetFilePostfix(attachment.queryPath.c_str())) attachment.fileName += extension;
+    if (const char* extension = GetFilePostfix(named.c_str())) attachment.fileName += extension;
+    if (attachment.queryPath.empty()) continue;
     const std::optional<ReadableFile> stored = locator.FindExact(attachment.queryPath);
     if (!stored) continue;
     attachment.path = stored->path;

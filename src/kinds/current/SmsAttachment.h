@@ -30,7 +30,8 @@ struct Attachment {
 // Every attachment of every message database, located exactly by its path
 // below the device's home folder whatever prefix the database wrote ("~/" or
 // "/var/mobile/"). An attachment whose file the backup lacks is listed too,
-// with an empty path and size 0. Besides the described keys: "present",
+// with an empty path and size 0, and so is one without a file name (its
+// query path empty). Besides the described keys: "present",
 // "mime_type", "original_name" and "date". NULL when no message database
 // names an attachment.
 class SmsAttachment : public StoredRecordKind<Attachment> {

@@ -15,10 +15,12 @@ std::string Attachments(const std::string& schema) {
          "INSERT INTO attachment (ROWID, guid, original_guid, filename, mime_type, transfer_name, created_date) VALUES "
          "(1, 'a', 'a', '~/Library/SMS/Attachments/ab/12/IMG_0001.HEIC', 'image/heic', 'IMG_0001.HEIC', 583675200), "
          "(2, 'b', 'b', '/var/mobile/Library/SMS/Attachments/cd/34/voice.caf', 'audio/x-caf', 'Audio.caf', NULL), "
-         "(3, 'c', 'c', NULL, 'image/png', NULL, NULL), "
+         "(3, 'c', 'c', NULL, 'image/png', 'Screenshot.png', 583675230), "
          "(4, 'd', 'd', '~/Library/SMS/Attachments/ef/56/Doc', 'Image/png', 'Doc', 583675260);\n";
 }
 
+// An attachment without a file name (not downloaded, or kept in iCloud) is
+// listed too, with no path, named after the extension it was sent with.
 TEST(CurrentAttachments, EveryAttachmentLocatedExactlyWithWhetherItsFileIsPresent) {
   for (IndexKind kind : {IndexKind::ManifestDb, IndexKind::Mbdb}) {
     TempDir root;
@@ -40,7 +42,10 @@ TEST(CurrentAttachments, EveryAttachmentLocatedExactlyWithWhetherItsFileIsPresen
                   "{\"file_name\":\"IMG_2.caf\",\"path\":\"\",\"size\":0u,\"type\":1u,"
                   "\"query_path\":\"Library/SMS/Attachments/cd/34/voice.caf\",\"present\":false,"
                   "\"mime_type\":\"audio/x-caf\",\"original_name\":\"Audio.caf\",\"date\":\"\"},"
-                  "{\"file_name\":\"IMG_3\",\"path\":\"" + doc +
+                  "{\"file_name\":\"IMG_3.png\",\"path\":\"\",\"size\":0u,\"type\":0u,\"query_path\":\"\","
+                  "\"present\":false,\"mime_type\":\"image/png\",\"original_name\":\"Screenshot.png\","
+                  "\"date\":\"2019-07-01 12:00:30\"},"
+                  "{\"file_name\":\"IMG_4\",\"path\":\"" + doc +
                   "\",\"size\":3u,\"type\":0u,\"query_path\":\"Library/SMS/Attachments/ef/56/Doc\",\"present\":true,"
                   "\"mime_type\":\"Image/png\",\"original_name\":\"Doc\",\"date\":\"2019-07-01 12:01:00\"}]");
   }
