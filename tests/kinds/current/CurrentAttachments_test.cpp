@@ -61,7 +61,7 @@ std::vector<std::string> Dictionaries(const std::string& dump) {
 }
 
 // A message gives its attachments as the attachments kind gives them (an
-// attachment row without a file name, listed by neither, is left out); a
+// attachment row without a file name among them, with `present` false); a
 // message without any has no "attachments".
 TEST(CurrentAttachments, EachMessageCarriesItsAttachmentsAsTheAttachmentsKindGivesThem) {
   TempDir root;
@@ -82,11 +82,12 @@ TEST(CurrentAttachments, EachMessageCarriesItsAttachmentsAsTheAttachmentsKindGiv
   ScopedTimeZone utc("UTC");
   ServedBackup served(builder.Write(root.Path() + "b"), Service::Current);
   const std::vector<std::string> attachments = Dictionaries(served.Answer(ContentSmsAttachment));
-  ASSERT_EQ(attachments.size(), 3u);
+  ASSERT_EQ(attachments.size(), 4u);
   const std::string messages = served.Answer(ContentSms);
   EXPECT_NE(messages.find("\"attachments\":[" + attachments[0] + "," + attachments[1] + "]"), std::string::npos)
       << messages;
-  EXPECT_NE(messages.find("\"attachments\":[" + attachments[2] + "]"), std::string::npos) << messages;
+  EXPECT_NE(messages.find("\"attachments\":[" + attachments[2] + "," + attachments[3] + "]"), std::string::npos)
+      << messages;
   EXPECT_EQ(messages.find("\"attachments\"", messages.find("none")), std::string::npos) << messages;
 }
 
