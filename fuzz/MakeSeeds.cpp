@@ -110,6 +110,17 @@ void NoteDocumentSeeds(Corpus& corpus) {
   corpus.Add(yhtest::NoteDocument("cut short").substr(0, 12));
 }
 
+// Old notes' HTML: blocks, breaks, entities of each form, hidden content,
+// comments, and tags and entities cut short.
+void HtmlTextSeeds(Corpus& corpus) {
+  for (const char* html : {"Shopping list<div>Milk</div><div><br></div><div>Eggs</div>",
+                           "<p>a &amp; b &lt;c&gt; &#39;d&#39; &#x1F600; &nbsp;</p><ul><li>e</li></ul>",
+                           "<head><style>p{}</style></head><!-- note -->text<script>x</script>",
+                           "cut <div", "&#xD800; &#1114112; &unknown; & alone", "<!-- never closed"}) {
+    corpus.Add(html);
+  }
+}
+
 // Databases with deleted rows, alone and with their -wal or journal, in
 // the harness's layout: mode byte, split offset, then the files' bytes.
 void CarveSeeds(Corpus& corpus) {
@@ -229,6 +240,8 @@ int main(int argc, char** argv) {
   KeyBagSeeds(keyBag, scratch.Path());
   Corpus noteDocument(out, "NoteDocument");
   NoteDocumentSeeds(noteDocument);
+  Corpus htmlText(out, "HtmlText");
+  HtmlTextSeeds(htmlText);
   Corpus whatsAppBlobs(out, "WhatsAppBlobs");
   WhatsAppBlobSeeds(whatsAppBlobs);
   Corpus rows(out, "Rows");

@@ -24,7 +24,7 @@ struct ExistenceQueue::Batch {
   bool tested = false;
 };
 
-ExistenceQueue::ExistenceQueue(const Folder& folder) : folder_(folder) {}
+ExistenceQueue::ExistenceQueue(const Folder& folder, TestThreads threads) : folder_(folder), threads_(threads) {}
 
 ExistenceQueue::~ExistenceQueue() {
   {
@@ -43,12 +43,13 @@ bool ExistenceQueue::Add(std::string_view name) {
   filling_->starts.push_back(static_cast<uint32_t>(filling_->names.size()));
   filling_->names.append(name).push_back('\0');
   if (filling_->starts.size() < kBatchNames) return false;
-  if (!started_) StartWorkers();
+  if (!started_ && threads_ == TestThreads::Workers) StartWorkers();
   Publish();
   Batch* batch = nullptr;
   {
     std::lock_guard<std::mutex> lock(mutex_);
-    if (untested_.size() > kMostWaiting) batch = NextUntested();
+    // Alone, this thread tests each batch as soon as it is full.
+    if (untested_.size() > kMostWaiting || threads_ == TestThreads::CallerOnly) batch = NextUntested();
   }
   if (batch) TestAndMark(*batch);
   return true;

@@ -11,6 +11,7 @@
 #include <thread>
 #include <vector>
 
+#include "index/TestThreads.h"
 #include "platform/Folder.h"
 
 // Tests whether the stored files named by an index's rows exist, on worker
@@ -26,7 +27,7 @@
 // it tests a batch itself whenever too many wait, so that few rows are held.
 class ExistenceQueue {
  public:
-  explicit ExistenceQueue(const Folder& folder);
+  explicit ExistenceQueue(const Folder& folder, TestThreads threads = TestThreads::Workers);
   // Stops the workers: what they have not tested is never tested.
   ~ExistenceQueue();
   ExistenceQueue(const ExistenceQueue&) = delete;
@@ -42,6 +43,9 @@ class ExistenceQueue {
   // thread too) and every result is taken.
   void Take(bool all, const std::function<void(bool found, const Folder::Entry& entry)>& take);
 
+  // How many worker threads were started.
+  size_t WorkerCount() const { return workers_.size(); }
+
  private:
   struct Batch;
 
@@ -55,6 +59,7 @@ class ExistenceQueue {
   Batch* NextUntested();
 
   const Folder& folder_;
+  const TestThreads threads_;
   std::unique_ptr<Batch> filling_;
   std::deque<std::unique_ptr<Batch>> queued_;  // in order; the reading thread's alone
   std::mutex mutex_;

@@ -9,6 +9,7 @@
 #include "common/VqBase.h"
 #include "index/BackupType.h"
 #include "index/PathIndex.h"
+#include "index/TestThreads.h"
 #include "platform/Folder.h"
 
 // The one interface over both index readers: the records kept (those whose
@@ -38,6 +39,12 @@ class IndexReader : public VqBase {
   // first call and kept: every media kind searches the same paths.
   virtual const PathIndex& GetPathIndex() = 0;
 
+  // Set before the index is read; worker threads unless told otherwise.
+  void SetTestThreads(TestThreads threads) { testThreads_ = threads; }
+  TestThreads GetTestThreads() const { return testThreads_; }
+
+ private:
+  TestThreads testThreads_ = TestThreads::Workers;
 };
 
 #endif

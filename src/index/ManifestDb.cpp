@@ -47,7 +47,8 @@ uint32_t ManifestDb::ReadDb(const char* path, const std::string& index) {
   backupPath_ = path;
   Database database(index.empty() ? std::string(path) + "Manifest.db" : index);
   const Folder folder(backupPath_);
-  StoredFileTests<Row> tests(folder, [this](Row row, const Folder::Entry& entry) { Keep(std::move(row), entry); });
+  StoredFileTests<Row> tests(
+      folder, [this](Row row, const Folder::Entry& entry) { Keep(std::move(row), entry); }, GetTestThreads());
   Reading reading{this, &tests};
   const bool read = database.Exec(kFilesQuery, ManifestDbCallback, &reading);
   // Rows read before a failed read are kept too.

@@ -65,7 +65,10 @@ bool ReadBytes(FILE* file, std::string* out) {
 // no zero byte in it, otherwise upper-case hex.
 std::string DataText(std::string_view bytes) {
   const bool printable =
-      std::all_of(bytes.begin(), bytes.end(), [](char byte) { return byte >= 32 && byte <= 127; });
+      std::all_of(bytes.begin(), bytes.end(), [](char byte) {
+    const auto value = static_cast<unsigned char>(byte);
+    return value >= 32 && value <= 127;
+  });
   if (printable) return std::string(bytes);
   std::string text;
   text.reserve(2 * bytes.size());
@@ -201,7 +204,7 @@ int32_t Mbdb::ReadMBDB(const char* path) {
     pending.fields.texts = texts_.Add(texts.substr(pending.domainSize)).data();
     pending.fields.stored = stored;
     Keep(records_.Add(std::move(pending.fields)));
-  });
+  }, GetTestThreads());
   ReadValues values;
   // A truncated or unreadable record ends the reading; what was kept stays.
   // A record whose stored file is absent (a folder, a file not copied) is

@@ -17,7 +17,8 @@ class StoredFileTests {
  public:
   using Keep = std::function<void(Row row, const Folder::Entry& entry)>;
 
-  StoredFileTests(const Folder& folder, Keep keep) : keep_(std::move(keep)), queue_(folder) {}
+  StoredFileTests(const Folder& folder, Keep keep, TestThreads threads = TestThreads::Workers)
+      : keep_(std::move(keep)), queue_(folder, threads) {}
 
   void Add(Row row, std::string_view storedName) {
     rows_.push_back(std::move(row));
@@ -26,6 +27,8 @@ class StoredFileTests {
 
   // After the last row: tests what is left and hands every row on.
   void Finish() { Hand(true); }
+
+  size_t WorkerCount() const { return queue_.WorkerCount(); }
 
  private:
   void Hand(bool all) {

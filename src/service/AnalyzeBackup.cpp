@@ -51,6 +51,10 @@ int32_t AnalyzeBackupWith(BackupDevice* device, PrepareSession prepare) {
   return type->read(session.Reader(), device->backupPath, session);
 }
 
+// Hosts of this service were promised a library that starts no threads.
 int32_t AnalyzeBackup(BackupDevice* device) {
-  return AnalyzeBackupWith(device, [](BackupDevice*, BackupSession& session) { session.SetReadsWal(false); });
+  return AnalyzeBackupWith(device, [](BackupDevice*, BackupSession& session) {
+    session.SetReadsWal(false);
+    session.Reader()->SetTestThreads(TestThreads::CallerOnly);
+  });
 }

@@ -68,6 +68,22 @@ TEST(StoredFileTests, KeepTheRowsWhoseFilesExistInTheirOrder) {
   }
 }
 
+// Tests on the caller's thread alone keep the same rows and start no thread.
+TEST(StoredFileTests, OnTheCallersThreadAloneKeepTheSameRowsAndStartNoThread) {
+  for (const int rows : {0, 513, 5000}) {
+    TempDir dir;
+    MakeFiles(dir, rows);
+    const Folder folder(dir.Path());
+    std::vector<Kept> kept;
+    const auto keep = [&kept](int row, const Folder::Entry& entry) { kept.push_back({row, entry.size, entry.regular}); };
+    StoredFileTests<int> tests(folder, keep, TestThreads::CallerOnly);
+    for (int row = 0; row < rows; ++row) tests.Add(row, NameOf(row));
+    EXPECT_EQ(tests.WorkerCount(), 0u);
+    tests.Finish();
+    EXPECT_EQ(kept, OneByOne(folder, rows)) << rows << " rows";
+  }
+}
+
 // Rows that only move (as records' owned parts do) are handed on whole.
 TEST(StoredFileTests, RowsThatOnlyMoveAreHandedOnWhole) {
   TempDir dir;

@@ -6,7 +6,9 @@
 
 #include "fault/SampleBackup.h"
 #include "kinds/AddressBookSql.h"
+#include "index/IndexReader.h"
 #include "libYH.h"
+#include "session/BackupSession.h"
 #include "service/ServiceOperations.h"
 #include "support/BackupBuilder.h"
 #include "support/DeviceList.h"
@@ -76,6 +78,22 @@ TEST(CurrentService, ARecordAnalysedAgainByTheOtherServiceAnswersAsThatService) 
   EXPECT_EQ(current->GetContentList(device, ContentCallHistory), nullptr);  // not analysed by this service
   ASSERT_EQ(current->AnalyzeBackup(device), 1);
   EXPECT_EQ(DumpAndFree(current->GetContentList(device, ContentCallHistory)), currentAnswer);
+  FreeDeviceList(device);
+  FreeiDeviceBackupService(described);
+  FreeiDeviceBackupService(current);
+}
+
+// The described service reads the index on the caller's thread alone; the
+// current one may test stored files on worker threads.
+TEST(CurrentService, OnlyTheCurrentServiceTestsStoredFilesOnWorkerThreads) {
+  TempDir root;
+  BackupDevice* device = GetBackupDeviceListAt(CallBackup(root, "Ada", 0).c_str());
+  iDeviceBackupService* described = CreateDataRecoveryService();
+  iDeviceBackupService* current = CreateCurrentDataRecoveryService();
+  ASSERT_EQ(described->AnalyzeBackup(device), 1);
+  EXPECT_EQ(SessionOf(device)->Reader()->GetTestThreads(), TestThreads::CallerOnly);
+  ASSERT_EQ(current->AnalyzeBackup(device), 1);
+  EXPECT_EQ(SessionOf(device)->Reader()->GetTestThreads(), TestThreads::Workers);
   FreeDeviceList(device);
   FreeiDeviceBackupService(described);
   FreeiDeviceBackupService(current);

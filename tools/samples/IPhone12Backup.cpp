@@ -97,7 +97,8 @@ std::string Messages() {
                 {{"1", Sql("at_0_7C1D2E3F-0003"), Sql(std::string("~/") + kPicture), Sql("image/heic"),
                   Sql("IMG_0412.HEIC"), "4012", Sql("at_0_7C1D2E3F-0003")},
                  {"2", Sql("at_0_7C1D2E3F-0004"), Sql(std::string("~/") + kItinerary), Sql("application/pdf"),
-                  Sql("Itinerary.pdf"), "1208", Sql("at_0_7C1D2E3F-0004")}});
+                  Sql("Itinerary.pdf"), "1208", Sql("at_0_7C1D2E3F-0004")}}) +
+         Insert("message_attachment_join", "message_id, attachment_id", {{"3", "1"}, {"4", "2"}});
 }
 
 std::string Notes() {
@@ -252,7 +253,7 @@ void WriteIPhone12Backup(const std::string& backups) {
       .AddDatabase(kHome, "Library/AddressBook/AddressBook.sqlitedb", AddressBook())
       .AddDatabase(kHome, "Library/CallHistoryDB/CallHistory.storedata", CallHistory())
       .AddDatabase(kHome, "Library/SMS/sms.db", Messages())
-      .AddFile(kMedia, kPicture, MediaFile(kHeic, 4000, 21))
+      .AddFile(kMedia, kPicture, HeicSample(640, 480, 21))
       .AddFile(kMedia, kItinerary, MediaFile("%PDF-1.7\n", 1200, 22))
       .AddDatabase(kNotes, "NoteStore.sqlite", Notes())
       .AddDatabase(kSafari, "Library/Safari/History.db", SafariHistory())
@@ -261,8 +262,8 @@ void WriteIPhone12Backup(const std::string& backups) {
       .AddFile(kMedia, "Media/Recordings/20230829 181502.m4a", MediaFile(kM4a, 6400, 3))
       .AddFile(kMedia, "Media/Recordings/20230905 073011.m4a", MediaFile(kM4a, 900, 4))
       .AddDatabase(kCameraRoll, "Media/PhotoData/Photos.sqlite", Photos())
-      .AddFile(kCameraRoll, "Media/DCIM/100APPLE/IMG_0415.HEIC", MediaFile(kHeic, 5200, 31))
-      .AddFile(kCameraRoll, "Media/DCIM/100APPLE/IMG_0416.HEIC", MediaFile(kHeic, 4800, 32))
+      .AddFile(kCameraRoll, "Media/DCIM/100APPLE/IMG_0415.HEIC", HeicSample(1200, 900, 31))
+      .AddFile(kCameraRoll, "Media/DCIM/100APPLE/IMG_0416.HEIC", HeicSample(900, 1200, 32))
       .AddFile(kCameraRoll, "Media/DCIM/100APPLE/IMG_0417.JPG", MediaFile(kJpeg, 3300, 33))
       .AddFile(kCameraRoll, "Media/PhotoData/Sync/100SYNCD/IMG_0950.JPG", MediaFile(kJpeg, 2800, 34))
       .AddDatabase(kHome, "Library/Voicemail/voicemail.db", Voicemail())

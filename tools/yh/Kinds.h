@@ -16,9 +16,11 @@ struct Kind {
   // The keys of one record in the library's order, nested ones as
   // "parent.child": the columns of the flattened records.
   std::vector<std::string> columns;
-  // The keys that lead from a record down to the lists of its media
-  // records (a chat's messages, then their attachments); none when each
-  // record is one.
+  // Lists of a record kept in one cell of its rows rather than spread over
+  // rows of their own.
+  std::vector<std::string> inCells;
+  // The keys that lead from a record down to the lists of its media records
+  // (a chat's messages, then their attachments); none when each record is one.
   std::vector<std::string> mediaLists = {};
 
   bool IsMedia() const { return !fileNameKey.empty(); }

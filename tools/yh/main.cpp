@@ -64,6 +64,8 @@ void AddWriteOptions(CLI::App& command, yh::ExportOptions& options, const std::s
   command.add_option("--root", options.root, kRootHelp)->type_name("DIR");
   command.add_option("--password-file", options.passwordFile, kPasswordHelp)->type_name("FILE");
   AddClassicFlag(command, options.classic);
+  command.add_flag("--resume", options.resume,
+                   "Finish what an interrupted run of the same command left in --out, copying nothing twice");
 }
 
 // Errors print the message and the usage of the command at fault; --help

@@ -17,7 +17,8 @@
 
 // The current service's own extractors of one record. Calls, messages and
 // voicemail name their other parties through the one contacts object, and
-// WhatsApp's chats and calls through the WhatsApp directory on top of it; the
+// WhatsApp's chats and calls through the WhatsApp directory on top of it;
+// messages give their attachments through the attachments object; the
 // calendar answers events and reminders, the photos camera pictures and the
 // others, each by the flag it is asked with. A record's session holds them by
 // this type.
@@ -25,7 +26,7 @@ class CurrentKinds {
  public:
   CurrentKinds()
       : callHistory(contact),
-        sms(contact),
+        sms(contact, smsAttachment),
         voicemail(contact),
         whatsAppDirectory(contact),
         whatsApp(whatsAppDirectory),
@@ -33,8 +34,8 @@ class CurrentKinds {
 
   current::Contact contact;
   current::CallHistory callHistory;
-  current::Sms sms;
   current::SmsAttachment smsAttachment;
+  current::Sms sms;
   current::Note note;
   current::Photo photo;
   current::History history;

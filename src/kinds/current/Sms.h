@@ -9,6 +9,7 @@
 
 #include "common/PackedTexts.h"
 #include "kinds/current/Contact.h"
+#include "kinds/current/SmsAttachment.h"
 #include "kinds/current/StoredRecordKind.h"
 
 namespace current {
@@ -22,10 +23,12 @@ struct Message {
   PackedTexts texts;  // the sender is its address, empty for the owner
   bool fromMe = false;
   std::string senderName;
+  std::vector<uint32_t> attachments;  // places among every attachment (SmsAttachment::Of)
 };
 
 // One conversation with its messages in date order.
 struct Conversation {
+  size_t database = 0;  // its message database, in StoredFilesAt's order
   std::string id;
   std::string phone;
   std::string another;
@@ -41,11 +44,14 @@ struct Conversation {
 // and its text (from the archived attributed string where the text column
 // is empty). Besides the described keys: per conversation "participants"
 // (each with "address" and "name"), "group" and "display_name"; per message
-// "sender" and "sender_name" (empty for the owner's own messages). An empty
-// array when no message database holds a conversation.
+// "sender" and "sender_name" (empty for the owner's own messages) and, for a
+// message that has any, "attachments": the dictionaries the attachments kind
+// gives for them. An empty array when no message database holds a
+// conversation.
 class Sms : public StoredRecordKind<Conversation> {
  public:
-  explicit Sms(Contact& contacts) : StoredRecordKind(WhenNone::EmptyList), contacts_(contacts) {}
+  Sms(Contact& contacts, SmsAttachment& attachments)
+      : StoredRecordKind(WhenNone::EmptyList), contacts_(contacts), attachments_(attachments) {}
 
  private:
   std::vector<Conversation> Read(const BackupDevice* device) override;
@@ -58,6 +64,7 @@ class Sms : public StoredRecordKind<Conversation> {
   void Name(const BackupDevice* device, Conversation& conversation, NameCache& cache);
 
   Contact& contacts_;
+  SmsAttachment& attachments_;
 };
 
 }  // namespace current

@@ -155,7 +155,7 @@ TEST_F(YhExportSafety, HostileNamesStayInsideTheOutputFolder) {
   EXPECT_TRUE(Contains(run.err, "yh: skipped other-photos file \"outside.jpg\": lies outside the backup ("));
   EXPECT_TRUE(Contains(run.err, "yh: skipped other-photos file \"folder.jpg\": not a regular file ("));
   EXPECT_FALSE(Contains(run.err, "\x1b"));
-  EXPECT_TRUE(Contains(run.out, "\nother-photos    12       10     98     2\n"));
+  EXPECT_TRUE(Contains(run.out, "\nother-photos    12       10     98     2        0\n"));
 }
 
 TEST_F(YhExportSafety, AnswersThatNameFilesOutsideAreShownButNotCopied) {

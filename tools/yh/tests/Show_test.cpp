@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -245,6 +246,17 @@ TEST(YhShow, TheCurrentServiceIsTheDefaultAndItsExtraKeysFollowTheDescribedColum
   const std::vector<std::string> described = yh::FindKind("messages")->columns;
   EXPECT_EQ(std::vector<std::string>(messages.front().begin(), messages.front().begin() + described.size()), described);
   EXPECT_NE(OutOf(Show(kNewSample, "messages", "json")), OutOf(ShowClassic(kNewSample, "messages", "json")));
+}
+
+// One row per message: a conversation's participants fill a column of its rows.
+TEST(YhShow, MessagesAsCsvGiveParticipantsInAColumnOfTheConversationsRows) {
+  const auto rows = ParseCsv(OutOf(Show(kNewSample, "messages", "csv")));
+  ASSERT_EQ(rows.size(), 1 + 5u) << "a header and five messages";
+  const auto column = std::find(rows[0].begin(), rows[0].end(), "participants") - rows[0].begin();
+  ASSERT_LT(static_cast<size_t>(column), rows[0].size());
+  EXPECT_EQ(rows[1][column], R"([{"address":"+16175550199","name":"Mary Somerville"}])");
+  EXPECT_EQ(rows[5][column], R"([{"address":"+442079460018","name":"Charles Babbage"}])");
+  for (const auto& row : rows) EXPECT_EQ(row.size(), rows[0].size());
 }
 
 TEST(YhShow, VoicemailComesFromTheCurrentServiceOnly) {
