@@ -23,6 +23,12 @@ int main(void) {
     printf("  Index:             %s\n", device->backupType == 0 ? "Manifest.mbdb" : "Manifest.db");
   }
   const int found = list != NULL;
+  for (BackupDevice* device = list; device; device = device->next) {
+    YHFree(device->productName);  /* the four texts FreeBackupDevice leaves to the host */
+    YHFree(device->productType);
+    YHFree(device->productVersion);
+    YHFree(device->uniqueIdentifier);
+  }
   service->FreeBackupDevice(list);
   FreeiDeviceBackupService(service);
   return found ? 0 : 1;

@@ -17,6 +17,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string_view log = data[0] % 3 == 0 ? std::string_view() : bytes.substr(split);
   const FileImage image(database, data[0] % 3 == 1 ? log : std::string_view(),
                         data[0] % 3 == 2 ? log : std::string_view());
-  plist_free(RowsPlist(RecoverRows(image), true));
+  plist_free(RowsPlist(RecoverRows(image, true)));
   return 0;
 }

@@ -10,6 +10,7 @@
 #include "RowTargets.h"
 #include "RowsInput.h"
 #include "fault/SampleBackup.h"
+#include "kinds/WhatsAppSql.h"
 #include "support/AttributedBodyBlob.h"
 #include "support/BackupBuilder.h"
 #include "support/NoteDocumentWriter.h"
@@ -90,6 +91,14 @@ void AttributedBodySeeds(Corpus& corpus) {
 
 // Documents gzip'd as stored and as inflated: short, long, emoji, the end
 // mark of the old layout inside the text, and cut short.
+void WhatsAppBlobSeeds(Corpus& corpus) {
+  corpus.Add(yhtest::ProtoField(5, "3EB0C431D5A2") + yhtest::ProtoField(6, "447700900123@s.whatsapp.net"));
+  corpus.Add(std::string("\x08\x01", 2) + yhtest::ProtoField(5, "A2"));
+  corpus.Add(std::string("\x2A\x05", 2));
+  corpus.Add("BEGIN:VCARD\r\nVERSION:3.0\r\nFN:Mary Somerville\r\nitem1.TEL;type=CELL;waid=16175550199:+1 617-555-0199"
+             "\r\n\r\n 0\r\nEND:VCARD_$!<VCard-Separator>!$_BEGIN:VCARD\nFN:Ada\n  Lovelace\nTEL:+44\nEND:VCARD");
+}
+
 void NoteDocumentSeeds(Corpus& corpus) {
   const std::string texts[] = {"milk, eggs", std::string(3000, 'n'), "Trip \U0001F3D4\uFE0F caf\u00E9",
                                std::string("tab\x1A" "after", 9)};
@@ -99,6 +108,17 @@ void NoteDocumentSeeds(Corpus& corpus) {
   }
   corpus.Add(yhtest::NoteDocumentBlob("cut short").substr(0, 20));
   corpus.Add(yhtest::NoteDocument("cut short").substr(0, 12));
+}
+
+// Old notes' HTML: blocks, breaks, entities of each form, hidden content,
+// comments, and tags and entities cut short.
+void HtmlTextSeeds(Corpus& corpus) {
+  for (const char* html : {"Shopping list<div>Milk</div><div><br></div><div>Eggs</div>",
+                           "<p>a &amp; b &lt;c&gt; &#39;d&#39; &#x1F600; &nbsp;</p><ul><li>e</li></ul>",
+                           "<head><style>p{}</style></head><!-- note -->text<script>x</script>",
+                           "cut <div", "&#xD800; &#1114112; &unknown; & alone", "<!-- never closed"}) {
+    corpus.Add(html);
+  }
 }
 
 // Databases with deleted rows, alone and with their -wal or journal, in
@@ -220,6 +240,10 @@ int main(int argc, char** argv) {
   KeyBagSeeds(keyBag, scratch.Path());
   Corpus noteDocument(out, "NoteDocument");
   NoteDocumentSeeds(noteDocument);
+  Corpus htmlText(out, "HtmlText");
+  HtmlTextSeeds(htmlText);
+  Corpus whatsAppBlobs(out, "WhatsAppBlobs");
+  WhatsAppBlobSeeds(whatsAppBlobs);
   Corpus rows(out, "Rows");
   RowsSeeds(rows);
   Corpus carve(out, "Carve");

@@ -37,7 +37,7 @@ std::vector<RowTarget> MakeTargets() {
     }
   }
   std::vector<iDeviceContentType> every;
-  for (int type = ContentCallHistory; type <= ContentVoicemail; ++type) {
+  for (int type = ContentCallHistory; type <= ContentWhatsAppCalls; ++type) {
     every.push_back(static_cast<iDeviceContentType>(type));
   }
   targets.push_back({IndexKind::ManifestDb, "", "", {{"Files", {"fileID", "domain", "relativePath", "flags"}}}, every});

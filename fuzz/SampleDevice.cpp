@@ -40,7 +40,7 @@ void SampleDevice::Ask(const std::vector<iDeviceContentType>& types) const {
 
 void SampleDevice::AskEverything() const {
   std::vector<iDeviceContentType> types;
-  for (int type = ContentCallHistory; type <= ContentVoicemail; ++type) {
+  for (int type = ContentCallHistory; type <= ContentWhatsAppCalls; ++type) {
     types.push_back(static_cast<iDeviceContentType>(type));
   }
   Ask(types);

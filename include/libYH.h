@@ -2,12 +2,25 @@
  * libYH: finds the device backups kept by desktop sync software for iPhone and
  * iPad, reads their index and extracts the owner's data as libplist trees.
  *
- * Calling order: CreateDataRecoveryService; table->GetBackupDeviceList; for a
- * chosen record table->AnalyzeBackup once; table->GetContentList any number of
- * times; table->FreeBackupDevice on the head of the list;
- * FreeiDeviceBackupService. Every returned plist belongs to the caller
- * (plist_free). The library never writes into a backup. Not thread-safe: use
- * it from one thread at a time.
+ * Calling order: CreateDataRecoveryService (or CreateCurrentDataRecoveryService);
+ * table->GetBackupDeviceList (or GetBackupDeviceListAt); for a chosen record
+ * table->AnalyzeBackup; table->GetContentList any number of times;
+ * table->FreeBackupDevice on the head of the list; FreeiDeviceBackupService.
+ *
+ * Ownership: every plist the library returns belongs to the caller, who
+ * frees it with plist_free; the four texts FreeBackupDevice leaves (see
+ * there) are freed with YHFree, never with the host's own free(). Texts the
+ * host passes in are copied; the host keeps them. The library never writes
+ * into a backup.
+ *
+ * Threads: the described service (CreateDataRecoveryService) starts no
+ * threads and is not thread-safe: use it from one thread at a time. The
+ * current service keeps no global state: two threads may each use their own
+ * records (list, analyse, ask) at once; one record is used from one thread at
+ * a time. It may test the files of a large index on worker threads of its
+ * own inside AnalyzeBackup; they end before AnalyzeBackup returns.
+ * DecryptBackup and CarveDatabaseFile touch no record and may run beside
+ * either service's calls.
  */
 #ifndef LIBYH_H
 #define LIBYH_H
@@ -35,7 +48,9 @@
 #define YH_EXPORT
 #endif
 
-#ifdef __cplusplus
+/* Hosts never look inside the objects a record carries; they see untyped
+ * pointers, so that no name of the library's own enters a C++ host. */
+#if defined(__cplusplus) && defined(YH_BUILDING_LIBRARY)
 class VqBase;
 class CallHistory;
 class Contact;
@@ -47,10 +62,12 @@ class Calendar;
 class Recording;
 class Photo;
 #define YH_OBJECT(T) T*
-extern "C" {
 #else
-/* C hosts never look inside these objects; they only carry the pointers. */
 #define YH_OBJECT(T) void*
+#endif
+
+#ifdef __cplusplus
+extern "C" {
 #endif
 
 /* One backup folder; the records form a singly linked list. Texts are UTF-8,
@@ -91,9 +108,15 @@ typedef enum iDeviceContentType {
   ContentRecording = 8,
   ContentCameraPhoto = 9,
   ContentOtherPhoto = 10,
-  /* Answered by the current service only; the described service answers it
-   * NULL, as it answers any type it does not know. */
-  ContentVoicemail = 11
+  /* Answered by the current service only; the described service answers
+   * these NULL, as it answers any type it does not know. */
+  ContentVoicemail = 11,
+  /* WhatsApp's chats, in the layout of ContentSms, with each message's kind,
+   * media, quoted message and star (see README). */
+  ContentWhatsApp = 12,
+  /* WhatsApp's calls, in the layout of ContentCallHistory, group calls with
+   * their participants. */
+  ContentWhatsAppCalls = 13
 } iDeviceContentType;
 
 /* The service table: four operations in this slot order. */
@@ -103,7 +126,14 @@ typedef struct iDeviceBackupService {
    * productVersion and uniqueIdentifier: those stay the host's, to free with
    * YHFree. */
   void (*FreeBackupDevice)(BackupDevice* head);
+  /* Reads the record's index and prepares its kinds; may be called again
+   * (the record is analysed afresh). Returns 1 when the index was read;
+   * 0 when Manifest.mbdb or Manifest.db is missing or cannot be read (the
+   * kinds then answer as for a backup without their files: NULL or an empty
+   * array); the record's backupType when it names no known index kind. */
   int32_t (*AnalyzeBackup)(BackupDevice* device);
+  /* A new array for the content type, or NULL when the record has nothing
+   * of it, was not analysed by this service, or the type is unknown. */
   plist_t (*GetContentList)(BackupDevice* device, iDeviceContentType type);
 } iDeviceBackupService;
 
@@ -116,7 +146,7 @@ YH_EXPORT iDeviceBackupService* CreateDataRecoveryService(void);
  * included), every conversation with group chats and texts kept only as
  * attributed strings, numbers matched by their digits, rows kept in a
  * database's -wal file. Extra keys follow the described ones (see README).
- * It also answers ContentVoicemail. */
+ * It also answers ContentVoicemail, ContentWhatsApp and ContentWhatsAppCalls. */
 YH_EXPORT iDeviceBackupService* CreateCurrentDataRecoveryService(void);
 
 /* Frees the table only, never a backup list. */
@@ -215,8 +245,10 @@ YH_EXPORT plist_t GetDeletedContentList(BackupDevice* device, iDeviceContentType
  * ("live", "freelist", "freeblock", "unallocated", "wal", "journal"),
  * "status" ("live", "deleted", "earlier-version"), "rowid" (when known),
  * "file" ("database", "wal", "journal") and "offset" (of the cell in that
- * file), and "values" keyed by column name (a NULL has no key; blobs are
- * data; a negative integer is a real, or its decimal text below -2^53).
+ * file), "partial" (true, only for a record whose overflow chain was cut:
+ * the values past the cut have no key, a text or blob cut keeps its start),
+ * and "values" keyed by column name (a NULL has no key; blobs are data; a
+ * negative integer is a real, or its decimal text below -2^53).
  * NULL when `path` is no regular file. Free it with plist_free. */
 YH_EXPORT plist_t CarveDatabaseFile(const char* path, const char* walPath, const char* journalPath,
                                     int32_t includeLive);

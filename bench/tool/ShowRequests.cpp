@@ -9,7 +9,7 @@ bool MakeShowRequests(const std::string& folder) {
   BackupDevice* devices = GetBackupDeviceListAt(folder.c_str());
   const bool analysed = devices && service->AnalyzeBackup(devices) == 1;
   if (analysed) {
-    for (int type = ContentCallHistory; type <= ContentVoicemail; ++type) {
+    for (int type = ContentCallHistory; type <= ContentWhatsAppCalls; ++type) {
       plist_free(service->GetContentList(devices, static_cast<iDeviceContentType>(type)));
     }
   }

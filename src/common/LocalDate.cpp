@@ -40,10 +40,13 @@ std::optional<int64_t> StoredSeconds(const char* stored) {
 }
 
 // The stored instant as seconds since 1970, not yet checked against the host.
+// A stored 0 is what devices write where there is no date (an attachment's
+// creation, a reminder never completed): the epoch itself is no record's date.
 std::optional<time_t> StoredInstant(const char* stored, TimeBase base) {
   const std::optional<int64_t> seconds = StoredSeconds(stored);
-  if (!seconds) return std::nullopt;
-  return static_cast<time_t>(*seconds + (base == TimeBase::Since2001 ? kUnixTo2001 : 0));
+  if (!seconds || *seconds == 0) return std::nullopt;
+  const bool since2001 = base == TimeBase::Since2001 || (base == TimeBase::ByMagnitude && *seconds < kUnixTo2001);
+  return static_cast<time_t>(*seconds + (since2001 ? kUnixTo2001 : 0));
 }
 
 }  // namespace

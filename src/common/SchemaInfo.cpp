@@ -1,17 +1,6 @@
 #include "common/SchemaInfo.h"
 
-#include <algorithm>
-#include <cctype>
-
-namespace {
-
-std::string Lower(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return text;
-}
-
-}  // namespace
+#include "common/TextHelpers.h"
 
 SchemaInfo::SchemaInfo(Database& database) {
   Database::Statement columns(
@@ -19,15 +8,15 @@ SchemaInfo::SchemaInfo(Database& database) {
   while (columns.Step()) {
     const char* table = columns.Text(0);
     const char* column = columns.Text(1);
-    if (table && column) columns_[Lower(table)].insert(Lower(column));
+    if (table && column) columns_[AsciiLower(table)].insert(AsciiLower(column));
   }
 }
 
-bool SchemaInfo::HasTable(const std::string& table) const { return columns_.count(Lower(table)) != 0; }
+bool SchemaInfo::HasTable(const std::string& table) const { return columns_.count(AsciiLower(table)) != 0; }
 
 bool SchemaInfo::HasColumn(const std::string& table, const std::string& column) const {
-  const auto found = columns_.find(Lower(table));
-  return found != columns_.end() && found->second.count(Lower(column)) != 0;
+  const auto found = columns_.find(AsciiLower(table));
+  return found != columns_.end() && found->second.count(AsciiLower(column)) != 0;
 }
 
 std::string SchemaInfo::ColumnOrNull(const std::string& table, const std::string& column,
@@ -42,5 +31,11 @@ std::string SchemaInfo::SelectList(const std::string& table, std::initializer_li
   for (const char* column : columns) {
     list.append(list.empty() ? "" : ", ").append(ColumnOrNull(table, column, alias)).append(" AS ").append(column);
   }
+  return list;
+}
+
+std::string NullSelectList(std::initializer_list<const char*> columns) {
+  std::string list;
+  for (const char* column : columns) list.append(list.empty() ? "" : ", ").append("NULL AS ").append(column);
   return list;
 }

@@ -31,4 +31,8 @@ class SchemaInfo {
   std::map<std::string, std::set<std::string>> columns_;
 };
 
+// "NULL AS column" for each column, separated by commas: the select list of
+// a table a query could not join.
+std::string NullSelectList(std::initializer_list<const char*> columns);
+
 #endif

@@ -120,3 +120,10 @@ std::string TakeMallocText(char* text) {
   std::free(text);
   return copy;
 }
+
+std::string AsciiLower(std::string text) {
+  for (char& c : text) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return text;
+}

@@ -24,4 +24,8 @@ FILE* YHfopen(const char* path, const char* mode);
 // string (empty for NULL); the block is freed.
 std::string TakeMallocText(char* text);
 
+// The text with A to Z made a to z and every other byte kept: names stored
+// in databases compare without regard to case, whatever the host's locale.
+std::string AsciiLower(std::string text);
+
 #endif

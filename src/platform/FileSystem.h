@@ -70,6 +70,10 @@ bool CloseFile(int fd);
 // Reads up to `size` bytes, going on after interruptions: the count read,
 // 0 at the end, -1 on an error.
 long long ReadSome(int fd, void* data, size_t size);
+// Reads up to `size` bytes at `offset` of the file, going on after
+// interruptions and short reads: the count read (fewer only at the end of
+// the file), -1 on an error. The descriptor's own offset is left undefined.
+long long ReadAt(int fd, void* data, size_t size, uint64_t offset);
 // Writes every byte, going on after short writes; false on an error.
 bool WriteAll(int fd, const void* data, size_t size);
 // What the open file is; false when the system cannot tell.

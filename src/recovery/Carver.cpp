@@ -14,10 +14,19 @@ int VarintLength(int64_t value) {
   return length;
 }
 
-int TypesLength(const std::vector<int64_t>& types) {
-  int total = 0;
+int64_t TypesLength(const std::vector<int64_t>& types) {
+  int64_t total = 0;
   for (int64_t type : types) total += VarintLength(type);
   return total;
+}
+
+// The length of a record's header with these serial types: its own varint
+// (two bytes from some 126 columns on), then theirs.
+int64_t HeaderLength(const std::vector<int64_t>& types) {
+  const int64_t typesLength = TypesLength(types);
+  int length = 1;
+  while (VarintLength(typesLength + length) > length) ++length;
+  return typesLength + length;
 }
 
 // The 4 bytes of a freeblock's own header.
@@ -28,6 +37,20 @@ const size_t kMaxFragment = 3;
 // Longest payload-length and rowid varints before a record header that a
 // carved freeblock cell is looked for after.
 const size_t kMaxPrefix = 9;
+
+// Whether the bytes from `from` up to `end` are the last bytes of the varint
+// of `headerLength` (the ones before `from` were overwritten).
+bool HeaderLengthEndsAt(std::string_view region, size_t from, size_t end, int64_t headerLength) {
+  const int size = VarintLength(headerLength);
+  for (int i = 0; i < size; ++i) {
+    const size_t at = end - size + i;
+    if (at < from) continue;
+    const int shift = 7 * (size - 1 - i);
+    const uint8_t expected = static_cast<uint8_t>(((headerLength >> shift) & 0x7f) | (i + 1 < size ? 0x80 : 0));
+    if (static_cast<uint8_t>(region[at]) != expected) return false;
+  }
+  return true;
+}
 
 }  // namespace
 
@@ -60,21 +83,29 @@ bool Carver::Fits(const std::vector<int64_t>& types) const {
   return true;
 }
 
-std::optional<CarvedRecord> Carver::Assemble(std::string_view page, size_t cellStart, size_t payloadStart, size_t limit,
+std::optional<CarvedRecord> Carver::Assemble(std::string_view page, size_t cellStart, size_t typesStart, size_t limit,
                                              const std::vector<int64_t>& types) const {
   if (!Fits(types)) return std::nullopt;
-  const int64_t headerLength = 1 + TypesLength(types);
+  const int64_t headerLength = HeaderLength(types);
   const int64_t body = BodyLength(types);
-  // A body of no bytes (only NULLs, 0s and 1s) is no evidence of a row: zeroed bytes decode so.
-  if (headerLength > 127 || body <= 0) return std::nullopt;
+  const size_t headerLengthSize = VarintLength(headerLength);
+  // A body of no bytes (only NULLs, 0s and 1s) is no evidence of a row:
+  // zeroed bytes decode so. The payload's length and the rowid take a byte each at least.
+  if (body <= 0 || typesStart < cellStart + 2 + headerLengthSize) return std::nullopt;
   std::string storage;
   std::string_view payload;
   CarvedRecord record;
-  if (!ReadPayload(image_, page, payloadStart, limit, headerLength + body, &storage, &payload, &record.end,
-                   &trunkPages_)) {
+  if (!ReadPayload(image_, CellKind::TableLeaf, page, typesStart - headerLengthSize, limit, headerLength + body,
+                   &storage, &payload, &record.end, &trunkPages_) ||
+      payload.size() <= static_cast<size_t>(headerLength)) {
     return std::nullopt;
   }
-  if (!DecodeBody(payload.substr(headerLength), types, image_.Header().encoding, &record.values)) {
+  const TextEncoding encoding = image_.Header().encoding;
+  const std::string_view stored = payload.substr(headerLength);
+  // Cut short where its overflow chain reached a freelist trunk.
+  record.partial = stored.size() < static_cast<uint64_t>(body);
+  if (!(record.partial ? DecodeBodyStart(stored, types, encoding, &record.values)
+                       : DecodeBody(stored, types, encoding, &record.values))) {
     return std::nullopt;
   }
   for (const SqlValue& value : record.values) {
@@ -95,19 +126,22 @@ std::optional<CarvedRecord> Carver::CellAt(std::string_view page, size_t offset,
   const int rowidLength = ReadVarint(region, offset + sizeLength, &rowid);
   if (rowidLength == 0 || rowid <= 0) return std::nullopt;
   const size_t payloadStart = offset + sizeLength + rowidLength;
-  const int headerLengthLength = ReadVarint(region, payloadStart, &headerLength);
-  // One byte of header length, then at least one byte per column's type.
+  const int headerLengthSize = ReadVarint(region, payloadStart, &headerLength);
+  // The header length, then at least one byte per column's type.
   const int64_t columns = static_cast<int64_t>(table_.columns.size());
-  if (headerLengthLength != 1 || headerLength < 1 + columns || headerLength > 1 + 9 * columns ||
-      payloadSize < headerLength) {
+  if (headerLengthSize == 0 || headerLengthSize > 3 || headerLength < headerLengthSize + columns ||
+      headerLength > headerLengthSize + 9 * columns || payloadSize < headerLength) {
     return std::nullopt;
   }
   std::vector<int64_t> types;
   size_t typesEnd = 0;
-  if (!ReadSerialTypes(region, payloadStart + 1, table_.columns.size(), &types, &typesEnd)) return std::nullopt;
-  if (static_cast<int64_t>(typesEnd - payloadStart) != headerLength) return std::nullopt;
+  const size_t typesStart = payloadStart + headerLengthSize;
+  if (!ReadSerialTypes(region, typesStart, table_.columns.size(), &types, &typesEnd)) return std::nullopt;
+  if (static_cast<int64_t>(typesEnd - payloadStart) != headerLength || HeaderLength(types) != headerLength) {
+    return std::nullopt;
+  }
   if (headerLength + BodyLength(types) != payloadSize || BodyLength(types) < 0) return std::nullopt;
-  std::optional<CarvedRecord> record = Assemble(page, offset, payloadStart, limit, types);
+  std::optional<CarvedRecord> record = Assemble(page, offset, typesStart, limit, types);
   if (record) record->rowid = rowid;
   return record;
 }
@@ -134,6 +168,21 @@ std::vector<int64_t> Carver::TypesOfLength(size_t column, int64_t length, const 
   return candidates;
 }
 
+bool Carver::FreedCellsFill(std::string_view page, size_t from, size_t limit) const {
+  size_t at = from;
+  while (at + kMaxFragment < limit) {
+    if (std::optional<CarvedRecord> cell = CellAt(page, at, limit)) {
+      at = cell->end;
+      continue;
+    }
+    if (at + kFreeblockHeader > limit) return false;
+    const size_t size = ReadUInt16(page, at + 2);
+    if (size < kFreeblockHeader || at + size > limit) return false;
+    at += size;
+  }
+  return true;
+}
+
 std::optional<CarvedRecord> Carver::FreeblockCell(std::string_view page, size_t offset, size_t limit,
                                                   const std::vector<int64_t>& firstTypes) const {
   limit = std::min(limit, page.size());
@@ -151,7 +200,7 @@ std::optional<CarvedRecord> Carver::FreeblockCell(std::string_view page, size_t 
   auto withFirst = [&](int64_t first) {
     std::vector<int64_t> types{first};
     types.insert(types.end(), rest.begin(), rest.end());
-    return Assemble(page, offset, offset + 2, limit, types);
+    return Assemble(page, offset, offset + 3, limit, types);
   };
   if (restRead) {
     const int64_t known = static_cast<int64_t>(restEnd - offset) + BodyLength(rest);
@@ -164,22 +213,42 @@ std::optional<CarvedRecord> Carver::FreeblockCell(std::string_view page, size_t 
       }
     }
   }
-  // Longer payload-length or rowid varints: every serial type survives, the
-  // header length byte just before them (overwritten when they start at once).
+  // Longer payload-length, rowid or header-length varints: every serial type
+  // survives, and the end of the header length's varint just before them
+  // unless they start at once.
   for (size_t start = typesStart; start <= typesStart + kMaxPrefix && start < limit; ++start) {
     std::vector<int64_t> types;
     size_t typesEnd = 0;
     if (!ReadSerialTypes(region, start, columns, &types, &typesEnd)) continue;
-    const bool lengthSeen = start > typesStart && static_cast<uint8_t>(region[start - 1]) == typesEnd - start + 1;
+    const bool lengthSeen = start > typesStart && HeaderLengthEndsAt(region, typesStart, start, HeaderLength(types));
     if (start > typesStart && !lengthSeen) continue;
-    std::optional<CarvedRecord> record = Assemble(page, offset, start - 1, limit, types);
+    std::optional<CarvedRecord> record = Assemble(page, offset, start, limit, types);
     if (record && (lengthSeen || fillsBlock(*record))) return record;
   }
-  // The block holds more than this cell: the intact records say the first type.
-  if (restRead) {
-    for (int64_t first : firstTypes) {
-      if (!TypeFits(0, first) || VarintLength(first) != 1) continue;
+  if (!restRead) return std::nullopt;
+  // The block holds more than this cell. The cells freed after it that the
+  // block took in lead from its end to the block's end: the first type is
+  // one whose record ends where they begin.
+  std::vector<CarvedRecord> ending;
+  std::vector<int64_t> endingTypes;
+  const int64_t known = static_cast<int64_t>(restEnd - offset) + BodyLength(rest);
+  for (int64_t length = 0; length <= static_cast<int64_t>(limit - offset) - known; ++length) {
+    for (int64_t first : TypesOfLength(0, length, {})) {
+      std::optional<CarvedRecord> record = withFirst(first);
+      if (!record || !FreedCellsFill(page, record->end, limit)) continue;
+      ending.push_back(std::move(*record));
+      endingTypes.push_back(first);
+    }
+  }
+  if (ending.size() == 1) return ending[0];
+  // Else the intact records say the first type, among those if any.
+  for (int64_t first : firstTypes) {
+    if (!TypeFits(0, first) || VarintLength(first) != 1) continue;
+    if (ending.empty()) {
       if (std::optional<CarvedRecord> record = withFirst(first)) return record;
+    } else {
+      const auto found = std::find(endingTypes.begin(), endingTypes.end(), first);
+      if (found != endingTypes.end()) return ending[found - endingTypes.begin()];
     }
   }
   return std::nullopt;

@@ -17,13 +17,16 @@ struct CarvedRecord {
   SqlValues values;
   size_t offset = 0;  // where the cell began on its page
   size_t end = 0;     // after its local part
+  bool partial = false;  // its overflow chain was cut: values past the cut are NULL
 };
 
 // Rebuilds records of one table from free bytes. A record is returned only
 // when all of it decodes consistently with the table: one serial type per
 // column, each allowed by the column's declared type, lengths inside the
 // region (or its overflow chain), texts valid in the database's encoding
-// and free of zero bytes, and a body of at least one byte.
+// and free of zero bytes, and a body of at least one byte. A record whose
+// overflow chain runs into a freelist trunk (whose first bytes were
+// overwritten) is given as far as the chain goes, marked partial.
 class Carver {
  public:
   // Overflow chains through `trunkPages` (freelist trunks, whose first
@@ -53,10 +56,16 @@ class Carver {
   std::vector<Affinity> affinities_;
 
   bool TypeFits(size_t column, int64_t type) const;
-  // The record whose payload starts at payloadStart with these serial types
-  // (its header length taking one byte), through its overflow chain.
-  std::optional<CarvedRecord> Assemble(std::string_view page, size_t cellStart, size_t payloadStart, size_t limit,
+  // The record whose serial types, these, start at typesStart (after the
+  // header length's varint), through its overflow chain. A chain that
+  // reaches a freelist trunk gives the record's start, marked partial.
+  std::optional<CarvedRecord> Assemble(std::string_view page, size_t cellStart, size_t typesStart, size_t limit,
                                        const std::vector<int64_t>& types) const;
+  // Whether cells freed after a block's first fill page[from, limit): a cell
+  // freed next to a free block joined it whole; one freed before the block
+  // kept the header it got then, whose size is the cell's (or more, when it
+  // took in free space after it).
+  bool FreedCellsFill(std::string_view page, size_t from, size_t limit) const;
   // Serial types of a value of `length` bytes the column allows.
   std::vector<int64_t> TypesOfLength(size_t column, int64_t length, const std::vector<int64_t>& seen) const;
 };

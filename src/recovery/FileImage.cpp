@@ -1,20 +1,40 @@
 #include "recovery/FileImage.h"
 
+#include <algorithm>
+#include <string>
+
 #include "recovery/JournalPages.h"
 #include "recovery/WalFrames.h"
 
 namespace {
 
 const uint32_t kDefaultPageSize = 4096;
+// A tree walk holds a page per level and reads overflow chains on the way;
+// a few dozen pages keep its interior pages at hand.
+const size_t kCachedPages = 32;
+const size_t kHeaderSize = 100;
+
+DatabaseHeader HeaderOf(const ByteSource& source, uint64_t offset) {
+  std::string buffer;
+  return ReadDatabaseHeader(source.Read(offset, kHeaderSize, &buffer));
+}
 
 }  // namespace
 
 FileImage::FileImage(std::string_view database, std::string_view wal, std::string_view journal)
-    : database_(database), header_(ReadDatabaseHeader(database)) {
-  WalFrames frames = ReadWalFrames(wal, header_.pageSize);
+    : FileImage(std::make_unique<MemoryBytes>(database), std::make_unique<MemoryBytes>(wal),
+                std::make_unique<MemoryBytes>(journal)) {}
+
+FileImage::FileImage(std::unique_ptr<ByteSource> database, std::unique_ptr<ByteSource> wal,
+                     std::unique_ptr<ByteSource> journal)
+    : files_{std::move(database), std::move(wal), std::move(journal)},
+      header_(HeaderOf(*files_[0], 0)),
+      cache_(kCachedPages) {
+  WalFrames frames = ReadWalFrames(*files_[1], header_.pageSize);
   if (header_.pageSize == 0) header_.pageSize = frames.pageSize != 0 ? frames.pageSize : kDefaultPageSize;
   if (frames.pageSize != header_.pageSize) frames = WalFrames{};
-  for (const PageImage& frame : frames.committed) {
+  pageSizes_[0] = pageSizes_[1] = header_.pageSize;
+  for (const PageLocation& frame : frames.committed) {
     auto found = walPages_.find(frame.number);
     if (found != walPages_.end()) {
       earlier_.push_back(found->second);
@@ -23,34 +43,43 @@ FileImage::FileImage(std::string_view database, std::string_view wal, std::strin
       walPages_.emplace(frame.number, frame);
     }
   }
-  const uint32_t filePages = static_cast<uint32_t>(database.size() / header_.pageSize +
-                                                   (database.size() % header_.pageSize != 0));
+  const uint64_t size = files_[0]->Size();
+  const uint32_t filePages =
+      static_cast<uint32_t>(std::min<uint64_t>(size / header_.pageSize + (size % header_.pageSize != 0), UINT32_MAX));
   for (const auto& [number, frame] : walPages_) {
     if (number <= filePages) earlier_.push_back(DatabasePage(number));
   }
   earlier_.insert(earlier_.end(), frames.others.begin(), frames.others.end());
   const uint32_t reserved = header_.reservedBytes;
   if (walPages_.count(1) != 0) {
-    const DatabaseHeader latest = ReadDatabaseHeader(walPages_.at(1).bytes);
+    const DatabaseHeader latest = HeaderOf(*files_[1], walPages_.at(1).fileOffset);
     if (latest.pageSize == header_.pageSize) header_ = latest;
   }
   header_.reservedBytes = reserved;
-  pageCount_ = frames.databasePages != 0 ? frames.databasePages : filePages;
-  const std::vector<PageImage> journalPages = ReadJournalPages(journal, header_.pageSize, pageCount_);
-  earlier_.insert(earlier_.end(), journalPages.begin(), journalPages.end());
+  // Every page of the current state is in the main file or a committed frame.
+  const uint64_t stored = static_cast<uint64_t>(filePages) + walPages_.size();
+  pageCount_ = frames.databasePages != 0 ? static_cast<uint32_t>(std::min<uint64_t>(frames.databasePages, stored))
+                                         : filePages;
+  const JournalPages journalPages = ReadJournalPages(*files_[2], header_.pageSize, pageCount_);
+  pageSizes_[2] = journalPages.pageSize;
+  earlier_.insert(earlier_.end(), journalPages.pages.begin(), journalPages.pages.end());
 }
 
-PageImage FileImage::DatabasePage(uint32_t number) const {
-  PageImage image{number, {}, StoredIn::Database, 0};
-  const uint64_t offset = static_cast<uint64_t>(number - 1) * header_.pageSize;
-  if (number == 0 || offset >= database_.size()) return image;
-  image.bytes = database_.substr(offset, header_.pageSize);
-  image.fileOffset = offset;
-  return image;
+PageLocation FileImage::DatabasePage(uint32_t number) const {
+  return {number, StoredIn::Database, static_cast<uint64_t>(number - 1) * header_.pageSize};
+}
+
+PageImage FileImage::Read(const PageLocation& where) const {
+  const size_t file = static_cast<size_t>(where.file);
+  return cache_.Read(*files_[file], where, pageSizes_[file]);
 }
 
 PageImage FileImage::Page(uint32_t number) const {
-  if (number == 0 || number > pageCount_) return {number, {}, StoredIn::Database, 0};
+  if (number == 0 || number > pageCount_) {
+    PageImage none;
+    none.number = number;
+    return none;
+  }
   const auto found = walPages_.find(number);
-  return found != walPages_.end() ? found->second : DatabasePage(number);
+  return Read(found != walPages_.end() ? found->second : DatabasePage(number));
 }

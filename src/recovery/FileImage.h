@@ -2,20 +2,28 @@
 #define YH_RECOVERY_FILEIMAGE_H
 
 #include <cstdint>
-#include <string_view>
 #include <map>
+#include <memory>
+#include <string_view>
 #include <vector>
 
+#include "recovery/ByteSource.h"
 #include "recovery/DatabaseHeader.h"
+#include "recovery/PageCache.h"
 #include "recovery/PageImage.h"
 
 // A database as its stored bytes show it, never opened through SQLite: the
 // main file with the committed frames of its -wal laid over it (the current
-// state), plus every earlier version of a page the files still hold. Holds
-// views: the caller keeps the three files' bytes alive.
+// state), plus every earlier version of a page the files still hold. Pages
+// are read when asked for, through a cache of a few pages: what it holds is
+// the files' headers and where each -wal frame and journal image lies.
 class FileImage {
  public:
-  FileImage(std::string_view database, std::string_view wal = {}, std::string_view journal = {});
+  // Of bytes in memory, which the caller keeps alive.
+  explicit FileImage(std::string_view database, std::string_view wal = {}, std::string_view journal = {});
+  // Of stored files; a missing log is a source of no bytes.
+  FileImage(std::unique_ptr<ByteSource> database, std::unique_ptr<ByteSource> wal,
+            std::unique_ptr<ByteSource> journal);
 
   // Of the current state (page 1 of the -wal when it holds one).
   const DatabaseHeader& Header() const { return header_; }
@@ -28,16 +36,19 @@ class FileImage {
   // Every other version the files hold: frames of the -wal that are not the
   // current version of their page, main-file pages that a committed frame
   // replaces, and the journal's page images.
-  const std::vector<PageImage>& EarlierImages() const { return earlier_; }
+  const std::vector<PageLocation>& EarlierPages() const { return earlier_; }
+  PageImage Read(const PageLocation& where) const;
 
  private:
-  std::string_view database_;
+  std::unique_ptr<ByteSource> files_[3];  // by StoredIn
+  uint32_t pageSizes_[3] = {};            // of each file's pages
   DatabaseHeader header_;
   uint32_t pageCount_ = 0;
-  std::map<uint32_t, PageImage> walPages_;
-  std::vector<PageImage> earlier_;
+  std::map<uint32_t, PageLocation> walPages_;
+  std::vector<PageLocation> earlier_;
+  mutable PageCache cache_;
 
-  PageImage DatabasePage(uint32_t number) const;
+  PageLocation DatabasePage(uint32_t number) const;
 };
 
 #endif

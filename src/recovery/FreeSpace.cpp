@@ -1,8 +1,8 @@
 #include "recovery/FreeSpace.h"
 
 #include <algorithm>
-#include <unordered_set>
 
+#include "recovery/PageSet.h"
 #include "recovery/Varint.h"
 
 std::vector<FreeRegion> Freeblocks(std::string_view page, const BtreePage& header, uint32_t usableSize) {
@@ -27,10 +27,10 @@ FreeRegion UnallocatedGap(const BtreePage& header, uint32_t usableSize) {
 
 Freelist FreelistPages(const FileImage& image) {
   Freelist pages;
-  std::unordered_set<uint32_t> seen;
+  PageSet seen(image.PageCount());
   const uint32_t usable = image.Header().UsableSize();
   uint32_t trunk = image.Header().freelistTrunk;
-  while (trunk != 0 && trunk <= image.PageCount() && seen.insert(trunk).second) {
+  while (trunk != 0 && trunk <= image.PageCount() && seen.Insert(trunk)) {
     const PageImage page = image.Page(trunk);
     if (page.bytes.size() < 8) break;
     pages.trunks.push_back(trunk);
@@ -38,7 +38,7 @@ Freelist FreelistPages(const FileImage& image) {
     const uint32_t leaves = std::min<uint32_t>(ReadUInt32(page.bytes, 4), static_cast<uint32_t>((room - 8) / 4));
     for (uint32_t i = 0; i < leaves; ++i) {
       const uint32_t leaf = ReadUInt32(page.bytes, 8 + 4 * i);
-      if (leaf != 0 && leaf <= image.PageCount() && seen.insert(leaf).second) pages.leaves.push_back(leaf);
+      if (leaf != 0 && leaf <= image.PageCount() && seen.Insert(leaf)) pages.leaves.push_back(leaf);
     }
     trunk = ReadUInt32(page.bytes, 0);
   }

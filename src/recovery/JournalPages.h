@@ -2,9 +2,9 @@
 #define YH_RECOVERY_JOURNALPAGES_H
 
 #include <cstdint>
-#include <string_view>
 #include <vector>
 
+#include "recovery/ByteSource.h"
 #include "recovery/PageImage.h"
 
 // The page images of a rollback journal: each record is a page number, the
@@ -12,6 +12,12 @@
 // zeroed (persist mode) or is damaged is read with the database's page size,
 // its header taken to fill the smallest sector after which a record names a
 // page from 1 to `pageCount`. A record with page number 0 ends a segment.
-std::vector<PageImage> ReadJournalPages(std::string_view journal, uint32_t databasePageSize, uint32_t pageCount);
+// Each image is located by the offset of its page's bytes; the journal is
+// read a few bytes at a time.
+struct JournalPages {
+  uint32_t pageSize = 0;  // the header's, else the database's
+  std::vector<PageLocation> pages;
+};
+JournalPages ReadJournalPages(const ByteSource& journal, uint32_t databasePageSize, uint32_t pageCount);
 
 #endif

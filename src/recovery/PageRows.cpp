@@ -12,21 +12,28 @@ PageRows::PageRows(const FileImage& image, const std::vector<TableShape>& tables
   for (const TableShape& table : tables) carvers_.emplace_back(image, table, trunkPages);
 }
 
+void LabelRow(const PageImage& page, size_t table, const TableShape& shape, std::optional<int64_t> rowid,
+              size_t offset, RowSource source, RecoveredRow* row) {
+  row->table = table;
+  row->rowid = rowid;
+  row->values.resize(shape.columns.size());
+  const int alias = shape.rowidColumn;
+  if (alias >= 0 && rowid && row->values[alias].kind == SqlValue::Kind::Null) {
+    row->values[alias].kind = SqlValue::Kind::Integer;
+    row->values[alias].integer = *rowid;
+  }
+  row->source = source;
+  row->status = RowStatus::Live;
+  row->file = page.file;
+  row->offset = page.fileOffset + offset;
+}
+
 void PageRows::Add(const PageImage& page, size_t table, CarvedRecord record, RowSource source,
                    std::vector<RecoveredRow>* rows) const {
   RecoveredRow row;
-  row.table = table;
-  row.rowid = record.rowid;
   row.values = std::move(record.values);
-  row.values.resize(tables_[table].columns.size());
-  const int alias = tables_[table].rowidColumn;
-  if (alias >= 0 && row.rowid && row.values[alias].kind == SqlValue::Kind::Null) {
-    row.values[alias].kind = SqlValue::Kind::Integer;
-    row.values[alias].integer = *row.rowid;
-  }
-  row.source = source;
-  row.file = page.file;
-  row.offset = page.fileOffset + record.offset;
+  row.partial = record.partial;
+  LabelRow(page, table, tables_[table], record.rowid, record.offset, source, &row);
   rows->push_back(std::move(row));
 }
 
@@ -95,7 +102,44 @@ void PageRows::CarveEmptiedPage(const PageImage& page, size_t start, size_t end,
   }
 }
 
-void PageRows::Read(const PageImage& page, const std::vector<size_t>& candidates, bool owned, PageSources sources,
+void PageRows::CarveLeaf(const PageImage& page, const BtreePage& header, const std::vector<size_t>& candidates,
+                         const std::vector<int64_t>& firstTypes, PageSources sources,
+                         std::vector<RecoveredRow>* rows) const {
+  const uint32_t usable = image_.Header().UsableSize();
+  for (const FreeRegion& block : Freeblocks(page.bytes, header, usable)) {
+    Carve(page, block.offset, block.offset + block.size, true, candidates, firstTypes, sources.freeblocks, rows);
+  }
+  const FreeRegion gap = UnallocatedGap(header, usable);
+  Carve(page, gap.offset, gap.offset + gap.size, false, candidates, firstTypes, sources.unallocated, rows);
+  CarveFreedTail(page, gap.offset, gap.offset + gap.size, candidates, firstTypes, sources.unallocated, rows);
+  if (header.cellCount == 0) CarveEmptiedPage(page, gap.offset, gap.offset + gap.size, candidates, sources.unallocated, rows);
+}
+
+void PageRows::ReadCells(const PageImage& page, const BtreePage& header, size_t table,
+                         const std::function<void(RecoveredRow&)>& visit) const {
+  const uint32_t usable = image_.Header().UsableSize();
+  TableCell cell;
+  RecoveredRow row;
+  for (uint32_t offset : CellOffsets(page.bytes, header, usable)) {
+    if (!ReadTableCell(image_, page.bytes, offset, usable, &cell)) continue;
+    // The two keep their texts' room for the cells that follow.
+    std::swap(row.values, cell.values);
+    LabelRow(page, table, tables_[table], cell.rowid, offset, RowSource::Live, &row);
+    visit(row);
+  }
+}
+
+void PageRows::CarveFreeSpace(const PageImage& page, const BtreePage& header, size_t table,
+                              std::vector<RecoveredRow>* rows) const {
+  const uint32_t usable = image_.Header().UsableSize();
+  std::vector<int64_t> firstTypes;
+  for (uint32_t offset : CellOffsets(page.bytes, header, usable)) {
+    if (std::optional<int64_t> type = FirstSerialType(page.bytes, offset, usable)) firstTypes.push_back(*type);
+  }
+  CarveLeaf(page, header, {table}, firstTypes, {RowSource::Live, RowSource::Freeblock, RowSource::Unallocated}, rows);
+}
+
+void PageRows::Read(const PageImage& page, const std::vector<size_t>& candidates, PageSources sources,
                     std::vector<RecoveredRow>* rows) const {
   const uint32_t usable = image_.Header().UsableSize();
   if (page.bytes.size() < usable) return;
@@ -105,23 +149,17 @@ void PageRows::Read(const PageImage& page, const std::vector<size_t>& candidates
     return;
   }
   std::vector<int64_t> firstTypes;
+  TableCell cell;
   for (uint32_t offset : CellOffsets(page.bytes, *header, usable)) {
-    std::optional<TableCell> cell = ReadTableCell(image_, page.bytes, offset, usable);
-    if (!cell) continue;
+    if (!ReadTableCell(image_, page.bytes, offset, usable, &cell)) continue;
     for (size_t table : candidates) {
-      if (!owned && !carvers_[table].Fits(cell->types)) continue;
-      if (!cell->types.empty()) firstTypes.push_back(cell->types[0]);
-      Add(page, table, CarvedRecord{cell->rowid, std::move(cell->values), offset, cell->end}, sources.cells, rows);
+      if (!carvers_[table].Fits(cell.types)) continue;
+      if (!cell.types.empty()) firstTypes.push_back(cell.types[0]);
+      Add(page, table, CarvedRecord{cell.rowid, std::move(cell.values), offset, cell.end}, sources.cells, rows);
       break;
     }
   }
   // The first column's types in intact cells hint only for the page's own table.
   if (candidates.size() != 1) firstTypes.clear();
-  for (const FreeRegion& block : Freeblocks(page.bytes, *header, usable)) {
-    Carve(page, block.offset, block.offset + block.size, true, candidates, firstTypes, sources.freeblocks, rows);
-  }
-  const FreeRegion gap = UnallocatedGap(*header, usable);
-  Carve(page, gap.offset, gap.offset + gap.size, false, candidates, firstTypes, sources.unallocated, rows);
-  CarveFreedTail(page, gap.offset, gap.offset + gap.size, candidates, firstTypes, sources.unallocated, rows);
-  if (header->cellCount == 0) CarveEmptiedPage(page, gap.offset, gap.offset + gap.size, candidates, sources.unallocated, rows);
+  CarveLeaf(page, *header, candidates, firstTypes, sources, rows);
 }

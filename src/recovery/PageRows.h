@@ -1,9 +1,11 @@
 #ifndef YH_RECOVERY_PAGEROWS_H
 #define YH_RECOVERY_PAGEROWS_H
 
+#include <functional>
 #include <unordered_set>
 #include <vector>
 
+#include "recovery/BtreePage.h"
 #include "recovery/Carver.h"
 #include "recovery/FileImage.h"
 #include "recovery/RecoveredRow.h"
@@ -16,6 +18,12 @@ struct PageSources {
   RowSource unallocated;
 };
 
+// Makes `row`, whose values are already read, a row of table `table` (of
+// shape `shape`) from the record at page[offset]: the rowid alias column
+// holds the rowid when it is known.
+void LabelRow(const PageImage& page, size_t table, const TableShape& shape, std::optional<int64_t> rowid,
+              size_t offset, RowSource source, RecoveredRow* row);
+
 // Reads the rows of single page images: the cells of a table leaf page, and
 // records carved from its freeblocks and unallocated gap, or from the whole
 // page when it is no b-tree page (a freelist trunk, a page overwritten in part).
@@ -24,10 +32,22 @@ class PageRows {
   PageRows(const FileImage& image, const std::vector<TableShape>& tables,
            const std::unordered_set<uint32_t>& trunkPages);
 
-  // Rows of `page` for the candidate tables (indexes into the tables). A
-  // page of one known table (`owned`) gives its cells whatever their shape;
-  // otherwise a cell or carved record goes to the first candidate it fits.
-  void Read(const PageImage& page, const std::vector<size_t>& candidates, bool owned, PageSources sources,
+  // Calls visit with each live row of a leaf page of table `table`'s own
+  // tree: every cell that decodes, whatever its shape. The row given is
+  // overwritten by the next one.
+  void ReadCells(const PageImage& page, const BtreePage& header, size_t table,
+                 const std::function<void(RecoveredRow&)>& visit) const;
+
+  // Records carved from the freeblocks and unallocated gap of a leaf page of
+  // table `table`'s own tree; its cells' first serial types hint at the
+  // types that freeblock headers overwrote.
+  void CarveFreeSpace(const PageImage& page, const BtreePage& header, size_t table,
+                      std::vector<RecoveredRow>* rows) const;
+
+  // Rows of a page image outside the current state's trees, for the
+  // candidate tables (indexes into the tables): each cell or carved record
+  // goes to the first candidate it fits.
+  void Read(const PageImage& page, const std::vector<size_t>& candidates, PageSources sources,
             std::vector<RecoveredRow>* rows) const;
 
  private:
@@ -35,6 +55,9 @@ class PageRows {
   const std::vector<TableShape>& tables_;
   std::vector<Carver> carvers_;
 
+  // Records of the freeblocks and the unallocated gap of a table leaf page.
+  void CarveLeaf(const PageImage& page, const BtreePage& header, const std::vector<size_t>& candidates,
+                 const std::vector<int64_t>& firstTypes, PageSources sources, std::vector<RecoveredRow>* rows) const;
   // Records in page[start, end). A freeblock's first cell, and any cell
   // right after a record (freed next to it, or moved out of the content area
   // as part of a freeblock), may have lost its first four bytes.

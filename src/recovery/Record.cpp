@@ -46,36 +46,76 @@ int64_t SignedBigEndian(std::string_view bytes, size_t offset, int64_t length) {
   return static_cast<int64_t>(value);
 }
 
+// The value of one serial type from its stored bytes, overwriting `value`
+// (its text's room serves again); false for a text not valid in the encoding.
+bool DecodeValue(std::string_view stored, int64_t type, TextEncoding encoding, SqlValue* value) {
+  value->integer = 0;
+  value->real = 0;
+  value->bytes.clear();
+  if (type == 0) {
+    value->kind = SqlValue::Kind::Null;
+  } else if (type == 8 || type == 9) {
+    value->kind = SqlValue::Kind::Integer;
+    value->integer = type == 9;
+  } else if (type == 7) {
+    value->kind = SqlValue::Kind::Real;
+    const uint64_t bits = static_cast<uint64_t>(SignedBigEndian(stored, 0, 8));
+    std::memcpy(&value->real, &bits, sizeof bits);
+  } else if (type < 7) {
+    value->kind = SqlValue::Kind::Integer;
+    value->integer = SignedBigEndian(stored, 0, static_cast<int64_t>(stored.size()));
+  } else if (type % 2 == 0) {
+    value->kind = SqlValue::Kind::Blob;
+    value->bytes.assign(stored);
+  } else {
+    value->kind = SqlValue::Kind::Text;
+    return DecodeText(stored, encoding, &value->bytes);
+  }
+  return true;
+}
+
+// The start of a text cut at its end that is whole characters: up to three
+// bytes of a cut character are left out.
+bool DecodeTextStart(std::string_view stored, TextEncoding encoding, SqlValue* value) {
+  value->kind = SqlValue::Kind::Text;
+  const size_t unit = encoding == TextEncoding::Utf8 ? 1 : 2;
+  stored = stored.substr(0, stored.size() - stored.size() % unit);
+  for (size_t cut = 0; cut <= 3 && cut <= stored.size(); cut += unit) {
+    if (DecodeText(stored.substr(0, stored.size() - cut), encoding, &value->bytes)) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 bool DecodeBody(std::string_view body, const std::vector<int64_t>& types, TextEncoding encoding, SqlValues* values) {
-  values->clear();
-  values->reserve(types.size());
+  values->resize(types.size());
   size_t offset = 0;
-  for (int64_t type : types) {
-    const int64_t length = SerialTypeLength(type);
+  for (size_t i = 0; i < types.size(); ++i) {
+    const int64_t length = SerialTypeLength(types[i]);
     if (length < 0 || static_cast<uint64_t>(length) > body.size() - offset) return false;
-    SqlValue value;
-    if (type == 0) {
-      value.kind = SqlValue::Kind::Null;
-    } else if (type == 8 || type == 9) {
-      value.kind = SqlValue::Kind::Integer;
-      value.integer = type == 9;
-    } else if (type == 7) {
-      value.kind = SqlValue::Kind::Real;
-      const uint64_t bits = static_cast<uint64_t>(SignedBigEndian(body, offset, 8));
-      std::memcpy(&value.real, &bits, sizeof bits);
-    } else if (type < 7) {
-      value.kind = SqlValue::Kind::Integer;
-      value.integer = SignedBigEndian(body, offset, length);
-    } else if (type % 2 == 0) {
+    if (!DecodeValue(body.substr(offset, length), types[i], encoding, &(*values)[i])) return false;
+    offset += length;
+  }
+  return true;
+}
+
+bool DecodeBodyStart(std::string_view body, const std::vector<int64_t>& types, TextEncoding encoding,
+                     SqlValues* values) {
+  values->assign(types.size(), SqlValue());
+  size_t offset = 0;
+  for (size_t i = 0; i < types.size() && offset < body.size(); ++i) {
+    const int64_t length = SerialTypeLength(types[i]);
+    if (length < 0) return false;
+    SqlValue& value = (*values)[i];
+    if (static_cast<uint64_t>(length) <= body.size() - offset) {
+      if (!DecodeValue(body.substr(offset, length), types[i], encoding, &value)) return false;
+    } else if (types[i] >= 12 && types[i] % 2 == 0) {
       value.kind = SqlValue::Kind::Blob;
-      value.bytes.assign(body.substr(offset, length));
-    } else {
-      value.kind = SqlValue::Kind::Text;
-      if (!DecodeText(body.substr(offset, length), encoding, &value.bytes)) return false;
+      value.bytes.assign(body.substr(offset));
+    } else if (types[i] >= 13 && !DecodeTextStart(body.substr(offset), encoding, &value)) {
+      return false;
     }
-    values->push_back(std::move(value));
     offset += length;
   }
   return true;
@@ -85,7 +125,9 @@ bool DecodeRecord(std::string_view payload, TextEncoding encoding, SqlValues* va
   int64_t headerLength = 0;
   const int used = ReadVarint(payload, 0, &headerLength);
   if (used == 0 || headerLength < used || static_cast<uint64_t>(headerLength) > payload.size()) return false;
-  std::vector<int64_t> found;
+  std::vector<int64_t> local;
+  std::vector<int64_t>& found = types ? *types : local;
+  found.clear();
   size_t offset = used;
   while (offset < static_cast<size_t>(headerLength)) {
     int64_t type = 0;
@@ -95,7 +137,5 @@ bool DecodeRecord(std::string_view payload, TextEncoding encoding, SqlValues* va
     offset += length;
   }
   if (BodyLength(found) != static_cast<int64_t>(payload.size()) - headerLength) return false;
-  if (!DecodeBody(payload.substr(headerLength), found, encoding, values)) return false;
-  if (types) *types = std::move(found);
-  return true;
+  return DecodeBody(payload.substr(headerLength), found, encoding, values);
 }

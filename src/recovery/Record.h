@@ -21,11 +21,19 @@ bool ReadSerialTypes(std::string_view bytes, size_t offset, size_t count, std::v
 int64_t BodyLength(const std::vector<int64_t>& types);
 
 // The values of a record body laid out by the serial types; false when the
-// body is too short or a text is not valid in the encoding.
+// body is too short or a text is not valid in the encoding. The values it is
+// given are overwritten in place, so that their texts' room serves again.
 bool DecodeBody(std::string_view body, const std::vector<int64_t>& types, TextEncoding encoding, SqlValues* values);
 
+// The values of a body cut short (its end lost): those it holds whole, then
+// the start of a text or blob it cuts (whole characters of a text), then
+// NULLs. False when a text it holds is not valid in the encoding.
+bool DecodeBodyStart(std::string_view body, const std::vector<int64_t>& types, TextEncoding encoding,
+                     SqlValues* values);
+
 // A whole record (header length, serial types, body) that fills `payload`
-// exactly; false for anything inconsistent.
+// exactly; false for anything inconsistent. `types`, when given, receives
+// the serial types (also of a record refused for its body).
 bool DecodeRecord(std::string_view payload, TextEncoding encoding, SqlValues* values,
                   std::vector<int64_t>* types = nullptr);
 

@@ -4,14 +4,16 @@
 #include "recovery/FileImage.h"
 #include "recovery/RecoveredRow.h"
 
-// Every row the files hold for the tables of the schema: the live rows of
-// the current state, then rows carved from its freelist pages, freeblocks and
-// unallocated gaps, then those of every earlier page image (-wal frames,
-// replaced main-file pages, journal pages). A row that is not live is
-// reported once: deleted when no live row has its rowid, an earlier version
-// when a live row has its rowid but other values, and not at all when a live
-// row has its rowid and values (or, rowid unknown, its values). WITHOUT ROWID tables are
-// listed but not read.
-RecoveredRows RecoverRows(const FileImage& image);
+// Every row the files hold for the tables of the schema: rows carved from
+// the current state's freeblocks, unallocated gaps and freelist pages, and
+// those of every earlier page image (-wal frames, replaced main-file pages,
+// journal pages); with `withLive`, first the live rows of the current state.
+// A row that is not live is reported once: deleted when no live row has its
+// rowid, an earlier version when a live row has its rowid but other values,
+// and not at all when a live row has its rowid and values (or, rowid
+// unknown, its values). WITHOUT ROWID tables are listed but not read. Live
+// rows are read twice, page by page, and kept only when asked for: what is
+// held is the rows returned.
+RecoveredRows RecoverRows(const FileImage& image, bool withLive);
 
 #endif

@@ -24,6 +24,8 @@ struct RecoveredRow {
   SqlValues values;  // one per column; the rowid alias holds the rowid when known
   RowSource source = RowSource::Live;
   RowStatus status = RowStatus::Live;
+  std::optional<int64_t> liveRowid;  // an earlier version's live row, by its rowid
+  bool partial = false;  // its record was cut short: the values past the cut are NULL
   StoredIn file = StoredIn::Database;
   uint64_t offset = 0;  // of the cell in its file
 };

@@ -34,6 +34,7 @@ plist_t RowNode(const RecoveredRows& recovered, const RecoveredRow& row) {
   if (row.rowid) plist_dict_set_item(node, "rowid", ValueNode(SqlValue{SqlValue::Kind::Integer, *row.rowid, 0, {}}));
   plist_dict_set_item(node, "file", plist_new_string(StoredInName(row.file)));
   plist_dict_set_item(node, "offset", plist_new_uint(row.offset));
+  if (row.partial) plist_dict_set_item(node, "partial", plist_new_bool(1));
   plist_t values = plist_new_dict();
   for (size_t i = 0; i < row.values.size() && i < table.columns.size(); ++i) {
     if (plist_t value = ValueNode(row.values[i])) plist_dict_set_item(values, table.columns[i].name.c_str(), value);
@@ -44,10 +45,8 @@ plist_t RowNode(const RecoveredRows& recovered, const RecoveredRow& row) {
 
 }  // namespace
 
-plist_t RowsPlist(const RecoveredRows& recovered, bool withLive) {
+plist_t RowsPlist(const RecoveredRows& recovered) {
   plist_t rows = plist_new_array();
-  for (const RecoveredRow& row : recovered.rows) {
-    if (withLive || row.status != RowStatus::Live) plist_array_append_item(rows, RowNode(recovered, row));
-  }
+  for (const RecoveredRow& row : recovered.rows) plist_array_append_item(rows, RowNode(recovered, row));
   return rows;
 }

@@ -6,10 +6,11 @@
 #include "recovery/RecoveredRow.h"
 
 // The rows as a plist array of dictionaries: table, source, status, file,
-// offset, rowid (when known) and values keyed by column name. A NULL value
+// offset, rowid (when known), partial (true, for a record cut short) and
+// values keyed by column name. A NULL value
 // has no key (a property list has no null); a negative integer is a real
 // when exactly one, else its decimal text (libplist 2.2 holds no signed
-// integer); a blob is data. `withLive` keeps the live rows too.
-plist_t RowsPlist(const RecoveredRows& recovered, bool withLive);
+// integer); a blob is data.
+plist_t RowsPlist(const RecoveredRows& recovered);
 
 #endif

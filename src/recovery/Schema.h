@@ -10,7 +10,8 @@
 
 // The tables that sqlite_master (the table b-tree on page 1) declares, in its
 // order, read by our own code. Virtual tables, views and tables without a
-// root page are left out; WITHOUT ROWID tables are kept, marked.
+// root page are left out; WITHOUT ROWID tables are kept, marked. Each keeps
+// the unique keys whose index b-tree the schema names.
 std::vector<TableShape> ReadSchema(const FileImage& image);
 
 // sqlite_master's own shape, to carve its deleted records with.

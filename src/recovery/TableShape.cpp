@@ -1,97 +1,18 @@
 #include "recovery/TableShape.h"
 
 #include <algorithm>
-#include <cctype>
+#include <optional>
+
+#include "recovery/SqlTokens.h"
 
 namespace {
 
-std::string Upper(std::string_view text) {
-  std::string upper(text);
-  for (char& c : upper) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-  return upper;
-}
-
 bool Contains(const std::string& upper, const char* part) { return upper.find(part) != std::string::npos; }
-
-// A token of the statement: a word, a quoted name (unquoted), or one
-// punctuation character. `quoted` keeps names from being taken as keywords.
-struct Token {
-  std::string text;
-  bool quoted = false;
-};
-
-std::vector<Token> Tokenize(std::string_view sql) {
-  std::vector<Token> tokens;
-  size_t i = 0;
-  while (i < sql.size()) {
-    const char c = sql[i];
-    if (std::isspace(static_cast<unsigned char>(c))) {
-      ++i;
-    } else if (c == '-' && i + 1 < sql.size() && sql[i + 1] == '-') {
-      while (i < sql.size() && sql[i] != '\n') ++i;
-    } else if (c == '/' && i + 1 < sql.size() && sql[i + 1] == '*') {
-      const size_t close = sql.find("*/", i + 2);
-      i = close == std::string_view::npos ? sql.size() : close + 2;
-    } else if (c == '"' || c == '\'' || c == '`' || c == '[') {
-      const char close = c == '[' ? ']' : c;
-      Token token{"", true};
-      ++i;
-      while (i < sql.size()) {
-        if (sql[i] == close) {
-          if (close != ']' && i + 1 < sql.size() && sql[i + 1] == close) {
-            token.text.push_back(close);
-            i += 2;
-            continue;
-          }
-          ++i;
-          break;
-        }
-        token.text.push_back(sql[i++]);
-      }
-      tokens.push_back(std::move(token));
-    } else if (std::isalnum(static_cast<unsigned char>(c)) || c == '_' || static_cast<unsigned char>(c) >= 0x80) {
-      const size_t start = i;
-      while (i < sql.size() && (std::isalnum(static_cast<unsigned char>(sql[i])) || sql[i] == '_' || sql[i] == '$' ||
-                                static_cast<unsigned char>(sql[i]) >= 0x80)) {
-        ++i;
-      }
-      tokens.push_back({std::string(sql.substr(start, i - start)), false});
-    } else {
-      tokens.push_back({std::string(1, c), false});
-      ++i;
-    }
-  }
-  return tokens;
-}
-
-bool IsKeyword(const Token& token, const char* keyword) { return !token.quoted && Upper(token.text) == keyword; }
 
 bool StartsConstraint(const Token& token) {
   static const char* const kWords[] = {"CONSTRAINT", "PRIMARY", "NOT",       "NULL",      "UNIQUE", "CHECK",
                                        "DEFAULT",    "COLLATE", "REFERENCES", "GENERATED", "AS"};
   return std::any_of(std::begin(kWords), std::end(kWords), [&](const char* word) { return IsKeyword(token, word); });
-}
-
-// The statement's top-level definitions, between its outer parentheses.
-std::vector<std::vector<Token>> Definitions(const std::vector<Token>& tokens, size_t* after) {
-  std::vector<std::vector<Token>> parts;
-  size_t i = 0;
-  while (i < tokens.size() && !(tokens[i].text == "(" && !tokens[i].quoted)) ++i;
-  if (i == tokens.size()) return parts;
-  parts.emplace_back();
-  int depth = 0;
-  for (++i; i < tokens.size(); ++i) {
-    const Token& token = tokens[i];
-    if (!token.quoted && token.text == "(") ++depth;
-    if (!token.quoted && token.text == ")" && depth-- == 0) break;
-    if (!token.quoted && token.text == "," && depth == 0) {
-      parts.emplace_back();
-    } else {
-      parts.back().push_back(token);
-    }
-  }
-  *after = i;
-  return parts;
 }
 
 bool IsTableConstraint(const std::vector<Token>& part) {
@@ -108,6 +29,69 @@ bool DeclaresPrimaryKey(const std::vector<Token>& part, size_t from) {
     }
   }
   return false;
+}
+
+// A UNIQUE or PRIMARY KEY constraint as declared, by column names.
+struct DeclaredKey {
+  std::vector<std::string> names;
+  bool primary = false;
+};
+
+// The key a table constraint "UNIQUE (...)" or "PRIMARY KEY (...)" declares:
+// the first word of each entry of its list (the rest is a collation or an order).
+std::optional<DeclaredKey> TableKey(const std::vector<Token>& part) {
+  for (size_t i = 0; i + 1 < part.size(); ++i) {
+    const bool primary = IsKeyword(part[i], "PRIMARY") && IsKeyword(part[i + 1], "KEY");
+    if (!primary && !IsKeyword(part[i], "UNIQUE")) continue;
+    DeclaredKey key{{}, primary};
+    size_t open = i + (primary ? 2 : 1);
+    if (open >= part.size() || part[open].text != "(") return std::nullopt;
+    bool entryStart = true;
+    for (size_t k = open + 1; k < part.size() && part[k].text != ")"; ++k) {
+      if (entryStart) key.names.push_back(part[k].text);
+      entryStart = part[k].text == "," && !part[k].quoted;
+    }
+    return key;
+  }
+  return std::nullopt;
+}
+
+// The keys a column's constraints (from `from` on) declare, in their order.
+void ColumnKeys(const std::vector<Token>& part, size_t from, std::vector<DeclaredKey>* keys) {
+  for (size_t i = from; i < part.size(); ++i) {
+    if (IsKeyword(part[i], "UNIQUE")) keys->push_back({{part[0].text}, false});
+    if (IsKeyword(part[i], "PRIMARY") && i + 1 < part.size() && IsKeyword(part[i + 1], "KEY")) {
+      keys->push_back({{part[0].text}, true});
+    }
+  }
+}
+
+// The unique keys SQLite indexes: a primary key that is the rowid has no
+// index, and a key declared twice gets one index.
+std::vector<UniqueKey> IndexedKeys(const TableShape& table, const std::vector<DeclaredKey>& keys) {
+  std::vector<UniqueKey> indexed;
+  std::vector<std::vector<std::string>> seen;
+  for (const DeclaredKey& key : keys) {
+    if (key.primary && key.names.size() == 1 && table.rowidColumn >= 0 &&
+        table.ColumnNamed(key.names[0]) == table.rowidColumn) {
+      continue;
+    }
+    std::vector<std::string> upper;
+    for (const std::string& name : key.names) upper.push_back(Upper(name));
+    if (std::find(seen.begin(), seen.end(), upper) != seen.end()) continue;
+    seen.push_back(upper);
+    UniqueKey unique;
+    for (const std::string& name : key.names) {
+      const int column = table.ColumnNamed(name);
+      if (column < 0) {
+        unique.columns.clear();
+        break;
+      }
+      unique.columns.push_back(static_cast<size_t>(column));
+    }
+    indexed.push_back(std::move(unique));
+  }
+  return indexed;
 }
 
 // The column a table constraint "PRIMARY KEY (name)" names, when it names one.
@@ -132,6 +116,14 @@ Affinity AffinityOf(std::string_view declaredType) {
   return Affinity::Numeric;
 }
 
+int TableShape::ColumnNamed(std::string_view name) const {
+  const std::string upper = Upper(name);
+  for (size_t c = 0; c < columns.size(); ++c) {
+    if (Upper(columns[c].name) == upper) return static_cast<int>(c);
+  }
+  return -1;
+}
+
 bool ParseCreateTable(std::string_view sql, TableShape* table) {
   const std::vector<Token> tokens = Tokenize(sql);
   if (tokens.size() < 2 || !IsKeyword(tokens[0], "CREATE")) return false;
@@ -143,11 +135,13 @@ bool ParseCreateTable(std::string_view sql, TableShape* table) {
   table->columns.clear();
   table->rowidColumn = -1;
   std::string keyColumn;
+  std::vector<DeclaredKey> keys;
   for (const std::vector<Token>& part : parts) {
     if (part.empty()) continue;
     if (IsTableConstraint(part)) {
       const std::string named = PrimaryKeyColumn(part);
       if (!named.empty()) keyColumn = named;
+      if (std::optional<DeclaredKey> key = TableKey(part)) keys.push_back(std::move(*key));
       continue;
     }
     Column column{part[0].text, ""};
@@ -162,19 +156,18 @@ bool ParseCreateTable(std::string_view sql, TableShape* table) {
     if (DeclaresPrimaryKey(part, i) && Upper(column.declaredType) == "INTEGER") {
       table->rowidColumn = static_cast<int>(table->columns.size());
     }
+    ColumnKeys(part, i, &keys);
     table->columns.push_back(std::move(column));
   }
   if (table->columns.empty()) return false;
   if (!keyColumn.empty() && table->rowidColumn < 0) {
-    for (size_t c = 0; c < table->columns.size(); ++c) {
-      if (Upper(table->columns[c].name) == Upper(keyColumn) && Upper(table->columns[c].declaredType) == "INTEGER") {
-        table->rowidColumn = static_cast<int>(c);
-      }
-    }
+    const int column = table->ColumnNamed(keyColumn);
+    if (column >= 0 && Upper(table->columns[column].declaredType) == "INTEGER") table->rowidColumn = column;
   }
   for (size_t i = after; i + 1 < tokens.size(); ++i) {
     if (IsKeyword(tokens[i], "WITHOUT") && IsKeyword(tokens[i + 1], "ROWID")) table->withoutRowid = true;
   }
   if (table->withoutRowid) table->rowidColumn = -1;
+  table->uniqueKeys = IndexedKeys(*table, keys);
   return true;
 }

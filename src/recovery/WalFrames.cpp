@@ -34,8 +34,10 @@ Checksum Stored(std::string_view bytes, size_t offset) { return {ReadUInt32(byte
 
 }  // namespace
 
-WalFrames ReadWalFrames(std::string_view wal, uint32_t fallbackPageSize) {
+WalFrames ReadWalFrames(const ByteSource& source, uint32_t fallbackPageSize) {
   WalFrames frames;
+  std::string headerBuffer;
+  const std::string_view wal = source.Read(0, kHeaderSize, &headerBuffer);
   if (wal.size() < kHeaderSize) return frames;
   const uint32_t magic = ReadUInt32(wal, 0);
   const bool headerValid = (magic & ~1u) == kMagic && IsValidPageSize(ReadUInt32(wal, 8));
@@ -47,16 +49,19 @@ WalFrames ReadWalFrames(std::string_view wal, uint32_t fallbackPageSize) {
   const uint32_t salt1 = ReadUInt32(wal, 16);
   const uint32_t salt2 = ReadUInt32(wal, 20);
   size_t lastCommit = 0;  // frames before this index are committed
-  std::vector<PageImage> all;
+  std::vector<PageLocation> all;
   const size_t frameSize = kFrameHeaderSize + frames.pageSize;
-  for (size_t offset = kHeaderSize; offset + frameSize <= wal.size(); offset += frameSize) {
-    const std::string_view frame = wal.substr(offset, frameSize);
+  std::string frameBuffer;
+  for (uint64_t offset = kHeaderSize; offset + frameSize <= source.Size(); offset += frameSize) {
+    // Past a broken chain only the frame's page number is wanted.
+    const std::string_view frame = source.Read(offset, chainHolds ? frameSize : kFrameHeaderSize, &frameBuffer);
+    if (frame.size() < (chainHolds ? frameSize : kFrameHeaderSize)) break;
     const uint32_t page = ReadUInt32(frame, 0);
     if (page == 0) {
       chainHolds = false;
       continue;
     }
-    all.push_back({page, frame.substr(kFrameHeaderSize), StoredIn::Wal, offset + kFrameHeaderSize});
+    all.push_back({page, StoredIn::Wal, offset + kFrameHeaderSize});
     if (!chainHolds) continue;
     sum = Continue(Continue(sum, frame.substr(0, 8), bigEndian), frame.substr(kFrameHeaderSize), bigEndian);
     chainHolds = ReadUInt32(frame, 8) == salt1 && ReadUInt32(frame, 12) == salt2 && sum == Stored(frame, 16);

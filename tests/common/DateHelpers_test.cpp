@@ -7,7 +7,6 @@
 #include <cstdlib>
 #include <ctime>
 #include <iomanip>
-#include <optional>
 #include <cctype>
 #include <sstream>
 #include <string>
@@ -15,7 +14,6 @@
 #include <vector>
 
 #include "common/CivilTime.h"
-#include "platform/Zone.h"
 #include "support/ScopedEnv.h"
 
 namespace {
@@ -44,10 +42,12 @@ std::string LocalText(time_t when) {
   return text;
 }
 
+// Local hour of day minus UTC hour of day, as they come: -13 in Sydney when
+// it is already tomorrow there.
 int HourDifference(time_t when) {
-  const std::optional<platform::ZoneReading> zone = platform::ZoneAt(when);
-  EXPECT_TRUE(zone.has_value()) << when;
-  return zone ? zone->offset / 3600 : 0;
+  std::tm utc{};
+  EXPECT_TRUE(UtcFields(when, &utc)) << when;
+  return Local(when).tm_hour - utc.tm_hour;
 }
 
 // Convert2001GMTtoDate(t) next to the Unix time its text should show: the

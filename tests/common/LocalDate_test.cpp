@@ -9,9 +9,21 @@ namespace {
 
 TEST(LocalDate, SecondsSince2001AreTheTrueInstant) {
   ScopedTimeZone utc("UTC");
-  EXPECT_EQ(LocalDateText("0", TimeBase::Since2001), "2001-01-01 00:00:00");
+  EXPECT_EQ(LocalDateText("1", TimeBase::Since2001), "2001-01-01 00:00:01");
   EXPECT_EQ(LocalDateText("600000000", TimeBase::Since2001), "2020-01-06 10:40:00");
   EXPECT_EQ(LocalDateText("-1", TimeBase::Since2001), "2000-12-31 23:59:59");
+}
+
+// Devices store 0 where a record has no date, in either unit and base.
+TEST(LocalDate, AStoredZeroIsNoDate) {
+  ScopedTimeZone utc("UTC");
+  for (const char* zero : {"0", "0.0", "0.4", "-0", "0e0"}) {
+    EXPECT_EQ(LocalDateText(zero, TimeBase::Since2001), "") << zero;
+    EXPECT_EQ(LocalDateText(zero, TimeBase::Unix), "") << zero;
+    EXPECT_EQ(FloatingDateText(zero, TimeBase::Since2001), "") << zero;
+    EXPECT_FALSE(LocalDateOf(zero, TimeBase::Since2001).instant) << zero;
+  }
+  EXPECT_EQ(LocalDateText("-0.5", TimeBase::Since2001), "2000-12-31 23:59:59");
 }
 
 TEST(LocalDate, NanosecondsAreRecognised) {
@@ -31,6 +43,15 @@ TEST(LocalDate, FractionsAreDropped) {
 TEST(LocalDate, UnixSeconds) {
   ScopedTimeZone utc("UTC");
   EXPECT_EQ(LocalDateText("1561982400", TimeBase::Unix), "2019-07-01 12:00:00");
+}
+
+TEST(LocalDate, ByMagnitudeSmallCountsAreSince2001AndLargeOnesUnix) {
+  ScopedTimeZone utc("UTC");
+  EXPECT_EQ(LocalDateText("583675200", TimeBase::ByMagnitude), "2019-07-01 12:00:00");
+  EXPECT_EQ(LocalDateText("1561982400", TimeBase::ByMagnitude), "2019-07-01 12:00:00");
+  EXPECT_EQ(LocalDateText("978307199", TimeBase::ByMagnitude), "2032-01-01 23:59:59");
+  EXPECT_EQ(LocalDateText("978307200", TimeBase::ByMagnitude), "2001-01-01 00:00:00");
+  EXPECT_EQ(LocalDateText("-1", TimeBase::ByMagnitude), "2000-12-31 23:59:59");
 }
 
 TEST(LocalDate, DatesAfter2038KeepTheirYear) {
@@ -89,8 +110,8 @@ TEST(LocalDate, LocalDateOfGivesTheTextAndTheInstantTogether) {
 }
 
 TEST(LocalDate, InstantsOrderDatesOfEitherBase) {
-  EXPECT_EQ(LocalDateOf("0", TimeBase::Since2001).instant, 978307200);
-  EXPECT_EQ(LocalDateOf("978307200", TimeBase::Unix).instant, 978307200);
+  EXPECT_EQ(LocalDateOf("1", TimeBase::Since2001).instant, 978307201);
+  EXPECT_EQ(LocalDateOf("978307201", TimeBase::Unix).instant, 978307201);
   EXPECT_EQ(LocalDateOf("1000000000", TimeBase::Since2001).instant, LocalDateOf("1000000000000000000", TimeBase::Since2001).instant);
 }
 

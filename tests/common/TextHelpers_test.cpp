@@ -141,4 +141,9 @@ TEST(TakeMallocText, CopiesAndFreesTheBlockAndReadsNullAsEmpty) {
   EXPECT_EQ(TakeMallocText(nullptr), "");
 }
 
+TEST(AsciiLower, LowersAToZAndKeepsEveryOtherByte) {
+  EXPECT_EQ(AsciiLower("Street ZIP\xC3\x84"), "street zip\xC3\x84");
+  EXPECT_EQ(AsciiLower(""), "");
+}
+
 }  // namespace

@@ -37,6 +37,7 @@ class RealIos9Decryption : public ::testing::Test {
     result_ = DecryptBackup(yhtest::RealIos9Backup().c_str(), (out_->Path() + "plain").c_str(), "20201225",
                             Collect, skipped_);
   }
+  void SetUp() override { YH_NEEDS_ENCRYPTED_REAL(); }
   static void TearDownTestSuite() {
     delete out_;
     delete before_;
@@ -102,6 +103,7 @@ TEST_F(RealIos9Decryption, LeavesTheBackupUntouched) {
 }
 
 TEST(RealDecryption, AWrongPasswordWritesNothing) {
+  YH_NEEDS_ENCRYPTED_REAL();
   yhtest::TempDir out;
   EXPECT_EQ(DecryptBackup(yhtest::RealIos9Backup().c_str(), (out.Path() + "plain").c_str(), "20201226", nullptr,
                           nullptr),
@@ -110,6 +112,7 @@ TEST(RealDecryption, AWrongPasswordWritesNothing) {
 }
 
 TEST(RealDecryption, RefusesAFolderThatIsNotEmpty) {
+  YH_NEEDS_ENCRYPTED_REAL();
   yhtest::TempDir out;
   yhtest::WriteFile(out.Path() + "keep.txt", "mine");
   EXPECT_EQ(DecryptBackup(yhtest::RealTinyMbdb().c_str(), out.Path().c_str(), "0000", nullptr, nullptr),
@@ -118,6 +121,7 @@ TEST(RealDecryption, RefusesAFolderThatIsNotEmpty) {
 }
 
 TEST(RealDecryption, TheSmallMbdbBackupGivesItsOneFile) {
+  YH_NEEDS_ENCRYPTED_REAL();
   yhtest::TempDir out;
   ASSERT_EQ(DecryptBackup(yhtest::RealTinyMbdb().c_str(), out.Path().c_str(), "0000", nullptr, nullptr), YHUnlocked);
   EXPECT_EQ(yhtest::ReadBytes(out.Path() + "5727bd1c5fa1055e15d8b4a75a74793c84b5ffdc"), "Test data");
@@ -125,6 +129,7 @@ TEST(RealDecryption, TheSmallMbdbBackupGivesItsOneFile) {
 
 // The one backup of ten million iterations in the default run.
 TEST(RealDecryption, TheSmallManifestDbBackupGivesItsOneFile) {
+  YH_NEEDS_ENCRYPTED_REAL();
   yhtest::TempDir out;
   ASSERT_EQ(DecryptBackup(yhtest::RealTinyManifestDb().c_str(), out.Path().c_str(), "0000", nullptr, nullptr),
             YHUnlocked);

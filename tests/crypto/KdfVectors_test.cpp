@@ -60,6 +60,7 @@ bool Unwraps(const Vector& vector, const std::string& password) {
 }
 
 TEST(KdfVectors, EveryQuickVectorUnwrapsWithItsPasswordAndNoOther) {
+  YH_NEEDS_ENCRYPTED_REAL();
   int checked = 0;
   for (const Vector& vector : Vectors()) {
     if (IsSlow(vector)) continue;
@@ -75,6 +76,7 @@ TEST(KdfVectors, EveryQuickVectorUnwrapsWithItsPasswordAndNoOther) {
 // YH_SLOW_TESTS=1 (CI does, once). The default run derives ten million
 // iterations once, in RealDecryption.TheSmallManifestDbBackupGivesItsOneFile.
 TEST(KdfVectors, EverySlowVectorUnwrapsWithItsPasswordAndNoOther) {
+  YH_NEEDS_ENCRYPTED_REAL();
   if (!std::getenv("YH_SLOW_TESTS")) GTEST_SKIP() << "set YH_SLOW_TESTS=1";
   int checked = 0;
   for (const Vector& vector : Vectors()) {

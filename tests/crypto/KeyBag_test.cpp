@@ -41,6 +41,7 @@ std::string Base64Decode(const std::string& text) {
 }
 
 TEST(KeyBag, ReadsTheRealIos9BagWithTenThousandSha1Iterations) {
+  YH_NEEDS_ENCRYPTED_REAL();
   const auto bag = ParseKeyBag(KeyBagOf(yhtest::RealIos9Backup()));
   ASSERT_TRUE(bag);
   EXPECT_EQ(bag->version, 3u);
@@ -57,6 +58,7 @@ TEST(KeyBag, ReadsTheRealIos9BagWithTenThousandSha1Iterations) {
 }
 
 TEST(KeyBag, ReadsTheVersion5BagWithItsSha256Stage) {
+  YH_NEEDS_ENCRYPTED_REAL();
   const auto bag = ParseKeyBag(KeyBagOf(yhtest::RealTinyManifestDb()));
   ASSERT_TRUE(bag);
   EXPECT_EQ(bag->version, 5u);
@@ -66,6 +68,7 @@ TEST(KeyBag, ReadsTheVersion5BagWithItsSha256Stage) {
 }
 
 TEST(KeyBag, KeepsAStrayClassAsItsOwnEntry) {
+  YH_NEEDS_ENCRYPTED_REAL();
   const auto bag = ParseKeyBag(KeyBagOf(yhtest::RealTinyMbdb()));
   ASSERT_TRUE(bag);
   std::set<uint32_t> classes;
@@ -75,6 +78,7 @@ TEST(KeyBag, KeepsAStrayClassAsItsOwnEntry) {
 }
 
 TEST(KeyBag, ReadsARecentDevicesLayout) {
+  YH_NEEDS_ENCRYPTED_REAL();
   std::ifstream in(yhtest::EncryptedRealDir() + "real_keybag_vers5_layout.json");
   const nlohmann::json layout = nlohmann::json::parse(in);
   const auto bag = ParseKeyBag(Base64Decode(layout["keybag_base64"].get<std::string>()));
@@ -86,6 +90,7 @@ TEST(KeyBag, ReadsARecentDevicesLayout) {
 }
 
 TEST(KeyBag, RefusesCutAndEmptyBags) {
+  YH_NEEDS_ENCRYPTED_REAL();
   const std::string whole = KeyBagOf(yhtest::RealIos9Backup());
   EXPECT_FALSE(ParseKeyBag(""));
   for (size_t cut : {size_t{3}, size_t{8}, size_t{40}, whole.size() / 2, whole.size() - 1}) {
@@ -94,12 +99,14 @@ TEST(KeyBag, RefusesCutAndEmptyBags) {
 }
 
 TEST(KeyBag, RefusesALengthBeyondTheEnd) {
+  YH_NEEDS_ENCRYPTED_REAL();
   std::string bag = KeyBagOf(yhtest::RealIos9Backup());
   bag[4] = '\x7F';
   EXPECT_FALSE(ParseKeyBag(bag));
 }
 
 TEST(KeyBag, RefusesAClassKeyOfTheWrongSize) {
+  YH_NEEDS_ENCRYPTED_REAL();
   std::string bag = KeyBagOf(yhtest::RealIos9Backup());
   const size_t wpky = bag.rfind("WPKY");
   bag[wpky + 7] = 39;

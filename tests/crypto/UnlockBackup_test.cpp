@@ -234,6 +234,7 @@ TEST_P(UnlockBackupTest, TheCopiesGoAlsoAfterAFailedAnalysis) {
 // (a camera video) is left out of the photos without failing the rest. The
 // device kept contacts and pictures, an empty call store and no messages.
 TEST(UnlockRealBackup, BothServicesAnswerInPlaceAsOnItsDecryptedCopy) {
+  YH_NEEDS_ENCRYPTED_REAL();
   yhtest::TempDir out;
   const std::string plain = out.Path() + "plain/";
   ASSERT_EQ(DecryptBackup(yhtest::RealIos9Backup().c_str(), plain.c_str(), "20201225", nullptr, nullptr),

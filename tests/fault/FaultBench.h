@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "common/PlistDictEntries.h"
 #include "fault/SampleBackup.h"
 #include "libYH.h"
 #include "support/BackupBuilder.h"
@@ -21,8 +22,8 @@
 
 namespace yhtest::fault {
 
-// Every content type, voicemail included.
-constexpr int kContentTypes = ContentVoicemail + 1;
+// Every content type, those of the current service only included.
+constexpr int kContentTypes = ContentWhatsAppCalls + 1;
 
 // Every answer both services give for one backup folder, asked for every
 // content type twice, as dumps: in each round the described service's
@@ -34,6 +35,8 @@ struct Answers {
   std::vector<std::string> paths;  // every "path" text of the answers
 };
 
+// Every "path" text of the tree, nested ones (a message's attachments)
+// included, in the order met.
 inline void CollectPaths(plist_t node, std::vector<std::string>* paths) {
   if (plist_get_node_type(node) == PLIST_ARRAY) {
     for (uint32_t i = 0; i < plist_array_get_size(node); ++i) CollectPaths(plist_array_get_item(node, i), paths);
@@ -44,6 +47,12 @@ inline void CollectPaths(plist_t node, std::vector<std::string>* paths) {
       plist_get_string_val(path, &text);
       paths->push_back(text ? text : "");
       std::free(text);
+    }
+    PlistDictEntries entries(node);
+    std::string key;
+    plist_t value = nullptr;
+    while (entries.Next(&key, &value)) {
+      if (plist_get_node_type(value) == PLIST_ARRAY) CollectPaths(value, paths);
     }
   }
 }

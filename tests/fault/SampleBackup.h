@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "libYH.h"
+#include "kinds/WhatsAppSql.h"
 #include "support/BackupBuilder.h"
 #include "support/NoteStoreBody.h"
 
@@ -58,7 +59,7 @@ inline std::vector<Database> Databases(IndexKind kind) {
         {"ABMultiValueLabel", {"value"}, {}, {{"'_$!<Mobile>!$_'"}, {"'home'"}}},
         {"ABMultiValueEntry", {"parent_id", "key", "value"}, {"parent_id", "key"}, {{"4", "1", "'1 Main St'"}}},
         {"ABMultiValueEntryKey", {"value"}, {}, {{"'Street'"}}}},
-       {ContentContact, ContentCallHistory, ContentSms, ContentVoicemail}});
+       {ContentContact, ContentCallHistory, ContentSms, ContentVoicemail, ContentWhatsApp, ContentWhatsAppCalls}});
   databases.push_back(
       {"WirelessDomain",
        "Library/CallHistoryDB/CallHistory.storedata",
@@ -179,6 +180,43 @@ inline std::vector<Database> Databases(IndexKind kind) {
                          {{"1", "'+15552223333'", "1388534400", "42", "1", "0"},
                           {"2", "'+15557778888'", "1388538000", "7", "8", "0"}}}},
                        {ContentVoicemail}});
+  databases.push_back(
+      {kWhatsAppDomain,
+       "ChatStorage.sqlite",
+       {{"ZWACHATSESSION",
+         {"Z_PK", "ZCONTACTJID", "ZPARTNERNAME"},
+         {"Z_PK"},
+         {{"1", "'15552223333@s.whatsapp.net'", "'Alice'"}, {"2", "'120363000000000001@g.us'", "'Team'"}}},
+        {"ZWAGROUPMEMBER",
+         {"Z_PK", "ZCHATSESSION", "ZMEMBERJID"},
+         {"Z_PK", "ZCHATSESSION"},
+         {{"1", "2", "'15552223333@s.whatsapp.net'"}}},
+        {"ZWAMEDIAITEM",
+         {"Z_PK", "ZMEDIALOCALPATH", "ZVCARDSTRING", "ZTITLE", "ZMETADATA"},
+         {"Z_PK"},
+         {{"1", "'Media/15552223333@s.whatsapp.net/0/1/pic.jpg'", "'image/jpeg'", "'Beach'", "NULL"},
+          {"2", "NULL", "NULL", "NULL", SqlBlob(ProtoField(5, "M1"))}}},
+        {"ZWAMESSAGE",
+         {"Z_PK", "ZCHATSESSION", "ZISFROMME", "ZMESSAGEDATE", "ZMESSAGETYPE", "ZTEXT", "ZFROMJID", "ZSTANZAID",
+          "ZGROUPMEMBER", "ZMEDIAITEM"},
+         {"Z_PK", "ZCHATSESSION", "ZGROUPMEMBER", "ZMEDIAITEM"},
+         {{"1", "1", "0", "410227300", "0", "'Hi on WhatsApp'", "'15552223333@s.whatsapp.net'", "'M1'", "NULL",
+           "NULL"},
+          {"2", "1", "1", "410227400", "1", "NULL", "NULL", "'M2'", "NULL", "1"},
+          {"3", "2", "0", "410227500", "0", "'Replying'", "'120363000000000001@g.us'", "'M3'", "1", "2"}}}},
+       {ContentWhatsApp}});
+  databases.push_back({kWhatsAppDomain,
+                       "CallHistory.sqlite",
+                       {{"ZWAAGGREGATECALLEVENT", {"Z_PK", "ZINCOMING", "ZVIDEO", "ZMISSED"}, {"Z_PK"}, {{"1", "1", "0", "0"}}},
+                        {"ZWACDCALLEVENT",
+                         {"Z_PK", "Z1CALLEVENTS", "ZDATE", "ZDURATION", "ZOUTCOME", "ZGROUPJIDSTRING"},
+                         {"Z1CALLEVENTS"},
+                         {{"1", "1", "410227600", "42.5", "0", "NULL"}, {"2", "1", "410231200", "0", "1", "NULL"}}},
+                        {"ZWACDCALLEVENTPARTICIPANT",
+                         {"Z1PARTICIPANTS", "ZJIDSTRING"},
+                         {"Z1PARTICIPANTS"},
+                         {{"1", "'15552223333@s.whatsapp.net'"}}}},
+                       {ContentWhatsAppCalls}});
   return databases;
 }
 
@@ -203,6 +241,7 @@ inline std::vector<File> Files(IndexKind kind) {
       {"CameraRollDomain", "Media/DCIM/100APPLE/IMG_0001.JPG", "\xFF\xD8\xFF\xE1 camera", {ContentCameraPhoto}},
       {"CameraRollDomain", "Media/PhotoData/Sync/100SYNCF/IMG_0002.PNG", "\x89PNG synced", {ContentOtherPhoto}},
       {"HomeDomain", "Library/Voicemail/1.amr", "#!AMR\n message", {ContentVoicemail}},
+      {kWhatsAppDomain, "Message/Media/15552223333@s.whatsapp.net/0/1/pic.jpg", "\xFF\xD8 whatsapp", {ContentWhatsApp}},
   };
   if (kind == IndexKind::Mbdb) {
     files.push_back({"HomeDomain", "Library/Safari/History.plist", SafariHistoryPlist(), {ContentSafariHistory}});

@@ -40,7 +40,7 @@ TEST(RealDatabases, LiveRowsOfEveryTableAreTheRowsSqliteReads) {
     const std::string bytes = yhtest::ReadBytes(entry.path().string());
     if (bytes.compare(0, 16, std::string("SQLite format 3\0", 16)) != 0) continue;
     ++databases;
-    const RecoveredRows recovered = RecoverRows(FileImage(bytes));
+    const RecoveredRows recovered = RecoverRows(FileImage(bytes), true);
     std::map<size_t, int64_t> live;
     for (const RecoveredRow& row : recovered.rows) live[row.table] += row.status == RowStatus::Live;
     for (size_t table = 0; table < recovered.tables.size(); ++table) {

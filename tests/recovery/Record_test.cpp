@@ -73,3 +73,25 @@ TEST(Record, SerialTypeLengths) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(Record, DecodesTheStartOfABodyCutShort) {
+  // An integer, a text of two-byte characters cut inside one, then a blob and an integer past the cut.
+  const std::vector<int64_t> types{1, 13 + 2 * 6, 12 + 2 * 4, 1};
+  const std::string body = Bytes({7}) + "\xc3\xa9\xc3\xa9\xc3";
+  SqlValues values;
+  ASSERT_TRUE(DecodeBodyStart(body, types, TextEncoding::Utf8, &values));
+  ASSERT_EQ(values.size(), 4u);
+  EXPECT_EQ(values[0].integer, 7);
+  EXPECT_EQ(values[1].bytes, "\xc3\xa9\xc3\xa9") << "whole characters only";
+  EXPECT_EQ(values[2].kind, SqlValue::Kind::Null);
+  EXPECT_EQ(values[3].kind, SqlValue::Kind::Null);
+  ASSERT_TRUE(DecodeBodyStart(Bytes({7, 0xab, 0xcd}), {1, 12 + 2 * 4}, TextEncoding::Utf8, &values));
+  EXPECT_EQ(values[1].kind, SqlValue::Kind::Blob);
+  EXPECT_EQ(values[1].bytes, Bytes({0xab, 0xcd}));
+  EXPECT_FALSE(DecodeBodyStart(Bytes({7, 0xff, 0xff, 0xff, 0xff}), {1, 13 + 2 * 8}, TextEncoding::Utf8, &values))
+      << "no text";
+}
+
+}  // namespace

@@ -32,7 +32,7 @@ TEST(RecoverDamaged, ReadsTheIntactPagesOfATruncatedFile) {
   std::string database = BuildStoredDatabase(ManyPages()).database;
   ASSERT_GT(database.size(), 10u * 1024);
   database.resize(database.size() / 2 + 300);
-  const size_t live = LiveRows(RecoverRows(FileImage(database)));
+  const size_t live = LiveRows(RecoverRows(FileImage(database), true));
   EXPECT_GT(live, 200u);
   EXPECT_LT(live, 858u);
 }
@@ -41,13 +41,13 @@ TEST(RecoverDamaged, ReadsPagesBehindAZeroedHeader) {
   std::string database = BuildStoredDatabase("CREATE TABLE t (id INTEGER, v TEXT); INSERT INTO t VALUES (1, 'a');").database;
   ASSERT_EQ(ReadUInt16(database, 16), 4096u);
   std::fill(database.begin(), database.begin() + 100, '\0');
-  EXPECT_EQ(LiveRows(RecoverRows(FileImage(database))), 1u);
+  EXPECT_EQ(LiveRows(RecoverRows(FileImage(database), true)), 1u);
 }
 
 TEST(RecoverDamaged, SkipsAGarbagePage) {
   std::string database = BuildStoredDatabase(ManyPages()).database;
   std::fill(database.begin() + 1024 * 10, database.begin() + 1024 * 11, '\xff');
-  const size_t live = LiveRows(RecoverRows(FileImage(database)));
+  const size_t live = LiveRows(RecoverRows(FileImage(database), true));
   EXPECT_GT(live, 800u);
   EXPECT_LT(live, 858u);
 }
@@ -58,7 +58,7 @@ TEST(RecoverDamaged, EndsLoopsInTreesChainsAndFreelists) {
                                              "CREATE TABLE gone (v); INSERT INTO gone VALUES (randomblob(9000));"
                                              "DROP TABLE gone;")
                              .database;
-  const RecoveredRows before = RecoverRows(FileImage(database));
+  const RecoveredRows before = RecoverRows(FileImage(database), true);
   ASSERT_GT(LiveRows(before), 800u);
   // The table's root is interior: point its right child at itself.
   const uint32_t root = before.tables[0].rootPage;
@@ -69,7 +69,7 @@ TEST(RecoverDamaged, EndsLoopsInTreesChainsAndFreelists) {
   const uint32_t trunk = ReadUInt32(database, 32);
   ASSERT_NE(trunk, 0u);
   PutUInt32(&database, (trunk - 1) * 1024, trunk);
-  const RecoveredRows after = RecoverRows(FileImage(database));
+  const RecoveredRows after = RecoverRows(FileImage(database), true);
   EXPECT_GT(LiveRows(after), 0u);
 }
 
@@ -89,7 +89,7 @@ TEST(RecoverDamaged, SurvivesRandomDamage) {
       (*target)[random() % target->size()] = static_cast<char>(random());
     }
     if (round % 5 == 0) target->resize(random() % target->size());
-    RecoverRows(FileImage(database, wal));
+    RecoverRows(FileImage(database, wal), true);
   }
   SUCCEED();
 }

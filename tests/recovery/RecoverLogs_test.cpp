@@ -26,7 +26,7 @@ const RecoveredRow* RowWithText(const RecoveredRows& recovered, const std::strin
 }
 
 RecoveredRows Recover(const StoredDatabase& stored) {
-  return RecoverRows(FileImage(stored.database, stored.wal, stored.journal));
+  return RecoverRows(FileImage(stored.database, stored.wal, stored.journal), true);
 }
 
 TEST(RecoverLogs, ReadsTheCurrentStateFromTheWal) {

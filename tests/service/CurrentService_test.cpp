@@ -48,7 +48,7 @@ TEST(CurrentService, SharesTheTableTypeAndTheListingOperations) {
 TEST(CurrentService, TypesOutsideTheRangeAnswerNull) {
   TempDir root;
   ServedBackup served(CallBackup(root, "Ada", 583675200), Service::Current);
-  EXPECT_EQ(served.Tree(12), nullptr);
+  EXPECT_EQ(served.Tree(ContentWhatsAppCalls + 1), nullptr);
   EXPECT_EQ(served.Tree(-1), nullptr);
   EXPECT_NE(served.Answer(ContentCallHistory), "null");
 }
@@ -136,7 +136,7 @@ TEST(CurrentService, TwoThreadsReadEveryKindOfTwoBackupsAtOnce) {
   const auto everything = [](const std::string& backup) {
     ServedBackup served(backup, Service::Current);
     std::string answers;
-    for (int type = 0; type <= ContentVoicemail; ++type) {
+    for (int type = 0; type <= ContentWhatsAppCalls; ++type) {
       const std::string answer = served.Answer(type);
       EXPECT_NE(answer, "null") << "content type " << type;
       answers += answer + "\n";

@@ -29,14 +29,14 @@ using Counts = std::map<std::string, std::vector<int>>;
 constexpr int kNull = -1;
 
 // Records expected per content type, in enumeration order, of each service:
-// the described service knows no voicemail.
+// the described service knows no voicemail and no WhatsApp.
 const Counts kDescribedCounts = {
-    {"Sample iPhone old", {4, 2, 2, 2, 2, 3, 1, 1, 1, 1, 1, kNull}},
-    {"Sample iPhone new", {2, 2, 2, 2, 2, 2, 1, 1, 1, 1, 1, kNull}},
+    {"Sample iPhone old", {4, 2, 2, 2, 2, 3, 1, 1, 1, 1, 1, kNull, kNull, kNull}},
+    {"Sample iPhone new", {2, 2, 2, 2, 2, 2, 1, 1, 1, 1, 1, kNull, kNull, kNull}},
 };
 const Counts kCurrentCounts = {
-    {"Sample iPhone old", {4, 2, 2, 2, 2, 3, 1, 1, 1, 1, 1, 2}},
-    {"Sample iPhone new", {2, 2, 2, 2, 2, 2, 1, 1, 1, 1, 1, 2}},
+    {"Sample iPhone old", {4, 2, 2, 2, 2, 3, 1, 1, 1, 1, 1, 2, 2, 2}},
+    {"Sample iPhone new", {2, 2, 2, 2, 2, 2, 1, 1, 1, 1, 1, 2, 2, 2}},
 };
 
 std::string Text(plist_t array, uint32_t index, const char* key) {
@@ -66,7 +66,7 @@ void DriveWholeService(iDeviceBackupService* (*create)(), const Counts& expected
     ASSERT_EQ(service->AnalyzeBackup(device), 1);
     std::vector<std::string> first;
     for (int round = 0; round < 2; ++round) {
-      for (int type = ContentCallHistory; type <= ContentVoicemail; ++type) {
+      for (int type = ContentCallHistory; type <= ContentWhatsAppCalls; ++type) {
         plist_t answer = service->GetContentList(device, static_cast<iDeviceContentType>(type));
         if (expected->second[type] == kNull) {
           EXPECT_EQ(answer, nullptr) << "content type " << type;

@@ -3,6 +3,8 @@
 
 #include <string>
 
+#include "platform/FileSystem.h"
+
 namespace yhtest {
 
 // The public encrypted backups beside the project (../shared/encrypted_real).
@@ -12,6 +14,19 @@ inline std::string RealIos9Backup() {
 }
 inline std::string RealTinyManifestDb() { return EncryptedRealDir() + "pyiosbackup_fixture/manifest_db/"; }
 inline std::string RealTinyMbdb() { return EncryptedRealDir() + "pyiosbackup_fixture/manifest_mbdb/"; }
+
+inline bool HasEncryptedReal() { return platform::IsFolder(EncryptedRealDir()); }
+
+}  // namespace yhtest
+
+// At the start of a test (or SetUp) that reads them: without the shared data
+// folder beside the repository the test skips and names the folder.
+#define YH_NEEDS_ENCRYPTED_REAL()                                                                  \
+  if (!yhtest::HasEncryptedReal())                                                               \
+  GTEST_SKIP() << "no public encrypted backups in " << yhtest::EncryptedRealDir()                \
+               << " (the team's shared data folder, ../shared beside the repository)"
+
+namespace yhtest {
 
 }  // namespace yhtest
 

@@ -1,6 +1,7 @@
 #include "SampleData.h"
 #include "Samples.h"
 #include "support/BackupBuilder.h"
+#include "support/NoteStoreBody.h"
 
 namespace samples {
 namespace {
@@ -15,6 +16,10 @@ const char kMedia[] = "MediaDomain";
 const char kCameraRoll[] = "CameraRollDomain";
 const char kNotes[] = "AppDomainGroup-group.com.apple.notes";
 const char kSafari[] = "AppDomain-com.apple.mobilesafari";
+const char kWhatsApp[] = "AppDomainGroup-group.net.whatsapp.WhatsApp.shared";
+const char kAurora[] = "Media/16175550199@s.whatsapp.net/4/2/4A2B9C1D-7E3F-4A5B-8C6D-9E0F1A2B3C4D.jpg";
+const char kAuroraThumb[] = "Media/16175550199@s.whatsapp.net/4/2/4A2B9C1D-7E3F-4A5B-8C6D-9E0F1A2B3C4D.thumb";
+const char kVoiceNote[] = "Media/120363025846130022@g.us/c/3/C3D4E5F6-0718-4293-A4B5-C6D7E8F90A1B.opus";
 const char kPicture[] = "Library/SMS/Attachments/3a/10/8A1D5E6F-1B2C-4D3E-9F00-112233445566/IMG_0412.HEIC";
 const char kItinerary[] = "Library/SMS/Attachments/77/07/C0FFEE00-1234-4ABC-8DEF-0123456789AB/Itinerary.pdf";
 // What a message that only carries an attachment holds as its text.
@@ -92,7 +97,8 @@ std::string Messages() {
                 {{"1", Sql("at_0_7C1D2E3F-0003"), Sql(std::string("~/") + kPicture), Sql("image/heic"),
                   Sql("IMG_0412.HEIC"), "4012", Sql("at_0_7C1D2E3F-0003")},
                  {"2", Sql("at_0_7C1D2E3F-0004"), Sql(std::string("~/") + kItinerary), Sql("application/pdf"),
-                  Sql("Itinerary.pdf"), "1208", Sql("at_0_7C1D2E3F-0004")}});
+                  Sql("Itinerary.pdf"), "1208", Sql("at_0_7C1D2E3F-0004")}}) +
+         Insert("message_attachment_join", "message_id, attachment_id", {{"3", "1"}, {"4", "2"}});
 }
 
 std::string Notes() {
@@ -167,6 +173,57 @@ std::string Photos() {
                                                 {"4", Sql("PhotoData/Sync/100SYNCD"), Sql("IMG_0950.JPG")}});
 }
 
+// A chat with Mary (a captioned picture, a starred message) and a group
+// whose owner replies to Charles and receives a voice note from Mary. The
+// reply's medium names the quoted message in its metadata: field 5 its
+// stanza id, field 6 its sender (a protocol buffer).
+std::string WhatsAppChats() {
+  const std::string quoted =
+      std::string("\x2A\x0A", 2) + "3A0B5C7D9E" + std::string("\x32\x1B", 2) + "442079460018@s.whatsapp.net";
+  const std::string mary = Sql("16175550199@s.whatsapp.net");
+  const std::string group = Sql("120363025846130022@g.us");
+  return Schema("ChatStorage.sqlite-whatsapp-ios15") +
+         Insert("ZWACHATSESSION", "Z_PK, ZCONTACTJID, ZPARTNERNAME, ZSESSIONTYPE",
+                {{"1", mary, Sql("Mary Somerville"), "0"}, {"2", group, Sql("Analytical Society"), "1"}}) +
+         Insert("ZWAGROUPMEMBER", "Z_PK, ZCHATSESSION, ZMEMBERJID",
+                {{"1", "2", mary}, {"2", "2", Sql("442079460018@s.whatsapp.net")}}) +
+         Insert("ZWAPROFILEPUSHNAME", "Z_PK, ZJID, ZPUSHNAME",
+                {{"1", Sql("442079460018@s.whatsapp.net"), Sql("Charles")}}) +
+         Insert("ZWAMEDIAITEM",
+                "Z_PK, ZMEDIALOCALPATH, ZTHUMBNAILLOCALPATH, ZTITLE, ZVCARDSTRING, ZFILESIZE, ZMETADATA",
+                {{"1", Sql(kAurora), Sql(kAuroraThumb), Sql("Aurora over the bay"), Sql("image/jpeg"), "2900", "NULL"},
+                 {"2", Sql(kVoiceNote), "NULL", "NULL", Sql("audio/ogg; codecs=opus"), "1700", "NULL"},
+                 {"3", "NULL", "NULL", "NULL", "NULL", "NULL", yhtest::SqlBlob(quoted)}}) +
+         Insert(
+             "ZWAMESSAGE",
+             "Z_PK, ZCHATSESSION, ZISFROMME, ZMESSAGEDATE, ZMESSAGETYPE, ZTEXT, ZSTARRED, ZFROMJID, ZTOJID, "
+             "ZSTANZAID, ZGROUPMEMBER, ZMEDIAITEM",
+             {{"1", "1", "0", Time(9, 11, 19, 2, 10), "0", Sql("Are you coming to the lecture tomorrow?"), "0", mary,
+               "NULL", Sql("3A0B5C7D9A"), "NULL", "NULL"},
+              {"2", "1", "1", Time(9, 11, 19, 5, 44), "0", Sql("Yes, I will bring the notes."), "1", "NULL", mary,
+               Sql("3A0B5C7D9B"), "NULL", "NULL"},
+              {"3", "1", "0", Time(9, 11, 21, 30, 2), "1", "NULL", "0", mary, "NULL", Sql("3A0B5C7D9C"), "NULL", "1"},
+              {"4", "2", "0", Time(9, 12, 7, 12, 0), "0", Sql("The engine drawings are ready."), "0", group, "NULL",
+               Sql("3A0B5C7D9E"), "2", "NULL"},
+              {"5", "2", "1", Time(9, 12, 7, 15, 31), "0", Sql("Wonderful, send them over!"), "0", "NULL", group,
+               Sql("3A0B5C7D9F"), "NULL", "3"},
+              {"6", "2", "0", Time(9, 12, 7, 20, 9), "3", "NULL", "0", group, "NULL", Sql("3A0B5C7DA0"), "1", "2"}});
+}
+
+// An incoming audio call from Mary and an outgoing group video call.
+std::string WhatsAppCalls() {
+  return Schema("CallHistory.sqlite-whatsapp-ios15") +
+         Insert("ZWAAGGREGATECALLEVENT", "Z_PK, ZINCOMING, ZMISSED, ZVIDEO, ZFIRSTDATE",
+                {{"1", "1", "0", "0", Time(9, 10, 18, 0, 0)}, {"2", "0", "0", "1", Time(9, 11, 20, 0, 0)}}) +
+         Insert("ZWACDCALLEVENT", "Z_PK, Z1CALLEVENTS, ZDATE, ZDURATION, ZOUTCOME, ZGROUPJIDSTRING",
+                {{"1", "1", Time(9, 10, 18, 0, 0), "312.0", "0", "NULL"},
+                 {"2", "2", Time(9, 11, 20, 0, 0), "1260.5", "0", Sql("120363025846130022@g.us")}}) +
+         Insert("ZWACDCALLEVENTPARTICIPANT", "Z_PK, Z1PARTICIPANTS, ZJIDSTRING",
+                {{"1", "1", Sql("16175550199@s.whatsapp.net")},
+                 {"2", "2", Sql("16175550199@s.whatsapp.net")},
+                 {"3", "2", Sql("442079460018@s.whatsapp.net")}});
+}
+
 }  // namespace
 
 void WriteIPhone12Backup(const std::string& backups) {
@@ -196,7 +253,7 @@ void WriteIPhone12Backup(const std::string& backups) {
       .AddDatabase(kHome, "Library/AddressBook/AddressBook.sqlitedb", AddressBook())
       .AddDatabase(kHome, "Library/CallHistoryDB/CallHistory.storedata", CallHistory())
       .AddDatabase(kHome, "Library/SMS/sms.db", Messages())
-      .AddFile(kMedia, kPicture, MediaFile(kHeic, 4000, 21))
+      .AddFile(kMedia, kPicture, HeicSample(640, 480, 21))
       .AddFile(kMedia, kItinerary, MediaFile("%PDF-1.7\n", 1200, 22))
       .AddDatabase(kNotes, "NoteStore.sqlite", Notes())
       .AddDatabase(kSafari, "Library/Safari/History.db", SafariHistory())
@@ -205,13 +262,18 @@ void WriteIPhone12Backup(const std::string& backups) {
       .AddFile(kMedia, "Media/Recordings/20230829 181502.m4a", MediaFile(kM4a, 6400, 3))
       .AddFile(kMedia, "Media/Recordings/20230905 073011.m4a", MediaFile(kM4a, 900, 4))
       .AddDatabase(kCameraRoll, "Media/PhotoData/Photos.sqlite", Photos())
-      .AddFile(kCameraRoll, "Media/DCIM/100APPLE/IMG_0415.HEIC", MediaFile(kHeic, 5200, 31))
-      .AddFile(kCameraRoll, "Media/DCIM/100APPLE/IMG_0416.HEIC", MediaFile(kHeic, 4800, 32))
+      .AddFile(kCameraRoll, "Media/DCIM/100APPLE/IMG_0415.HEIC", HeicSample(1200, 900, 31))
+      .AddFile(kCameraRoll, "Media/DCIM/100APPLE/IMG_0416.HEIC", HeicSample(900, 1200, 32))
       .AddFile(kCameraRoll, "Media/DCIM/100APPLE/IMG_0417.JPG", MediaFile(kJpeg, 3300, 33))
       .AddFile(kCameraRoll, "Media/PhotoData/Sync/100SYNCD/IMG_0950.JPG", MediaFile(kJpeg, 2800, 34))
       .AddDatabase(kHome, "Library/Voicemail/voicemail.db", Voicemail())
       .AddFile(kHome, "Library/Voicemail/1.amr", MediaFile(kAmr, 3100, 5))
       .AddFile(kHome, "Library/Voicemail/2.amr", MediaFile(kAmr, 1400, 6))
+      .AddDatabase(kWhatsApp, "ChatStorage.sqlite", WhatsAppChats())
+      .AddDatabase(kWhatsApp, "CallHistory.sqlite", WhatsAppCalls())
+      .AddFile(kWhatsApp, std::string("Message/") + kAurora, MediaFile(kJpeg, 2900, 41))
+      .AddFile(kWhatsApp, std::string("Message/") + kAuroraThumb, MediaFile(kJpeg, 300, 42))
+      .AddFile(kWhatsApp, std::string("Message/") + kVoiceNote, MediaFile("OggS", 1700, 43))
       .Write(backups + "/" + kFolder);
 }
 

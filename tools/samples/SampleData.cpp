@@ -14,10 +14,6 @@ constexpr int64_t kSeconds1970To2001 = 978307200;
 
 const std::string kJpeg("\xFF\xD8\xFF\xE0\x00\x10JFIF", 10);
 const std::string kPng("\x89PNG\r\n\x1A\n", 8);
-const std::string kHeic(
-    "\x00\x00\x00\x18"
-    "ftypheic",
-    12);
 const std::string kM4a(
     "\x00\x00\x00\x20"
     "ftypM4A ",

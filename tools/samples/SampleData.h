@@ -29,10 +29,13 @@ std::string Insert(const std::string& table, const std::string& columns,
 // filler that differ with `seed`.
 std::string MediaFile(const std::string& signature, size_t size, unsigned seed);
 
+// A HEIC picture of `width` by `height` (libheif) where the build has
+// libheif, else a stand-in with HEIC's signature whose filler follows `seed`.
+std::string HeicSample(int width, int height, unsigned seed);
+
 // File signatures for MediaFile.
 extern const std::string kJpeg;
 extern const std::string kPng;
-extern const std::string kHeic;
 extern const std::string kM4a;
 extern const std::string kCaf;
 extern const std::string kAmr;

@@ -1,5 +1,6 @@
 #include "BackupFinder.h"
 
+#include <cctype>
 #include <filesystem>
 #include <functional>
 #include <iostream>
@@ -9,6 +10,7 @@
 #include "Failure.h"
 #include "Password.h"
 #include "TerminalText.h"
+#include "platform/BackupFolders.h"
 
 namespace yh {
 namespace {
@@ -76,22 +78,30 @@ FoundBackup FromPath(const Library& library, const std::string& path) {
   return {nullptr, std::move(list), device};
 }
 
-// Device names come with a typographic apostrophe ("Ada’s iPhone") that is
-// hard to type; a plain one matches it.
-std::string PlainApostrophes(std::string name) {
+// A device name as typed: device names come with a typographic apostrophe
+// ("Ada’s iPhone") that is hard to type, so a plain one matches it, and
+// letters match without regard to case.
+std::string Typed(std::string name) {
   const std::string typographic = "’";
   for (size_t at = name.find(typographic); at != std::string::npos; at = name.find(typographic, at + 1)) {
     name.replace(at, typographic.size(), "'");
   }
+  for (char& c : name) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
   return name;
 }
 
+bool StartsWith(const std::string& text, const std::string& start) { return text.compare(0, start.size(), start) == 0; }
+
+// The first rule that any backup meets decides: the folder name, the device
+// name, the start of folder names, the start of device names.
 std::vector<BackupDevice*> Matching(const DeviceList& list, const std::string& name) {
   using Test = std::function<bool(const BackupDevice&)>;
+  const std::string typed = Typed(name);
   const Test tests[] = {
       [&](const BackupDevice& device) { return FolderName(device) == name; },
-      [&](const BackupDevice& device) { return PlainApostrophes(Text(device.deviceName)) == PlainApostrophes(name); },
-      [&](const BackupDevice& device) { return FolderName(device).compare(0, name.size(), name) == 0; },
+      [&](const BackupDevice& device) { return Typed(Text(device.deviceName)) == typed; },
+      [&](const BackupDevice& device) { return StartsWith(FolderName(device), name); },
+      [&](const BackupDevice& device) { return !typed.empty() && StartsWith(Typed(Text(device.deviceName)), typed); },
   };
   for (const Test& test : tests) {
     std::vector<BackupDevice*> found;
@@ -133,8 +143,17 @@ FoundBackup Find(const Library& library, const std::string& name, const std::str
 DeviceList ListBackups(const Library& library, const std::string& root) {
   if (!root.empty() && !IsFolder(root)) throw Failure(Printable(root) + ": no such folder");
   DeviceList list = library.List(root);
-  if (list.Devices().empty()) throw Failure("no backups found in " + Where(root));
-  return list;
+  if (!list.Devices().empty()) return list;
+  if (!root.empty()) {
+    throw Failure("no backups found in " + Printable(root) +
+                  " (a backup is a folder holding Manifest.db or Manifest.mbdb); give the folder that holds them "
+                  "with --root DIR");
+  }
+  std::string looked;
+  for (const std::string& folder : platform::DefaultBackupFolders()) {
+    looked += (looked.empty() ? "" : ", ") + Printable(folder) + (IsFolder(folder) ? " (no backup in it)" : " (missing)");
+  }
+  throw Failure("no backups found; looked in " + looked + "; give the folder that holds them with --root DIR");
 }
 
 FoundBackup LocateBackup(const Library& library, const std::string& name, const std::string& root) {

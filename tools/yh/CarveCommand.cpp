@@ -26,7 +26,7 @@ void LiftValues(plist_t rows) {
 int RunCarve(const CarveOptions& options, std::ostream& out) {
   // The rows as a kind of their own: these columns first, then each table's
   // values.
-  static const Kind kRows{-1, "rows", "", {"table", "source", "status", "rowid", "file", "offset"}};
+  static const Kind kRows{-1, "rows", "", {"table", "source", "status", "rowid", "file", "offset"}, {}};
   Plist rows(CarveDatabaseFile(options.database.c_str(), options.wal.empty() ? nullptr : options.wal.c_str(),
                                options.journal.empty() ? nullptr : options.journal.c_str(), options.all ? 1 : 0));
   if (!rows) throw Failure("cannot read " + Printable(options.database) + ": no such file");

@@ -31,6 +31,7 @@ struct ExportOptions {
   std::string root;
   std::string passwordFile;  // of an encrypted backup
   bool classic = false;      // the described service instead of the current one
+  bool resume = false;       // finish an interrupted run in `out`
 };
 
 struct DecryptOptions {

@@ -8,7 +8,8 @@
 
 namespace yh {
 
-// Records, files copied, bytes and files skipped per kind, then the totals.
+// Records, files copied, bytes, files skipped and records without a file in
+// the backup per kind, then the totals.
 void WriteExportTable(std::ostream& out, const std::vector<KindExport>& results);
 
 }  // namespace yh

@@ -23,28 +23,39 @@ void RefuseInsideBackup(const BackupDevice& device, const std::string& out) {
   }
 }
 
-Exporter::Exporter(const Library& library, BackupDevice& device, const std::string& copies,
-                   const std::string& out)
+Plist AnswerWithCopies(const Library& library, BackupDevice& device, const Kind& kind, MediaCopier& media,
+                       KindExport& result) {
+  Plist answer = library.Content(device, kind.contentType);
+  result.records = RecordCount(answer.get());
+  if (kind.IsMedia()) media.Copy(kind, answer.get(), result);
+  if (kind.name == "messages") media.CopyMessageAttachments(answer.get());
+  return answer;
+}
+
+Exporter::Exporter(const Library& library, BackupDevice& device, const std::string& copies, UnfinishedMark& mark)
     : library_(library),
       device_(device),
-      out_(OutputFolder::Open(out)),
-      media_(Text(device.backupPath), copies, out_, progress_) {}
+      out_(mark.Folder()),
+      resumed_(mark.Resumed()),
+      media_(Text(device.backupPath), copies, out_, progress_, resumed_) {}
 
 KindExport Exporter::Export(const Kind& kind) {
-  const Answer answer{&kind, library_.Content(device_, kind.contentType)};
   KindExport result{&kind};
-  result.records = RecordCount(answer.tree.get());
+  const Answer answer{&kind, AnswerWithCopies(library_, device_, kind, media_, result)};
   WriteAnswerFile(kind.name + ".json", Format::Json, answer);
   WriteAnswerFile(kind.name + ".csv", Format::Csv, answer);
-  if (kind.IsMedia()) media_.Copy(kind, answer.tree.get(), result);
   return result;
 }
 
+// An interrupted run wrote the same answer under the same name, whole.
 void Exporter::WriteAnswerFile(const std::string& name, Format format, const Answer& answer) {
-  const OutputFolder::NewFile file = out_.Create(name);
-  FileStream stream(file.fd.Get(), out_.Path() + "/" + file.name);
+  const std::string own = out_.Reserve(name);
+  if (resumed_ && out_.Holds(own)) return;
+  OutputFolder::NewFile file = out_.Create(own);
+  FileStream stream(file.Fd(), file.Path());
   WriteAnswer(stream, format, answer);
   stream.Finish();
+  file.Keep();
 }
 
 }  // namespace yh

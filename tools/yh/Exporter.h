@@ -6,9 +6,9 @@
 #include "Kinds.h"
 #include "Library.h"
 #include "MediaCopier.h"
-#include "OutputFolder.h"
 #include "Progress.h"
 #include "Render.h"
+#include "UnfinishedMark.h"
 
 namespace yh {
 
@@ -16,12 +16,18 @@ namespace yh {
 // yh never writes into a backup.
 void RefuseInsideBackup(const BackupDevice& device, const std::string& out);
 
-// Writes each kind's answer as <kind>.json and <kind>.csv into the output
-// folder and copies the media files the answers name into media/<kind>/.
+// Copies the media files a kind's answer names into media/<kind>/ (a
+// message's attachments into media/attachments/), gives each record that
+// names a file its copy's path, and returns the answer.
+Plist AnswerWithCopies(const Library& library, BackupDevice& device, const Kind& kind, MediaCopier& media,
+                       KindExport& result);
+
+// Writes each kind's answer, with the paths of the copies, as <kind>.json
+// and <kind>.csv into the output folder.
 class Exporter {
  public:
   // `copies`: where answers may name files besides the backup ("" for none).
-  Exporter(const Library& library, BackupDevice& device, const std::string& copies, const std::string& out);
+  Exporter(const Library& library, BackupDevice& device, const std::string& copies, UnfinishedMark& mark);
 
   KindExport Export(const Kind& kind);
 
@@ -30,7 +36,8 @@ class Exporter {
 
   const Library& library_;
   BackupDevice& device_;
-  OutputFolder out_;
+  OutputFolder& out_;
+  bool resumed_;
   Progress progress_;
   MediaCopier media_;
 };

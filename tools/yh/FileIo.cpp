@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "Failure.h"
+#include "Interruption.h"
 #include "TerminalText.h"
 
 namespace yh {
@@ -19,8 +20,10 @@ constexpr size_t kChunk = 1 << 16;
 
 [[noreturn]] void Fail(const std::string& what) { throw Failure(Printable(what) + ": " + std::strerror(errno)); }
 
+// Each block is a point where Ctrl-C may stop the copy.
 void WriteBytes(int fd, const char* data, size_t size, const std::string& what) {
   while (size > 0) {
+    StopIfInterrupted();
     const ssize_t written = ::write(fd, data, size);
     if (written < 0) {
       if (errno == EINTR) continue;
@@ -49,6 +52,17 @@ uint64_t CopyBytes(int from, int to, uint64_t limit, const std::string& what) {
 }
 
 }  // namespace
+
+std::string ReadAll(int fd) {
+  std::string bytes;
+  std::vector<char> buffer(kChunk);
+  for (;;) {
+    const ssize_t got = ::read(fd, buffer.data(), buffer.size());
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) return bytes;
+    bytes.append(buffer.data(), static_cast<size_t>(got));
+  }
+}
 
 void WriteAll(int fd, std::string_view bytes, const std::string& what) {
   WriteBytes(fd, bytes.data(), bytes.size(), what);

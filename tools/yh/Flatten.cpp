@@ -1,5 +1,6 @@
 #include "Flatten.h"
 
+#include <algorithm>
 #include <functional>
 #include <map>
 #include <string_view>
@@ -90,7 +91,7 @@ std::vector<Cells> Leaves(RowsBuilder& rows, const std::string& parent, plist_t 
 
 // Columns are met as the rows of before made them: the record's fields,
 // then each leaf's keys in order.
-void AddRecord(RowsBuilder& rows, plist_t record) {
+void AddRecord(RowsBuilder& rows, plist_t record, const std::vector<std::string>& inCells) {
   if (plist_get_node_type(record) != PLIST_DICT) {
     rows.Add({}, {{rows.Column("value"), CellText(record)}});
     return;
@@ -98,7 +99,7 @@ void AddRecord(RowsBuilder& rows, plist_t record) {
   Cells fields;
   std::vector<std::pair<std::string, plist_t>> containers;
   ForEachEntry(record, [&](std::string_view key, plist_t value) {
-    if (IsContainer(value)) {
+    if (IsContainer(value) && std::find(inCells.begin(), inCells.end(), key) == inCells.end()) {
       containers.emplace_back(key, value);
     } else {
       fields.emplace_back(rows.Column(key), CellText(value));
@@ -117,13 +118,13 @@ void AddRecord(RowsBuilder& rows, plist_t record) {
 
 }  // namespace
 
-Rows Flatten(plist_t answer, const std::vector<std::string>& known) {
+Rows Flatten(plist_t answer, const std::vector<std::string>& known, const std::vector<std::string>& inCells) {
   RowsBuilder rows(known);
   if (answer) {
     if (plist_get_node_type(answer) == PLIST_ARRAY) {
-      for (plist_t record : Elements(answer)) AddRecord(rows, record);
+      for (plist_t record : Elements(answer)) AddRecord(rows, record, inCells);
     } else {
-      AddRecord(rows, answer);
+      AddRecord(rows, answer, inCells);
     }
   }
   return rows.Take();

@@ -19,9 +19,11 @@ struct Rows {
 // one row per leaf instead, each repeating the record's own fields, so the
 // leaf keeps its parent's id. A leaf of a nested array of dictionaries fills
 // "parent.key" columns; an entry of a nested dictionary fills
-// "parent.label" and "parent.value". Columns start with `known` and go on
-// with any other key in the order it is first met.
-Rows Flatten(plist_t answer, const std::vector<std::string>& known);
+// "parent.label" and "parent.value". A record's container named in
+// `inCells` fills one cell of each of its rows instead, as compact JSON.
+// Columns start with `known` and go on with any other key in the order it
+// is first met.
+Rows Flatten(plist_t answer, const std::vector<std::string>& known, const std::vector<std::string>& inCells = {});
 
 }  // namespace yh
 

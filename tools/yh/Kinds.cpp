@@ -7,6 +7,15 @@ namespace {
 
 std::vector<std::string> MediaColumns() { return {"file_name", "path", "size", "type", "query_path"}; }
 
+std::vector<std::string> MessageColumns() {
+  return {"id", "phone", "another", "message.country", "message.service", "message.text", "message.date",
+          "message.type"};
+}
+
+std::vector<std::string> CallColumns() {
+  return {"name", "address", "date", "type", "duration", "country_code", "network_code", "location"};
+}
+
 std::vector<std::string> CalendarColumns() {
   return {"title", "type", "location", "description", "url", "start_date", "end_date", "area", "all_day", "status"};
 }
@@ -17,29 +26,29 @@ const char kAllKinds[] = "all";
 
 const std::vector<Kind>& Kinds() {
   static const std::vector<Kind> kinds = {
-      {0, "calls", "", {"name", "address", "date", "type", "duration", "country_code", "network_code", "location"}},
+      {0, "calls", "", CallColumns(), {}},
       {1,
        "contacts",
        "",
        {"id", "name", "organization", "department", "note", "birthday", "jobTitle", "nickName", "creationDate",
-        "properties.label", "properties.value"}},
-      {2,
-       "messages",
-       "",
-       {"id", "phone", "another", "message.country", "message.service", "message.text", "message.date",
-        "message.type"}},
-      {3, "attachments", "file_name", MediaColumns()},
-      {4, "notes", "", {"create_date", "modify_date", "title", "body"}},
-      {5, "safari", "", {"url", "type", "title", "lastVisitedDate", "visitCount"}},
-      {6, "events", "", CalendarColumns()},
-      {7, "reminders", "", CalendarColumns()},
-      {8, "recordings", "name", {"date", "title", "duration", "name", "path", "size"}},
-      {9, "camera-photos", "file_name", MediaColumns()},
-      {10, "other-photos", "file_name", MediaColumns()},
+        "properties.label", "properties.value"},
+       {}},
+      {2, "messages", "", MessageColumns(), {"participants"}},
+      {3, "attachments", "file_name", MediaColumns(), {}},
+      {4, "notes", "", {"create_date", "modify_date", "title", "body"}, {}},
+      {5, "safari", "", {"url", "type", "title", "lastVisitedDate", "visitCount"}, {}},
+      {6, "events", "", CalendarColumns(), {}},
+      {7, "reminders", "", CalendarColumns(), {}},
+      {8, "recordings", "name", {"date", "title", "duration", "name", "path", "size"}, {}},
+      {9, "camera-photos", "file_name", MediaColumns(), {}},
+      {10, "other-photos", "file_name", MediaColumns(), {}},
       {11,
        "voicemail",
        "file_name",
-       {"name", "address", "date", "duration", "heard", "deleted", "path", "size", "present", "file_name"}},
+       {"name", "address", "date", "duration", "heard", "deleted", "path", "size", "present", "file_name"},
+       {}},
+      {12, "whatsapp", "file_name", MessageColumns(), {}, {"message", "attachments"}},
+      {13, "whatsapp-calls", "", CallColumns(), {}},
   };
   return kinds;
 }

@@ -16,6 +16,12 @@ struct Kind {
   // The keys of one record in the library's order, nested ones as
   // "parent.child": the columns of the flattened records.
   std::vector<std::string> columns;
+  // Lists of a record kept in one cell of its rows rather than spread over
+  // rows of their own.
+  std::vector<std::string> inCells;
+  // The keys that lead from a record down to the lists of its media records
+  // (a chat's messages, then their attachments); none when each record is one.
+  std::vector<std::string> mediaLists = {};
 
   bool IsMedia() const { return !fileNameKey.empty(); }
 };
@@ -23,7 +29,7 @@ struct Kind {
 // The name that selects every kind.
 extern const char kAllKinds[];
 
-// The twelve kinds, in content-type order.
+// The fourteen kinds, in content-type order.
 const std::vector<Kind>& Kinds();
 
 // The kind named by its name or its content-type number; nullptr otherwise.

@@ -2,7 +2,9 @@
 
 #include <iostream>
 
+#include "FileDate.h"
 #include "FileIo.h"
+#include "Interruption.h"
 #include "PlistJson.h"
 #include "SafeName.h"
 #include "TerminalText.h"
@@ -12,62 +14,114 @@ namespace {
 
 const char kUnnamed[] = "unnamed";
 
-std::string StringAt(plist_t record, const std::string& key) {
-  plist_t node = plist_dict_get_item(record, key.c_str());
+std::string StringAt(plist_t record, const char* key) {
+  plist_t node = plist_dict_get_item(record, key);
   return node && plist_get_node_type(node) == PLIST_STRING ? CellText(node) : "";
+}
+
+bool IsFalse(plist_t record, const char* key) {
+  plist_t node = plist_dict_get_item(record, key);
+  uint8_t value = 1;
+  if (node && plist_get_node_type(node) == PLIST_BOOLEAN) plist_get_bool_val(node, &value);
+  return value == 0;
 }
 
 // A copy keeps the name the file had before the device renamed it, where
 // the record knows one.
 std::string CopyName(const Kind& kind, plist_t record) {
   const std::string original = StringAt(record, "original_name");
-  return original.empty() ? StringAt(record, kind.fileNameKey) : original;
+  return original.empty() ? StringAt(record, kind.fileNameKey.c_str()) : original;
+}
+
+template <typename Visit>
+void ForEachDictionary(plist_t array, Visit visit) {
+  if (!array || plist_get_node_type(array) != PLIST_ARRAY) return;
+  const uint32_t size = plist_array_get_size(array);
+  for (uint32_t i = 0; i < size; ++i) {
+    plist_t item = plist_array_get_item(array, i);
+    if (plist_get_node_type(item) == PLIST_DICT) visit(item, i, size);
+  }
+}
+
+// Visits what the lists `keys` name from `depth` on lead to below a record:
+// the record itself once none is left.
+template <typename Visit>
+void ForEachMedium(plist_t record, const std::vector<std::string>& keys, size_t depth, Visit& visit) {
+  if (depth == keys.size()) return visit(record);
+  ForEachDictionary(plist_dict_get_item(record, keys[depth].c_str()),
+                    [&](plist_t item, uint32_t, uint32_t) { ForEachMedium(item, keys, depth + 1, visit); });
 }
 
 }  // namespace
 
-MediaCopier::MediaCopier(const std::string& backupPath, const std::string& copies, const OutputFolder& out,
-                         Progress& progress)
-    : files_(backupPath, copies), out_(out), progress_(progress) {}
+const char kExportedPathKey[] = "exported_path";
 
-std::vector<std::string> MediaCopier::Copy(const Kind& kind, plist_t answer, KindExport& result) {
-  kindMedia_.reset();  // each kind has its own folder
-  std::vector<std::string> copies;
-  if (!answer || plist_get_node_type(answer) != PLIST_ARRAY) return copies;
-  const uint32_t total = plist_array_get_size(answer);
-  copies.reserve(total);
-  for (uint32_t i = 0; i < total; ++i) {
-    plist_t record = plist_array_get_item(answer, i);
-    copies.push_back(plist_get_node_type(record) == PLIST_DICT ? CopyOne(kind, record, result) : "");
-    progress_.Show("copying " + kind.name, i + 1, total, std::to_string(result.bytes / 1000000) + " MB");
-  }
-  progress_.Finish();
-  return copies;
+MediaCopier::MediaCopier(const std::string& backupPath, const std::string& copies, OutputFolder& out,
+                         Progress& progress, bool resumed)
+    : files_(backupPath, copies), media_(out, "media"), progress_(progress), resumed_(resumed) {}
+
+void MediaCopier::Copy(const Kind& kind, plist_t answer, KindExport& result) {
+  CopyAll(kind, kind.mediaLists, answer, result, "copying " + kind.name);
 }
 
-std::string MediaCopier::CopyOne(const Kind& kind, plist_t record, KindExport& result) {
-  const std::string name = CopyName(kind, record);
+void MediaCopier::CopyMessageAttachments(plist_t chats) {
+  const Kind& attachments = *FindKind("attachments");
+  KindExport ignored{&attachments};
+  CopyAll(attachments, {"message", "attachments"}, chats, ignored, "copying attachments of messages");
+}
+
+void MediaCopier::CopyAll(const Kind& kind, const std::vector<std::string>& lists, plist_t answer,
+                          KindExport& result, const std::string& doing) {
+  auto copy = [&](plist_t medium) { CopyRecord(kind, medium, result); };
+  ForEachDictionary(answer, [&](plist_t record, uint32_t i, uint32_t total) {
+    ForEachMedium(record, lists, 0, copy);
+    progress_.Show(doing, i + 1, total, std::to_string(result.bytes / 1000000) + " MB");
+  });
+  progress_.Finish();
+}
+
+void MediaCopier::CopyRecord(const Kind& kind, plist_t record, KindExport& result) {
+  StopIfInterrupted();
   const std::string path = StringAt(record, "path");
+  Copied copy;
+  if (path.empty() || IsFalse(record, "present")) {
+    ++result.missing;
+  } else if (const auto found = copied_.find(path); found != copied_.end()) {
+    copy = found->second;
+    copy.relative.empty() ? ++result.skipped : ++result.files;
+    result.bytes += copy.size;
+  } else {
+    copy = CopyFileOf(kind, record, path, result);
+    copied_.emplace(path, copy);
+  }
+  plist_dict_set_item(record, kExportedPathKey, plist_new_string(copy.relative.c_str()));
+  if (onCopy_ && !copy.relative.empty()) onCopy_(kind, record, copy.relative);
+}
+
+MediaCopier::Copied MediaCopier::CopyFileOf(const Kind& kind, plist_t record, const std::string& path,
+                                            KindExport& result) {
+  const std::string name = CopyName(kind, record);
   BackupFiles::Source source = files_.Open(path);
   if (!source.problem.empty()) {
     progress_.Finish();
     std::cerr << "yh: skipped " << kind.name << " file \"" << Printable(name) << "\": " << source.problem << " ("
               << Printable(path) << ")\n";
     ++result.skipped;
-    return "";
+    return {};
   }
-  const OutputFolder& folder = MediaFolder(kind);
-  const OutputFolder::NewFile copy = folder.Create(SafeFileName(name, kUnnamed));
-  result.bytes += CopyFile(source.fd.Get(), copy.fd.Get(), folder.Path() + "/" + copy.name);
+  OutputFolder& folder = media_.Of(kind.name);
+  std::string copyName = folder.Reserve(SafeFileName(name, kUnnamed));
+  if (resumed_ && folder.Holds(copyName, source.size)) {
+    ++result.kept;
+  } else {
+    OutputFolder::NewFile copy = folder.Create(copyName);
+    CopyFile(source.fd.Get(), copy.Fd(), copy.Path());
+    DateFile(copy.Fd(), StringAt(record, "date"));
+    copyName = copy.Keep();
+  }
   ++result.files;
-  return copy.name;
-}
-
-const OutputFolder& MediaCopier::MediaFolder(const Kind& kind) {
-  // Made on the first copy, so kinds without files leave no empty folders.
-  if (!media_) media_ = out_.Sub("media");
-  if (!kindMedia_) kindMedia_ = media_->Sub(kind.name);
-  return *kindMedia_;
+  result.bytes += source.size;
+  return {"media/" + kind.name + "/" + copyName, source.size};
 }
 
 }  // namespace yh

@@ -5,11 +5,13 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
+#include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
 #include "BackupFiles.h"
+#include "KindFolders.h"
 #include "Kinds.h"
 #include "OutputFolder.h"
 #include "Progress.h"
@@ -20,33 +22,60 @@ namespace yh {
 struct KindExport {
   const Kind* kind;
   size_t records = 0;
-  size_t files = 0;  // media files copied
+  size_t files = 0;  // media files in the output folder
   uint64_t bytes = 0;
   size_t skipped = 0;  // media files named but not copied
+  size_t missing = 0;  // records whose file the backup does not hold
+  size_t kept = 0;     // of `files`, copies an interrupted run had made
 };
+
+// The key each copied record gains: its copy's path relative to the output
+// folder, "" when it has none.
+extern const char kExportedPathKey[];
 
 // Copies the media files that answers name into media/<kind>/ of an output
 // folder, under the record's non-empty "original_name" or else its file name,
-// made safe, reading the backup only.
-// Files that cannot be copied are named on standard error and skipped.
+// made safe, reading the backup only, and writes each copy's path into its
+// record. A file is copied once however many records name it. Files that
+// cannot be copied are named on standard error and skipped; records whose
+// file the backup does not hold are counted, not named.
 class MediaCopier {
  public:
-  // Copies files of the backup folder or of `copies` ("" for none).
-  MediaCopier(const std::string& backupPath, const std::string& copies, const OutputFolder& out, Progress& progress);
+  // Called with each record and its copy's path once copied.
+  using OnCopy = std::function<void(const Kind& kind, plist_t record, const std::string& copy)>;
 
-  // The name of each record's copy in media/<kind>/, record by record; ""
-  // for a record whose file was not copied.
-  std::vector<std::string> Copy(const Kind& kind, plist_t answer, KindExport& result);
+  // Copies files of the backup folder or of `copies` ("" for none). With
+  // `resumed`, a copy already there under the name it would get is kept.
+  MediaCopier(const std::string& backupPath, const std::string& copies, OutputFolder& out, Progress& progress,
+              bool resumed);
+
+  // Every media record of a media kind's answer (for WhatsApp, the
+  // attachments of its chats' messages).
+  void Copy(const Kind& kind, plist_t answer, KindExport& result);
+  // The attachments of every message of a messages answer, into
+  // media/attachments/.
+  void CopyMessageAttachments(plist_t chats);
+
+  void SetOnCopy(OnCopy onCopy) { onCopy_ = std::move(onCopy); }
 
  private:
-  std::string CopyOne(const Kind& kind, plist_t record, KindExport& result);
-  const OutputFolder& MediaFolder(const Kind& kind);
+  struct Copied {
+    std::string relative;  // "" when not copied
+    uint64_t size = 0;
+  };
+
+  // Every media record of an answer, found through `lists` below each record.
+  void CopyAll(const Kind& kind, const std::vector<std::string>& lists, plist_t answer, KindExport& result,
+               const std::string& doing);
+  void CopyRecord(const Kind& kind, plist_t record, KindExport& result);
+  Copied CopyFileOf(const Kind& kind, plist_t record, const std::string& path, KindExport& result);
 
   BackupFiles files_;
-  const OutputFolder& out_;
+  KindFolders media_;
   Progress& progress_;
-  std::optional<OutputFolder> media_;
-  std::optional<OutputFolder> kindMedia_;
+  bool resumed_;
+  OnCopy onCopy_;
+  std::map<std::string, Copied> copied_;  // by the path the answer names
 };
 
 }  // namespace yh

@@ -12,7 +12,7 @@ namespace yh {
 namespace {
 
 void WriteRows(std::ostream& out, Format format, const Answer& answer) {
-  Rows rows = Flatten(answer.tree.get(), answer.kind->columns);
+  Rows rows = Flatten(answer.tree.get(), answer.kind->columns, answer.kind->inCells);
   if (format == Format::Csv) {
     WriteCsv(out, rows);
   } else {

@@ -31,7 +31,7 @@ CLI::Validator KindCheck() {
   return CLI::Validator(
       [](std::string& text) {
         return yh::IsKindOrAll(text) ? std::string()
-                                     : "unknown kind \"" + text + "\" (kinds: " + yh::KindNames() + ", 0 to 11, all)";
+                                     : "unknown kind \"" + text + "\" (kinds: " + yh::KindNames() + ", 0 to 13, all)";
       },
       "", "kind");
 }
@@ -64,6 +64,8 @@ void AddWriteOptions(CLI::App& command, yh::ExportOptions& options, const std::s
   command.add_option("--root", options.root, kRootHelp)->type_name("DIR");
   command.add_option("--password-file", options.passwordFile, kPasswordHelp)->type_name("FILE");
   AddClassicFlag(command, options.classic);
+  command.add_flag("--resume", options.resume,
+                   "Finish what an interrupted run of the same command left in --out, copying nothing twice");
 }
 
 // Errors print the message and the usage of the command at fault; --help
@@ -89,7 +91,7 @@ int main(int argc, char** argv) {
   // "/Users/..." is a path, not a Windows-style option (subcommands inherit this).
   app.allow_windows_style_options(false);
   app.footer("Kinds: " + yh::KindNames() +
-             " (or 0 to 11, in that order), all.\n"
+             " (or 0 to 13, in that order), all.\n"
              "Exit codes: 0 done; 1 nothing found or a backup that cannot be read; 2 usage error.");
 
   const std::map<std::string, Format> listFormats{{"table", Format::Table}, {"json", Format::Json}};

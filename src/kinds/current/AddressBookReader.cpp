@@ -45,22 +45,23 @@ std::string PropertyName(int64_t property) {
 }
 
 // The lines of a structured value in the order an address is written; keys
-// not named here follow in row order.
-const char* const kLineOrder[] = {"Street", "SubLocality", "City", "SubAdministrativeArea", "State", "ZIP", "Country"};
+// not named here follow in row order. Keys are compared in lower case: some
+// address books write them so.
+const char* const kLineOrder[] = {"street", "sublocality", "city", "subadministrativearea", "state", "zip", "country"};
 
 std::string JoinLines(const std::vector<std::pair<std::string, std::string>>& entries) {
   std::vector<std::string> lines;
   std::set<size_t> used;
   for (const char* key : kLineOrder) {
     for (size_t at = 0; at < entries.size(); ++at) {
-      if (entries[at].first == key && used.insert(at).second && !entries[at].second.empty()) {
+      if (AsciiLower(entries[at].first) == key && used.insert(at).second && !entries[at].second.empty()) {
         lines.push_back(entries[at].second);
       }
     }
   }
   for (size_t at = 0; at < entries.size(); ++at) {
     // A country code repeats the country in two letters.
-    if (!used.count(at) && entries[at].first != "CountryCode" && !entries[at].second.empty()) {
+    if (!used.count(at) && AsciiLower(entries[at].first) != "countrycode" && !entries[at].second.empty()) {
       lines.push_back(entries[at].second);
     }
   }

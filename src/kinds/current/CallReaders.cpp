@@ -18,11 +18,18 @@ void ReserveRows(Database& database, const char* table, std::vector<Call>& calls
   if (count.Step()) calls.reserve(static_cast<size_t>(std::max<int64_t>(count.Int64(0), 0)));
 }
 
+// Whether the call lasted: a duration above zero.
+bool Lasted(const Database::Statement& rows, int duration) {
+  const char* seconds = rows.Text(duration);
+  return seconds && std::strtod(seconds, nullptr) > 0;
+}
+
 }  // namespace
 
 // Flags of the old database: bit 0 set for a call the owner made, bit 4 for
 // FaceTime. Dates are seconds since 1970. It does not say whether a call was
-// answered; an incoming call that lasted is taken as answered.
+// answered: a call that lasted is taken as answered, whichever its direction
+// (a real iOS 5 log holds an outgoing call of no duration).
 std::vector<Call> ReadCallDatabase(Database& database) {
   const SchemaInfo schema(database);
   std::vector<Call> calls;
@@ -47,7 +54,7 @@ std::vector<Call> ReadCallDatabase(Database& database) {
     const int64_t flags = rows.Int64(flagBits);
     const bool outgoing = (flags & 1) != 0;
     const char* type = rows.IsNull(flagBits) ? "Unknown" : outgoing ? "Outgoing" : "Incoming";
-    call.answered = outgoing || (rows.Text(duration) && std::strtod(rows.Text(duration), nullptr) > 0);
+    call.answered = Lasted(rows, duration);
     const char* service = (flags & 16) != 0 ? "FaceTime" : "Phone";
     call.texts = PackedTexts{rows.WholeView(name),    rows.WholeView(address), date.text,
                              type,                    DurationText(rows.Text(duration)),
@@ -60,6 +67,9 @@ std::vector<Call> ReadCallDatabase(Database& database) {
 
 // ZCALLTYPE: 1 a phone call, 8 FaceTime video, 16 FaceTime audio. ZADDRESS
 // is text on some generations and a BLOB of the same bytes on others.
+// ZANSWERED is 0 for every outgoing call of an iOS 17 store, also for those
+// that lasted: an outgoing call counts as answered when it lasted or
+// ZANSWERED says so, an incoming one when ZANSWERED says so.
 std::vector<Call> ReadCallStore(Database& database) {
   const SchemaInfo schema(database);
   std::vector<Call> calls;
@@ -91,7 +101,7 @@ std::vector<Call> ReadCallStore(Database& database) {
                        : originated == 1          ? "Outgoing"
                        : originated == 0          ? "Incoming"
                                                   : "Unknown";
-    call.answered = rows.Int64(answered) != 0;
+    call.answered = rows.Int64(answered) != 0 || (originated == 1 && Lasted(rows, duration));
     const int64_t callType = rows.Int64(callTypes);
     const char* service = callType == 8 ? "FaceTime Video" : callType == 16 ? "FaceTime Audio" : "Phone";
     call.texts = PackedTexts{rows.WholeView(name),    rows.WholeView(address), date.text,

@@ -3,6 +3,7 @@
 #include <initializer_list>
 
 #include "common/ColumnHelpers.h"
+#include "common/HtmlText.h"
 #include "common/LocalDate.h"
 #include "common/NoteDocument.h"
 #include "common/SchemaInfo.h"
@@ -104,7 +105,8 @@ std::vector<NoteEntry> ReadLegacyNotes(Database& database, NoteSelection selecti
     NoteEntry note;
     SetDates(note, rows.Text(created), rows.Text(modified));
     note.title = GetEmptyStringIsNull(rows.Text(title));
-    note.body = GetEmptyStringIsNull(rows.Text(body));
+    // Notes of iOS 4 to 8 keep their text as HTML.
+    note.body = HtmlToText(GetEmptyStringIsNull(rows.Text(body)));
     note.folder = GetEmptyStringIsNull(rows.Text(folder));
     notes.push_back(std::move(note));
   }

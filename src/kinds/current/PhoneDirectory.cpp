@@ -1,17 +1,12 @@
 #include "kinds/current/PhoneDirectory.h"
 
 #include <algorithm>
-#include <cctype>
+
+#include "common/TextHelpers.h"
 
 namespace {
 
 bool IsAddress(const std::string& text) { return text.find('@') != std::string::npos; }
-
-std::string Lower(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return text;
-}
 
 bool EndsWith(const std::string& text, const std::string& tail) {
   return text.size() >= tail.size() && text.compare(text.size() - tail.size(), tail.size(), tail) == 0;
@@ -30,7 +25,7 @@ std::string PhoneDirectory::NumberKey(const std::string& text) {
 void PhoneDirectory::Add(const std::string& value, const std::string& name) {
   if (IsAddress(value)) {
     const size_t index = names_.size();
-    if (addresses_.emplace(Lower(value), index).second) names_.push_back(name);
+    if (addresses_.emplace(AsciiLower(value), index).second) names_.push_back(name);
     return;
   }
   std::string digits = NumberKey(value);
@@ -42,7 +37,7 @@ void PhoneDirectory::Add(const std::string& value, const std::string& name) {
 
 const std::string* PhoneDirectory::Find(const std::string& address) const {
   if (IsAddress(address)) {
-    const auto hit = addresses_.find(Lower(address));
+    const auto hit = addresses_.find(AsciiLower(address));
     return hit == addresses_.end() ? nullptr : &names_[hit->second];
   }
   const std::string digits = NumberKey(address);

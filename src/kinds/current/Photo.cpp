@@ -22,11 +22,12 @@ std::vector<PhotoFile> Photo::Read(const BackupDevice* device) {
     file.relativePath = "Media/" + asset.directory + "/" + asset.fileName;
     // Only the file at the asset's own path counts, never a thumbnail or
     // derivative whose path merely contains it. An asset kept only in the
-    // cloud has no file here and is left out.
+    // cloud has no file here and is listed without one.
     const std::optional<StoredFile> stored = StoredFileIn(device, kDomain, file.relativePath);
-    if (!stored || stored->path.empty()) continue;
-    file.path = stored->path;
-    file.size = stored->size;
+    if (stored && !stored->path.empty()) {
+      file.path = stored->path;
+      file.size = stored->size;
+    }
     file.camera = IsCameraPicture(asset.directory + "/" + asset.fileName);
     file.asset = std::move(asset);
     files.push_back(std::move(file));
@@ -48,6 +49,7 @@ void Photo::InsertKeys(const PhotoFile& file, plist_t dict) const {
   // Trashed assets are kept: "Recently Deleted" still holds their files,
   // and recovering them is what a user is most likely to want.
   plist_dict_set_item(dict, "trashed", plist_new_bool(file.asset.trashed));
+  plist_dict_set_item(dict, "present", plist_new_bool(!file.path.empty()));
 }
 
 }  // namespace current

@@ -15,17 +15,18 @@ namespace current {
 struct PhotoFile {
   LibraryAsset asset;
   std::string relativePath;  // "Media/" + directory + "/" + file name
-  std::string path;
+  std::string path;  // "" when the backup does not hold the file
   uint64_t size = 0;
   bool camera = false;
 };
 
-// The pictures and videos of the photo library whose files the backup holds,
-// read once and answered in two groups: camera pictures (kCamera), those
-// whose path names DCIM, and the rest (kOther). Each is located exactly by
-// its path in CameraRollDomain. Besides the described keys: "date",
-// "original_name", "video" and "trashed". NULL when the backup holds no file
-// of any asset.
+// Every picture and video of the photo library, read once and answered in
+// two groups: camera pictures (kCamera), those whose path names DCIM, and the
+// rest (kOther). Each is located exactly by its path in CameraRollDomain; an
+// asset whose file the backup does not hold (kept only in the cloud, or
+// missing) is listed with an empty path and size 0. Besides the described
+// keys: "date", "original_name", "video", "trashed" and "present". NULL when
+// the library lists no asset.
 class Photo : public StoredRecordKind<PhotoFile> {
  public:
   // The flags that ask for each group.

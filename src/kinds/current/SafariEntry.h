@@ -13,6 +13,7 @@ struct SafariEntry {
   struct Visit {
     std::string date;
     std::string title;
+    std::optional<int64_t> instant;  // seconds since 1970, for the order
   };
 
   std::string url;

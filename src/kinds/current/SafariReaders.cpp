@@ -8,6 +8,7 @@
 #include "common/PlistDictEntries.h"
 #include "common/PlistHelpers.h"
 #include "common/SchemaInfo.h"
+#include "kinds/current/NewestFirst.h"
 
 namespace current {
 namespace {
@@ -35,13 +36,15 @@ std::optional<SafariEntry> PlistEntry(plist_t element) {
       entry.visitCount = static_cast<int64_t>(count);
     }
   }
-  entry.visits.push_back({entry.date, entry.title});
+  entry.visits.push_back({entry.date, entry.title, std::nullopt});
   return entry;
 }
 
 }  // namespace
 
-// A page's title is that of its newest visit that has one (redirects have none).
+// Visits newest first, those without a readable date last; a page's date
+// is that of its newest readable visit, its title that of its newest visit
+// that has one (redirects have none).
 std::vector<SafariEntry> ReadHistoryDatabase(Database& database) {
   const SchemaInfo schema(database);
   std::vector<SafariEntry> entries;
@@ -66,18 +69,24 @@ std::vector<SafariEntry> ReadHistoryDatabase(Database& database) {
       SafariEntry entry;
       entry.url = Text(rows, url);
       entry.visitCount = rows.Int64(visitCount);
-      LocalDate date = LocalDateOf(rows.Text(visitTime), TimeBase::Since2001);
-      entry.date = std::move(date.text);
-      entry.instant = date.instant;
       entries.push_back(std::move(entry));
     }
-    SafariEntry& entry = entries.back();
     if (rows.IsNull(visitTime) && rows.IsNull(title)) continue;
-    std::string visitTitle = Text(rows, title);
-    if (entry.title.empty()) entry.title = visitTitle;
-    // The item's first row is its newest visit, whose date the item shows.
-    std::string visited = entry.visits.empty() ? entry.date : LocalDateText(rows.Text(visitTime), TimeBase::Since2001);
-    entry.visits.push_back({std::move(visited), std::move(visitTitle)});
+    LocalDate visited = LocalDateOf(rows.Text(visitTime), TimeBase::Since2001);
+    entries.back().visits.push_back({std::move(visited.text), Text(rows, title), visited.instant});
+  }
+  for (SafariEntry& entry : entries) {
+    entry.visits = NewestFirst(std::move(entry.visits), &SafariEntry::Visit::instant);
+    if (!entry.visits.empty()) {
+      entry.date = entry.visits.front().date;
+      entry.instant = entry.visits.front().instant;
+    }
+    for (const SafariEntry::Visit& visit : entry.visits) {
+      if (!visit.title.empty()) {
+        entry.title = visit.title;
+        break;
+      }
+    }
   }
   return entries;
 }
@@ -121,7 +130,8 @@ std::vector<SafariEntry> ReadBookmarks(Database& database) {
     if (entry.url.empty()) continue;
     entry.bookmark = true;
     entry.title = Text(rows, title);
-    entry.date = LocalDateText(rows.Text(modified), TimeBase::Since2001);
+    // iOS 18 keeps Unix seconds here, older devices seconds since 2001.
+    entry.date = LocalDateText(rows.Text(modified), TimeBase::ByMagnitude);
     entry.visitCount = 1;
     entries.push_back(std::move(entry));
   }

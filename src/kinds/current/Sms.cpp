@@ -93,11 +93,21 @@ void Sms::Name(const BackupDevice* device, Conversation& conversation, NameCache
 }
 
 std::vector<Conversation> Sms::Read(const BackupDevice* device) {
+  size_t database = 0;
   std::vector<Conversation> conversations =
-      ReadStoredDatabases(device, StoredFilesAt(device, kMessageDatabase),
-                          [](Database& database) { return ReadMessageDatabase(database); });
+      ReadStoredDatabases(device, StoredFilesAt(device, kMessageDatabase), [&database](Database& opened) {
+        std::vector<Conversation> read = ReadMessageDatabase(opened);
+        for (Conversation& conversation : read) conversation.database = database;
+        ++database;
+        return read;
+      });
   NameCache names;
-  for (Conversation& conversation : conversations) Name(device, conversation, names);
+  for (Conversation& conversation : conversations) {
+    Name(device, conversation, names);
+    for (Message& message : conversation.messages) {
+      message.attachments = attachments_.Of(device, conversation.database, message.rowId);
+    }
+  }
   return conversations;
 }
 
@@ -198,6 +208,11 @@ void Sms::InsertKeys(const Conversation& conversation, plist_t dict) const {
       InsertPlistDictString(item, "sender", message.texts.AsCString(Message::kSender));
       InsertPlistDictString(item, "sender_name", message.senderName.c_str());
       if (message.deletion) InsertDeletion(MarkOf(conversation, message), item);
+      if (!message.attachments.empty()) {
+        plist_t attachments = plist_new_array();
+        for (uint32_t place : message.attachments) plist_array_append_item(attachments, attachments_.Dictionary(place));
+        plist_dict_set_item(item, "attachments", attachments);
+      }
       plist_array_append_item(messages, item);
     }
     plist_dict_set_item(dict, "message", messages);

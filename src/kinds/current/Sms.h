@@ -10,6 +10,7 @@
 #include "common/PackedTexts.h"
 #include "kinds/current/Contact.h"
 #include "kinds/current/Deletion.h"
+#include "kinds/current/SmsAttachment.h"
 #include "kinds/current/StoredRecordKind.h"
 
 namespace current {
@@ -26,10 +27,12 @@ struct Message {
   // conversation's deletions; 0 for a live one (in the padding: no cost).
   uint32_t deletion = 0;
   std::string senderName;
+  std::vector<uint32_t> attachments;  // places among every attachment (SmsAttachment::Of)
 };
 
 // One conversation with its messages in date order.
 struct Conversation {
+  size_t database = 0;  // its message database, in StoredFilesAt's order
   std::string id;
   std::string phone;
   std::string another;
@@ -46,14 +49,17 @@ struct Conversation {
 // and its text (from the archived attributed string where the text column
 // is empty). Besides the described keys: per conversation "participants"
 // (each with "address" and "name"), "group" and "display_name"; per message
-// "sender" and "sender_name" (empty for the owner's own messages). An empty
-// array when no message database holds a conversation. Messages the owner
-// deleted are left out of it; they are the kind's deleted records, each
-// message marked, in the conversation it was in (found through the joins
-// that are left or recovered), else under its handle, else under "unknown".
+// "sender" and "sender_name" (empty for the owner's own messages) and, for a
+// message that has any, "attachments": the dictionaries the attachments kind
+// gives for them. An empty array when no message database holds a
+// conversation. Messages the owner deleted are left out of it; they are the
+// kind's deleted records, each message marked, in the conversation it was in
+// (found through the joins that are left or recovered), else under its
+// handle, else under "unknown".
 class Sms : public StoredRecordKind<Conversation> {
  public:
-  explicit Sms(Contact& contacts) : StoredRecordKind(WhenNone::EmptyList), contacts_(contacts) {}
+  Sms(Contact& contacts, SmsAttachment& attachments)
+      : StoredRecordKind(WhenNone::EmptyList), contacts_(contacts), attachments_(attachments) {}
 
  private:
   std::vector<Conversation> Read(const BackupDevice* device) override;
@@ -71,6 +77,7 @@ class Sms : public StoredRecordKind<Conversation> {
   void Name(const BackupDevice* device, Conversation& conversation, NameCache& cache);
 
   Contact& contacts_;
+  SmsAttachment& attachments_;
 };
 
 }  // namespace current

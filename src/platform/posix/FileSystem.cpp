@@ -116,6 +116,19 @@ long long ReadSome(int fd, void* data, size_t size) {
   }
 }
 
+long long ReadAt(int fd, void* data, size_t size, uint64_t offset) {
+  char* bytes = static_cast<char*>(data);
+  size_t done = 0;
+  while (done < size) {
+    const ssize_t got = pread(fd, bytes + done, size - done, static_cast<off_t>(offset + done));
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) return -1;
+    if (got == 0) break;
+    done += static_cast<size_t>(got);
+  }
+  return static_cast<long long>(done);
+}
+
 bool WriteAll(int fd, const void* data, size_t size) {
   const char* bytes = static_cast<const char*>(data);
   while (size > 0) {

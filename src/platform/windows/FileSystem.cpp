@@ -224,6 +224,29 @@ long long ReadSome(int fd, void* data, size_t size) {
   return _read(fd, data, chunk);
 }
 
+long long ReadAt(int fd, void* data, size_t size, uint64_t offset) {
+  const HANDLE handle = reinterpret_cast<HANDLE>(_get_osfhandle(fd));
+  if (handle == INVALID_HANDLE_VALUE) return -1;
+  char* bytes = static_cast<char*>(data);
+  size_t done = 0;
+  while (done < size) {
+    // The offset travels in the OVERLAPPED structure, also for a handle opened for synchronous reads.
+    OVERLAPPED at{};
+    const uint64_t position = offset + done;
+    at.Offset = static_cast<DWORD>(position);
+    at.OffsetHigh = static_cast<DWORD>(position >> 32);
+    const DWORD chunk = size - done > (1u << 30) ? (1u << 30) : static_cast<DWORD>(size - done);
+    DWORD got = 0;
+    if (!ReadFile(handle, bytes + done, chunk, &got, &at)) {
+      if (GetLastError() == ERROR_HANDLE_EOF) break;
+      return -1;
+    }
+    if (got == 0) break;
+    done += got;
+  }
+  return static_cast<long long>(done);
+}
+
 bool WriteAll(int fd, const void* data, size_t size) {
   const char* bytes = static_cast<const char*>(data);
   while (size > 0) {

@@ -27,6 +27,8 @@ const CurrentRoute kCurrentRoutes[] = {
     {[](CurrentKinds& k) -> Kind& { return k.photo; }, current::Photo::kCamera},  // ContentCameraPhoto
     {[](CurrentKinds& k) -> Kind& { return k.photo; }, current::Photo::kOther},  // ContentOtherPhoto
     {[](CurrentKinds& k) -> Kind& { return k.voicemail; }, 0},  // ContentVoicemail
+    {[](CurrentKinds& k) -> Kind& { return k.whatsApp; }, 0},  // ContentWhatsApp
+    {[](CurrentKinds& k) -> Kind& { return k.whatsAppCalls; }, 0},  // ContentWhatsAppCalls
 };
 
 void PrepareCurrentSession(BackupDevice*, BackupSession& session) {

@@ -67,12 +67,40 @@ TEST(CurrentCalls, EveryGenerationNewestFirstWithTrueDatesAndNames) {
                 Expected({
                     {"", "someone@example.org", day + ":03:20", "Outgoing", "00:00:59", "", "", true, "FaceTime Video"},
                     {"Ada", "+16175550199", day + ":02:30", "Incoming", "00:00:00", "us", "", false, "FaceTime Audio"},
-                    {"Bob", "5550100", day + ":01:40", "Outgoing", "00:00:00", "us", "", true, "Phone"},
+                    {"Bob", "5550100", day + ":01:40", "Outgoing", "00:00:00", "us", "", false, "Phone"},
                     {"Ada", "+1 (617) 555-0199", day + ":00:00", "Incoming", "00:01:05", "us", "", true, "Phone"},
                 }))
           << zone;
     }
   }
+}
+
+// iOS 17 stores ZANSWERED 0 for every outgoing call, also for those that
+// lasted: an outgoing call counts as answered unless it lasted nothing and
+// no column says it was answered. An incoming call is answered when
+// ZANSWERED says so.
+TEST(CurrentCalls, AnOutgoingCallIsAnsweredUnlessItLastedNothingAndNothingSaysItWas) {
+  const std::string store =
+      Schema("CallHistory.storedata-ios17") +
+      "INSERT INTO ZCALLRECORD (Z_PK, ZADDRESS, ZDATE, ZORIGINATED, ZDURATION, ZANSWERED, ZCALLTYPE) VALUES "
+      "(1, '5550101', 583675201, 1, 61.2, 0, 1), (2, '5550102', 583675202, 1, 0, 0, 1), "
+      "(3, '5550103', 583675203, 1, 0, 1, 1), (4, '5550104', 583675204, 0, 0, 0, 1), "
+      "(5, '5550105', 583675205, 0, 30, 1, 1), (6, '5550106', 583675206, 1, NULL, NULL, 1);\n";
+  TempDir root;
+  ScopedTimeZone utc("UTC");
+  ServedBackup served(BackupBuilder(IndexKind::ManifestDb)
+                          .AddDatabase("HomeDomain", "Library/CallHistoryDB/CallHistory.storedata", store)
+                          .Write(root.Path() + "b"),
+                      Service::Current);
+  EXPECT_EQ(served.Answer(ContentCallHistory),
+            Expected({
+                {"", "5550106", "2019-07-01 12:00:06", "Outgoing", "00:00:00", "", "", false, "Phone"},
+                {"", "5550105", "2019-07-01 12:00:05", "Incoming", "00:00:30", "", "", true, "Phone"},
+                {"", "5550104", "2019-07-01 12:00:04", "Incoming", "00:00:00", "", "", false, "Phone"},
+                {"", "5550103", "2019-07-01 12:00:03", "Outgoing", "00:00:00", "", "", true, "Phone"},
+                {"", "5550102", "2019-07-01 12:00:02", "Outgoing", "00:00:00", "", "", false, "Phone"},
+                {"", "5550101", "2019-07-01 12:00:01", "Outgoing", "00:01:01", "", "", true, "Phone"},
+            }));
 }
 
 TEST(CurrentCalls, TheDescribedServiceStillSkipsTheOldDatabaseWithoutNetworkCodes) {

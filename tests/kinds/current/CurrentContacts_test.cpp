@@ -94,6 +94,27 @@ TEST(CurrentContacts, PeopleOutOfOrderOrRepeatedAreListedByIdWithTheirValues) {
                 "{\"id\":7u,\"name\":\"Ada Lovelace\"," + empty + "\"properties\":{\"Mobile\":\"555-0107\"}}]");
 }
 
+// Some address books write their line keys in lower case: they are matched
+// without regard to case, so the address is still written street first.
+TEST(CurrentContacts, AddressLineKeysMatchWithoutRegardToCase) {
+  AddressBook book("AddressBook.sqlitedb-ios15");
+  book.Person(1, "First", "'Ada'")
+      .Label(2, "'_$!<Home>!$_'")
+      .PropertyValue(13, 1, AddressBook::kAddress, 2, "NULL")
+      .Entry(13, 1, "'zip'", "'SW1Y 4JH'")
+      .Entry(13, 2, "'countrycode'", "'gb'")
+      .Entry(13, 3, "'COUNTRY'", "'United Kingdom'")
+      .Entry(13, 4, "'city'", "'London'")
+      .Entry(13, 5, "'street'", "'12 St James''s Square'");
+  TempDir root;
+  const std::string backup =
+      BackupBuilder(IndexKind::ManifestDb).AddDatabase("HomeDomain", kAddressBookPath, book.Sql()).Write(root.Path() + "b");
+  ServedBackup served(backup, Service::Current);
+  const std::string answer = served.Answer(ContentContact);
+  EXPECT_NE(answer.find("\"Home\":\"12 St James's Square\nLondon\nSW1Y 4JH\nUnited Kingdom\""), std::string::npos)
+      << answer;
+}
+
 // A stored count too large for any day is shown as it was stored.
 TEST(CurrentContacts, ABirthdayBeyondAnyDayIsShownAsStored) {
   const char kSql[] =

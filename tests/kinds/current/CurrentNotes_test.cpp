@@ -97,13 +97,15 @@ std::string WriteNotesBackup(const TempDir& root, IndexKind kind) {
       "(1, " + kWinter + ", " + kWinter + " + 3600, 'Old list', 1, 1, 0), "
       "(2, " + kSummer + ", " + kSummer + ", 'Old gone', 2, 1, 1), "
       "(3, NULL, NULL, 'No body', NULL, NULL, NULL);\n"
-      "INSERT INTO ZNOTEBODY (Z_PK, ZCONTENT) VALUES (1, '<div>milk, eggs</div>'), (2, '<div>gone</div>');\n";
+      "INSERT INTO ZNOTEBODY (Z_PK, ZCONTENT) VALUES (1, 'Old list<div>milk, eggs</div><div><br></div>"
+      "<div>bread &amp; jam&nbsp;&#x2014; &lt;fresh&gt;</div>'), (2, '<div>gone</div>');\n";
   return BackupBuilder(kind)
       .AddDatabase("HomeDomain", kLegacyPath, legacy)
       .AddDatabase(kNotesDomain, kNoteStorePath, store)
       .Write(root.Path() + "backup");
 }
 
+// Old notes keep their text as HTML: the current service gives its text.
 TEST(CurrentNotes, OldNotesFirstThenLastModifiedWithTrueDatesAndWholeTexts) {
   for (IndexKind kind : kIndexKinds) {
     TempDir root;
@@ -119,7 +121,7 @@ TEST(CurrentNotes, OldNotesFirstThenLastModifiedWithTrueDatesAndWholeTexts) {
       EXPECT_EQ(served.Answer(ContentNote),
                 Expected({
                     {january + ":00:00", std::string("2020-01-15 ") + (zone[0] == 'U' ? "13" : "08") + ":00:00",
-                     "Old list", "<div>milk, eggs</div>", false, "Notes"},
+                     "Old list", "Old list\nmilk, eggs\n\nbread & jam\u00a0\u2014 <fresh>", false, "Notes"},
                     {"", "", "No body", "", false, ""},
                     {july + ":00:00", late + ":00:00", "Marked", kMarked, false, ""},
                     {january + ":00:00", january + ":00:00", "Long", LongText(), false, "Trips"},

@@ -71,6 +71,7 @@ struct Expected {
   bool camera;
   std::string queryPath, date, originalName;
   bool video, trashed;
+  bool present = true;
 };
 
 std::string Answer(const std::vector<Expected>& records) {
@@ -81,7 +82,8 @@ std::string Answer(const std::vector<Expected>& records) {
             "\",\"size\":" + std::to_string(record.size) + "u,\"type\":" + (record.camera ? "1" : "0") +
             "u,\"query_path\":\"" + record.queryPath + "\",\"date\":\"" + record.date + "\",\"original_name\":\"" +
             record.originalName + "\",\"video\":" + (record.video ? "true" : "false") +
-            ",\"trashed\":" + (record.trashed ? "true" : "false") + "}";
+            ",\"trashed\":" + (record.trashed ? "true" : "false") +
+            ",\"present\":" + (record.present ? "true" : "false") + "}";
   }
   return text + "]";
 }
@@ -112,6 +114,8 @@ BackupBuilder PhotoBackup(IndexKind kind, const Generation& generation) {
   return builder;
 }
 
+// Assets whose file the backup lacks are listed too, with an empty path,
+// size 0 and present false, and their date and names.
 TEST(CurrentPhotos, EveryGenerationLocatedExactlyWithTrueDates) {
   for (IndexKind kind : kIndexKinds) {
     for (const Generation& generation : {kIos7, kIos11, kIos18}) {
@@ -133,6 +137,10 @@ TEST(CurrentPhotos, EveryGenerationLocatedExactlyWithTrueDates) {
                            "Media/DCIM/100APPLE/IMG_0001.HEIC", summer, original("Beach.heic"), false, false},
                           {"IMG_0002.MOV", stored("Media/DCIM/100APPLE/IMG_0002.MOV"), 5, true,
                            "Media/DCIM/100APPLE/IMG_0002.MOV", winter, "", true, generation.trashed},
+                          {"IMG_0003.JPG", "", 0, true, "Media/DCIM/100APPLE/IMG_0003.JPG", summer,
+                           original("Cloud.jpg"), false, false, false},
+                          {"IMG_0004.PNG", "", 0, true, "Media/DCIM/100APPLE/IMG_0004.PNG", summer, "", false, false,
+                           false},
                           {"IMG_0005.PNG", stored("Media/DCIM/101APPLE/IMG_0005.PNG"), 0, true,
                            "Media/DCIM/101APPLE/IMG_0005.PNG", "", "", false, false}}))
             << zone;
@@ -227,7 +235,8 @@ TEST(CurrentPhotos, AssetsAddedInTheWalAreListed) {
   }
 }
 
-TEST(CurrentPhotos, ALibraryInAnotherDomainOrWithoutAnyStoredFileAnswersNull) {
+// A library kept only in the cloud still lists its assets, without files.
+TEST(CurrentPhotos, ALibraryInAnotherDomainAnswersNullAndOneWithoutStoredFilesListsItsAssets) {
   TempDir root;
   const std::string elsewhere = BackupBuilder(IndexKind::ManifestDb)
                                     .AddDatabase("MediaDomain", kLibrary, Library(kIos18, {kAssets[0]}))
@@ -237,9 +246,12 @@ TEST(CurrentPhotos, ALibraryInAnotherDomainOrWithoutAnyStoredFileAnswersNull) {
   const std::string cloudOnly = BackupBuilder(IndexKind::ManifestDb)
                                     .AddDatabase(kCameraRoll, kLibrary, Library(kIos18, {kAssets[0]}))
                                     .Write(root.Path() + "b");
+  ScopedTimeZone utc("UTC");
   ServedBackup served(cloudOnly, Service::Current);
-  EXPECT_EQ(served.Answer(ContentCameraPhoto), "null");
-  EXPECT_EQ(served.Answer(ContentOtherPhoto), "null");
+  EXPECT_EQ(served.Answer(ContentCameraPhoto),
+            Answer({{"IMG_0001.HEIC", "", 0, true, "Media/DCIM/100APPLE/IMG_0001.HEIC", "2019-07-01 12:00:00",
+                     "Beach.heic", false, false, false}}));
+  EXPECT_EQ(served.Answer(ContentOtherPhoto), "[]");
 }
 
 }  // namespace

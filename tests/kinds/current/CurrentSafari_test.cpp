@@ -136,6 +136,47 @@ TEST(CurrentSafari, TheOldHistoryListWithTrueDates) {
   }
 }
 
+// Bookmarks.db of iOS 18 keeps last_modified in Unix seconds where older
+// ones count from 2001: both read as the same day.
+TEST(CurrentSafari, BookmarkDatesAreReadByTheirMagnitude) {
+  const char kDates[] =
+      "INSERT INTO bookmarks (id, parent, type, title, url, order_index, last_modified, deleted) VALUES "
+      "(1, 0, 0, 'Since 2001', 'https://example.org/2001', 0, 583675200, 0), "
+      "(2, 0, 0, 'Unix', 'https://example.org/unix', 1, 1561982400.5, 0);\n";
+  TempDir root;
+  const std::string backup = BackupBuilder(IndexKind::ManifestDb)
+                                 .AddDatabase("HomeDomain", "Library/Safari/Bookmarks.db", Schema("Bookmarks.db-ios7") + kDates)
+                                 .Write(root.Path() + "b");
+  ScopedTimeZone utc("UTC");
+  ServedBackup served(backup, Service::Current);
+  EXPECT_EQ(served.Answer(ContentSafariHistory),
+            Expected({{"https://example.org/2001", "bookmark", "Since 2001", "2019-07-01 12:00:00", 1, {}},
+                      {"https://example.org/unix", "bookmark", "Unix", "2019-07-01 12:00:00", 1, {}}}));
+}
+
+// A visit whose time is no number (or no date) sorts after every visit with
+// a date and is never taken as the page's last visit.
+TEST(CurrentSafari, AnUnreadableVisitIsNeverTheLast) {
+  const char kVisits[] =
+      "INSERT INTO history_items (id, url, visit_count, daily_visit_counts, should_recompute_derived_visit_counts, "
+      "visit_count_score) VALUES (1, 'https://example.org/a', 3, X'', 0, 0);\n"
+      "INSERT INTO history_visits (id, history_item, visit_time, title) VALUES "
+      "(1, 1, 'yesterday', 'Broken'), (2, 1, 583675200, 'Good'), (3, 1, 1e300, 'Far');\n";
+  TempDir root;
+  const std::string backup = BackupBuilder(IndexKind::ManifestDb)
+                                 .AddDatabase("HomeDomain", kHistoryDb, Schema("History.db-safari") + kVisits)
+                                 .Write(root.Path() + "b");
+  ScopedTimeZone utc("UTC");
+  ServedBackup served(backup, Service::Current);
+  EXPECT_EQ(served.Answer(ContentSafariHistory),
+            Expected({{"https://example.org/a",
+                       "history",
+                       "Good",
+                       "2019-07-01 12:00:00",
+                       3,
+                       {{"2019-07-01 12:00:00", "Good"}, {"", "Broken"}, {"", "Far"}}}}));
+}
+
 TEST(CurrentSafari, ABackupWithoutSafariAnswersAnEmptyList) {
   TempDir root;
   ServedBackup served(BackupBuilder(IndexKind::Mbdb).Write(root.Path() + "b"), Service::Current);

@@ -1,42 +1,18 @@
 #include "ReportWriter.h"
 
-#include <filesystem>
 #include <utility>
 
 #include "DataScript.h"
 #include "DeviceJson.h"
-#include "Failure.h"
+#include "Exporter.h"
 #include "FileIo.h"
 #include "PageFiles.h"
 #include "Render.h"
-#include "TerminalText.h"
 
 namespace yh {
 namespace {
 
 const char kIndexPage[] = "index.html";
-
-OutputFolder EmptyFolder(const std::string& path) {
-  OutputFolder folder = OutputFolder::Open(path);
-  std::error_code error;
-  if (!std::filesystem::is_empty(path, error) || error) {
-    throw Failure("--out " + Printable(path) + " is not an empty folder; a report needs a folder of its own");
-  }
-  return folder;
-}
-
-void WriteFile(const OutputFolder& folder, const std::string& name, std::string_view bytes) {
-  const OutputFolder::NewFile file = folder.Create(name);
-  WriteAll(file.fd.Get(), std::string(bytes), folder.Path() + "/" + file.name);
-}
-
-// The page's HTML at the top, the rest of its files in assets/.
-void WritePage(const OutputFolder& out) {
-  const OutputFolder assets = out.Sub("assets");
-  for (const PageFile& file : PageFiles()) {
-    WriteFile(file.name == std::string(kIndexPage) ? out : assets, file.name, file.bytes);
-  }
-}
 
 // The messages of every conversation; null for other kinds.
 Json MessageCount(const Json& data) {
@@ -46,59 +22,87 @@ Json MessageCount(const Json& data) {
   return count;
 }
 
+const Json& MessagesOf(const Json& chat) {
+  static const Json none = Json::array();
+  return chat.is_object() && chat.contains("message") && chat["message"].is_array() ? chat["message"] : none;
+}
+
+Json TextOf(const Json& message, const char* key) {
+  return message.is_object() && message.contains(key) && message[key].is_string() ? message[key] : Json("");
+}
+
+// The data files of a kind of conversations are named with this before
+// "thread-N" and "message-texts": nothing for Messages', the kind's name and
+// "-" for WhatsApp's.
+std::string ThreadFilePrefix(const Kind& kind) { return kind.name == "messages" ? "" : kind.name + "-"; }
+
+// [text, date] of every message, one list per conversation.
+Json MessageTexts(const Json& chats) {
+  Json texts = Json::array();
+  for (const Json& chat : chats) {
+    Json list = Json::array();
+    for (const Json& message : MessagesOf(chat)) list.push_back({TextOf(message, "text"), TextOf(message, "date")});
+    texts.push_back(std::move(list));
+  }
+  return texts;
+}
+
 }  // namespace
 
 ReportWriter::ReportWriter(const Library& library, BackupDevice& device, const std::string& copies,
-                           const std::string& out)
+                           UnfinishedMark& mark)
     : library_(library),
       device_(device),
-      out_(EmptyFolder(out)),
+      out_(mark.Folder()),
+      resumed_(mark.Resumed()),
       data_(out_.Sub("data")),
-      media_(Text(device.backupPath), copies, out_, progress_) {
-  WritePage(out_);
+      media_(Text(device.backupPath), copies, out_, progress_, resumed_),
+      previews_(out_, resumed_) {
+  media_.SetOnCopy([this](const Kind& kind, plist_t record, const std::string& copy) {
+    previews_.Add(kind, record, copy);
+  });
+  // The page's HTML at the top, the rest of its files in assets/.
+  OutputFolder assets = out_.Sub("assets");
+  for (const PageFile& file : PageFiles()) {
+    WriteFile(file.name == std::string(kIndexPage) ? out_ : assets, file.name, file.bytes);
+  }
 }
 
 KindExport ReportWriter::Add(const Kind& kind) {
-  const Plist answer = library_.Content(device_, kind.contentType);
   KindExport result{&kind};
-  result.records = RecordCount(answer.get());
-  Json data = Json::object();
+  const Plist answer = AnswerWithCopies(library_, device_, kind, media_, result);
   Json records = answer ? ToJson(answer.get()) : Json::array();
-  if (kind.name == "messages") {
-    data["threads"] = Threads(std::move(records));
+  Json data = Json::object();
+  if (kind.name == "messages" || kind.name == "whatsapp") {
+    data["threads"] = Threads(kind, records);
+    WriteData(ThreadFilePrefix(kind) + "message-texts", MessageTexts(records));
   } else {
     data["records"] = std::move(records);
-  }
-  if (kind.IsMedia()) {
-    Json copies = Json::array();
-    for (const std::string& name : media_.Copy(kind, answer.get(), result)) {
-      copies.push_back(name.empty() ? Json() : Json(name));
-    }
-    data["files"] = std::move(copies);
   }
   WriteData(kind.name, data);
   kinds_.push_back({{"name", kind.name},
                     {"records", result.records},
                     {"files", result.files},
                     {"skipped", result.skipped},
+                    {"missing", result.missing},
                     {"messages", MessageCount(data)}});
   return result;
 }
 
 // One data file per conversation, loaded when it is opened; the list holds
 // each conversation's own keys, its message count and its last message.
-Json ReportWriter::Threads(Json chats) {
+Json ReportWriter::Threads(const Kind& kind, const Json& chats) {
   Json threads = Json::array();
   size_t messages = 0;
   for (size_t i = 0; i < chats.size(); ++i) {
-    Json& chat = chats[i];
+    const Json& chat = chats[i];
     if (!chat.is_object()) continue;
     Json summary = chat;
-    const Json list = chat.contains("message") && chat["message"].is_array() ? chat["message"] : Json::array();
+    const Json& list = MessagesOf(chat);
     summary.erase("message");
     summary["count"] = list.size();
     summary["last"] = list.empty() ? Json() : list.back();
-    summary["data"] = "thread-" + std::to_string(i + 1);
+    summary["data"] = ThreadFilePrefix(kind) + "thread-" + std::to_string(i + 1);
     messages += list.size();
     WriteData(summary["data"], chat);
     threads.push_back(std::move(summary));
@@ -112,6 +116,15 @@ void ReportWriter::Finish() {
   Json device = DeviceJson(device_);
   device.erase("path");
   WriteData("overview", {{"device", device}, {"kinds", kinds_}});
+}
+
+// An interrupted run wrote the same bytes under the same name, whole.
+void ReportWriter::WriteFile(OutputFolder& folder, const std::string& name, std::string_view bytes) {
+  const std::string own = folder.Reserve(name);
+  if (resumed_ && folder.Holds(own)) return;
+  OutputFolder::NewFile file = folder.Create(own);
+  WriteAll(file.Fd(), bytes, file.Path());
+  file.Keep();
 }
 
 void ReportWriter::WriteData(const std::string& name, const Json& data) {

@@ -2,43 +2,49 @@
 #define YH_TOOL_REPORT_REPORTWRITER_H
 
 #include <string>
-#include <vector>
+#include <string_view>
 
 #include "Kinds.h"
 #include "Library.h"
 #include "MediaCopier.h"
-#include "OutputFolder.h"
 #include "PlistJson.h"
+#include "Previews.h"
 #include "Progress.h"
+#include "UnfinishedMark.h"
 
 namespace yh {
 
 // Writes a report that a browser opens from disk: the page (index.html and
 // assets/), the answers as data scripts in data/ and copies of the media
-// files in media/<kind>/, into a folder that must be new or empty, so that
-// the page's fixed names are its own.
+// files in media/<kind>/ with previews of those a browser cannot show in
+// previews/<kind>/, into a folder of its own. data/overview.js comes last: a
+// page without it says that the report is incomplete.
 class ReportWriter {
  public:
   // `copies`: where answers may name files besides the backup ("" for none).
-  ReportWriter(const Library& library, BackupDevice& device, const std::string& copies, const std::string& out);
+  ReportWriter(const Library& library, BackupDevice& device, const std::string& copies, UnfinishedMark& mark);
 
   // Writes data/<kind>.js; messages also write one data/thread-N.js per
-  // conversation.
+  // conversation and data/message-texts.js, the text and date of every
+  // message, for the search.
   KindExport Add(const Kind& kind);
 
   // Writes data/overview.js: the device and what each kind added.
   void Finish();
 
  private:
+  void WriteFile(OutputFolder& folder, const std::string& name, std::string_view bytes);
   void WriteData(const std::string& name, const Json& data);
-  Json Threads(Json chats);
+  Json Threads(const Kind& kind, const Json& chats);
 
   const Library& library_;
   BackupDevice& device_;
-  OutputFolder out_;
+  OutputFolder& out_;
+  bool resumed_;
   OutputFolder data_;
   Progress progress_;
   MediaCopier media_;
+  Previews previews_;
   Json kinds_ = Json::array();
 };
 

@@ -11,6 +11,7 @@ namespace {
 
 using yhtest::BackupBuilder;
 using yhtest::IndexKind;
+namespace fs = std::filesystem;
 
 class YhBackupErrors : public ::testing::Test {
  protected:
@@ -29,6 +30,12 @@ class YhBackupErrors : public ::testing::Test {
     EXPECT_EQ(run.code, 1);
     EXPECT_EQ(run.err, "yh: " + message + "\n");
     EXPECT_EQ(run.out, "");
+  }
+
+  static std::string NoneIn(const std::string& root) {
+    return "no backups found in " + root +
+           " (a backup is a folder holding Manifest.db or Manifest.mbdb); give the folder that holds them with "
+           "--root DIR";
   }
 
   yhtest::TempDir root_;
@@ -89,18 +96,41 @@ TEST_F(YhBackupErrors, UnknownAndAmbiguousNamesAreRefused) {
   ExpectFailure(root_.Path() + "gone", root_.Path() + "gone: no such folder");
 }
 
+// Says where it looked and how to look elsewhere.
 TEST_F(YhBackupErrors, AnEmptyOrMissingRootFindsNothing) {
-  ExpectFailure("x", "no backups found in " + root_.Path());
+  ExpectFailure("x", NoneIn(root_.Path()));
   const YhResult missing = Yh({"show", "x", "calls", "--root", root_.Path() + "nope"});
   EXPECT_EQ(missing.code, 1);
   EXPECT_EQ(missing.err, "yh: " + root_.Path() + "nope: no such folder\n");
   const YhResult noDefault = Yh({"show", "x", "calls"}, {"XDG_DATA_HOME=" + root_.Path()});
   EXPECT_EQ(noDefault.code, 1);
-  EXPECT_EQ(noDefault.err, "yh: no backups found in the default location\n");
+  EXPECT_EQ(noDefault.err, "yh: no backups found; looked in " + root_.Path() +
+                              "MobileSync/Backup (missing); give the folder that holds them with --root DIR\n");
+  fs::create_directories(root_.Path() + "MobileSync/Backup");
+  const YhResult empty = Yh({"show", "x", "calls"}, {"XDG_DATA_HOME=" + root_.Path()});
+  EXPECT_TRUE(Contains(empty.err, "looked in " + root_.Path() + "MobileSync/Backup (no backup in it); "));
+}
+
+TEST_F(YhBackupErrors, ADeviceNameMatchesWithoutRegardToCaseAndByItsStart) {
+  const auto named = [&](const std::string& folder, const std::string& device) {
+    BackupBuilder(IndexKind::ManifestDb)
+        .InfoString("Device Name", device)
+        .AddFile("HomeDomain", "Library/Preferences/a.plist", "x")
+        .Write(root_.Path() + folder);
+  };
+  named("f1", "Ada’s iPhone");
+  named("f2", "Ada’s iPad");
+  named("f3", "Grace’s iPhone");
+  for (const std::string name : {"ada's iphone", "ADA’S IPAD", "grace", "Gr"}) {
+    SCOPED_TRACE(name);
+    EXPECT_EQ(Yh({"show", name, "calls", "--root", root_.Path()}).code, 0);
+  }
+  ExpectFailure("ada", "\"ada\" names 2 backups: f1 (Ada’s iPhone), f2 (Ada’s iPad); give more of the folder name");
+  ExpectFailure("iphone", "no backup \"iphone\" in " + root_.Path() + " (see yh list)");
 }
 
 TEST_F(YhBackupErrors, ControlCharactersInNamesAreShownEscaped) {
-  ExpectFailure("bad\x1b[2Jname", "no backups found in " + root_.Path());
+  ExpectFailure("bad\x1b[2Jname", NoneIn(root_.Path()));
   Backup("x");
   ExpectFailure("bad\x1b[2Jname", "no backup \"bad\\x1B[2Jname\" in " + root_.Path() + " (see yh list)");
 }

@@ -54,7 +54,7 @@ TEST(YhCommandLine, UsageErrorsExitWithTwoAndTheUsage) {
       {{"show"}, "BACKUP is required", "Usage: yh show"},
       {{"show", "x"}, "KIND is required", "Usage: yh show"},
       {{"show", "x", "photos"}, "unknown kind \"photos\"", "Usage: yh show"},
-      {{"show", "x", "12"}, "unknown kind \"12\"", "Usage: yh show"},
+      {{"show", "x", "14"}, "unknown kind \"14\"", "Usage: yh show"},
       {{"show", "x", "-1"}, "-1", "Usage: yh show"},
       {{"show", "x", "calls", "--format", "yaml"},
        "unknown format \"yaml\" (formats: json, xml, csv, table)",

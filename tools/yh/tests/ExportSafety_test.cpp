@@ -135,7 +135,7 @@ TEST_F(YhExportSafety, HostileNamesStayInsideTheOutputFolder) {
     ++files;
     EXPECT_NE(ReadFile(entry.path().string()), kSecret) << entry.path();
   }
-  EXPECT_EQ(files, 2 * 12 + 13u) << "12 kinds as JSON and CSV, 10 of 12 pictures, 2 recordings, 1 attachment";
+  EXPECT_EQ(files, 2 * 14 + 13u) << "14 kinds as JSON and CSV, 10 of 12 pictures, 2 recordings, 1 attachment";
 
   const std::string photos = out_ + "/media/other-photos/";
   EXPECT_EQ(ReadFile(photos + "dup.jpg"), "first dup");
@@ -155,7 +155,7 @@ TEST_F(YhExportSafety, HostileNamesStayInsideTheOutputFolder) {
   EXPECT_TRUE(Contains(run.err, "yh: skipped other-photos file \"outside.jpg\": lies outside the backup ("));
   EXPECT_TRUE(Contains(run.err, "yh: skipped other-photos file \"folder.jpg\": not a regular file ("));
   EXPECT_FALSE(Contains(run.err, "\x1b"));
-  EXPECT_TRUE(Contains(run.out, "\nother-photos   12       10     98     2\n"));
+  EXPECT_TRUE(Contains(run.out, "\nother-photos    12       10     98     2        0\n"));
 }
 
 TEST_F(YhExportSafety, AnswersThatNameFilesOutsideAreShownButNotCopied) {

@@ -1,12 +1,14 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <ctime>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <string>
 
 #include "Kinds.h"
+#include "UnfinishedMark.h"
 #include "YhRun.h"
 #include "support/BackupBuilder.h"
 #include "support/TreeSnapshot.h"
@@ -23,6 +25,20 @@ std::set<std::string> Entries(const std::string& folder) {
   std::set<std::string> names;
   for (const auto& entry : fs::directory_iterator(folder)) names.insert(entry.path().filename().string());
   return names;
+}
+
+// The media records of an answer: its records, or the dictionaries of the
+// nested lists `keys` lead to.
+void CollectMedia(const nlohmann::ordered_json& list, const std::vector<std::string>& keys, size_t depth,
+                  std::vector<nlohmann::ordered_json>& media) {
+  if (!list.is_array()) return;
+  for (const nlohmann::ordered_json& item : list) {
+    if (depth == keys.size()) {
+      media.push_back(item);
+    } else if (item.is_object() && item.contains(keys[depth])) {
+      CollectMedia(item[keys[depth]], keys, depth + 1, media);
+    }
+  }
 }
 
 class YhExport : public ::testing::Test {
@@ -53,25 +69,64 @@ TEST_F(YhExport, WritesEachKindAsJsonAndCsvAndCopiesTheMedia) {
       const auto show = [&](const char* format) {
         return OutOf(Yh({"show", sample, kind.name, "--root", Samples(), "--format", format}));
       };
-      EXPECT_EQ(ReadFile(out_ + "/" + kind.name + ".json"), show("json"));
-      EXPECT_EQ(ReadFile(out_ + "/" + kind.name + ".csv"), show("csv"));
-      if (!kind.IsMedia()) continue;
-      const yh::Plist answer = Answer(backup, kind.contentType);
-      const uint32_t records = plist_array_get_size(answer.get());
-      EXPECT_EQ(Entries(out_ + "/media/" + kind.name).size(), records);
-      for (uint32_t i = 0; i < records; ++i) {
-        const auto record = nlohmann::json::parse(show("json"))[i];
-        const std::string original = record.value("original_name", "");
-        const std::string name = original.empty() ? record[kind.fileNameKey].get<std::string>() : original;
-        const std::string copy = out_ + "/media/" + kind.name + "/" + name;
-        EXPECT_EQ(ReadFile(copy), ReadFile(record["path"])) << copy;
-        EXPECT_EQ(fs::file_size(copy), record["size"].get<uint64_t>());
+      if (!kind.IsMedia() || !kind.mediaLists.empty()) {
+        // Messages name their attachments' copies; the attachments kind checks those.
+        const nlohmann::ordered_json exported =
+            nlohmann::ordered_json::parse(ReadFile(out_ + "/" + kind.name + ".json"));
+        EXPECT_EQ(WithoutCopyPaths(exported), nlohmann::ordered_json::parse(show("json")));
+        if (kind.name != "messages" && kind.name != "whatsapp") {
+          EXPECT_EQ(ReadFile(out_ + "/" + kind.name + ".csv"), show("csv"));
+        }
+        // WhatsApp's media lie in its chats' messages.
+        std::vector<nlohmann::ordered_json> media;
+        CollectMedia(exported, kind.mediaLists, 0, media);
+        if (!kind.IsMedia() || media.empty()) continue;
+        EXPECT_EQ(Entries(out_ + "/media/" + kind.name).size(), media.size());
+        for (const nlohmann::ordered_json& medium : media) {
+          const std::string copy = medium.at("exported_path").get<std::string>();
+          EXPECT_EQ(copy.rfind("media/" + kind.name + "/", 0), 0U) << copy;
+          EXPECT_EQ(ReadFile(out_ + "/" + copy), ReadFile(medium["path"])) << copy;
+        }
+        continue;
+      }
+      // The answer as shown, each record with the path of its copy.
+      const nlohmann::ordered_json shown = nlohmann::ordered_json::parse(show("json"));
+      const nlohmann::ordered_json exported = nlohmann::ordered_json::parse(ReadFile(out_ + "/" + kind.name + ".json"));
+      ASSERT_EQ(exported.size(), shown.size());
+      EXPECT_EQ(Entries(out_ + "/media/" + kind.name).size(), shown.size());
+      for (size_t i = 0; i < shown.size(); ++i) {
+        const std::string original = shown[i].value("original_name", "");
+        const std::string name = original.empty() ? shown[i][kind.fileNameKey].get<std::string>() : original;
+        const std::string copy = "media/" + kind.name + "/" + name;
+        nlohmann::ordered_json expected = shown[i];
+        expected["exported_path"] = copy;
+        EXPECT_EQ(exported[i], expected);
+        EXPECT_EQ(ReadFile(out_ + "/" + copy), ReadFile(shown[i]["path"])) << copy;
+        EXPECT_EQ(fs::file_size(out_ + "/" + copy), shown[i]["size"].get<uint64_t>());
+      }
+      const std::vector<std::string> csv = Lines(ReadFile(out_ + "/" + kind.name + ".csv"));
+      const std::vector<std::string> shownCsv = Lines(show("csv"));
+      ASSERT_EQ(csv.size(), shownCsv.size());
+      EXPECT_EQ(csv[0], shownCsv[0] + ",exported_path");
+      for (size_t i = 1; i < csv.size(); ++i) {
+        EXPECT_EQ(csv[i], shownCsv[i] + "," + exported[i - 1]["exported_path"].get<std::string>());
       }
     }
-    EXPECT_EQ(Entries(out_ + "/media"),
-              (std::set<std::string>{"attachments", "camera-photos", "other-photos", "recordings", "voicemail"}));
+    std::set<std::string> folders{"attachments", "camera-photos", "other-photos", "recordings", "voicemail"};
+    if (sample == std::string(kNewSample)) folders.insert("whatsapp");
+    EXPECT_EQ(Entries(out_ + "/media"), folders);
     EXPECT_EQ(Entries(out_).size(), 2 * yh::Kinds().size() + 1);
   }
+}
+
+// A message's attachments name the copies the attachments kind names, made once.
+TEST_F(YhExport, MessagesNameTheCopiesOfTheirAttachments) {
+  ASSERT_EQ(Exported(kNewSample).code, 0);
+  const auto chats = nlohmann::json::parse(ReadFile(out_ + "/messages.json"));
+  EXPECT_EQ(chats[0]["message"][2]["attachments"][0]["exported_path"], "media/attachments/IMG_0412.HEIC");
+  EXPECT_EQ(chats[1]["message"][0]["attachments"][0]["exported_path"], "media/attachments/Itinerary.pdf");
+  EXPECT_EQ(Entries(out_ + "/media/attachments"), (std::set<std::string>{"IMG_0412.HEIC", "Itinerary.pdf"}));
+  EXPECT_TRUE(Contains(ReadFile(out_ + "/messages.csv"), R"(""exported_path"":""media/attachments/Itinerary.pdf"")"));
 }
 
 TEST_F(YhExport, CopiesKeepTheirOriginalNamesWhereTheRecordHasOne) {
@@ -104,20 +159,46 @@ TEST_F(YhExport, PrintsASummary) {
   const YhResult run = Exported(kOldSample);
   EXPECT_EQ(run.out, "Exported 5d2f3b8e9a1c4d7f6e0b2a9c8d7e6f5a4b3c2d1e (Grace’s iPhone) to " + out_ +
                          "\n"
-                         "kind           records  files  bytes  skipped\n"
-                         "calls          4        -      -      -\n"
-                         "contacts       3        -      -      -\n"
-                         "messages       2        -      -      -\n"
-                         "attachments    2        2      4816   0\n"
-                         "notes          2        -      -      -\n"
-                         "safari         4        -      -      -\n"
-                         "events         3        -      -      -\n"
-                         "reminders      3        -      -      -\n"
-                         "recordings     2        2      6524   0\n"
-                         "camera-photos  3        3      10228  0\n"
-                         "other-photos   1        1      2610   0\n"
-                         "voicemail      1        1      2206   0\n"
-                         "total          30       9      26384  0\n");
+                         "kind            records  files  bytes  skipped  missing\n"
+                         "calls           4        -      -      -        -\n"
+                         "contacts        3        -      -      -        -\n"
+                         "messages        2        -      -      -        -\n"
+                         "attachments     2        2      4816   0        0\n"
+                         "notes           2        -      -      -        -\n"
+                         "safari          4        -      -      -        -\n"
+                         "events          3        -      -      -        -\n"
+                         "reminders       3        -      -      -        -\n"
+                         "recordings      2        2      6524   0        0\n"
+                         "camera-photos   3        3      10228  0        0\n"
+                         "other-photos    1        1      2610   0        0\n"
+                         "voicemail       1        1      2206   0        0\n"
+                         "whatsapp        0        0      0      0        0\n"
+                         "whatsapp-calls  0        -      -      -        -\n"
+                         "total           30       9      26384  0        0\n");
+}
+
+// A copy is dated when its record says the content was made; without a
+// date, when it was copied.
+TEST_F(YhExport, CopiesCarryTheRecordsDate) {
+  const time_t started = time(nullptr);
+  ASSERT_EQ(Exported(kNewSample, {"--kinds", "recordings,voicemail"}).code, 0);
+  ASSERT_EQ(Yh({"export", kOldSample, "--root", Samples(), "--out", out_ + "-old", "--kinds", "camera-photos"}).code, 0);
+  const auto modified = [](const std::string& path) {
+    struct stat status {};
+    EXPECT_EQ(stat(path.c_str(), &status), 0) << path;
+    return status.st_mtime;
+  };
+  for (const std::string kind : {"recordings", "voicemail"}) {
+    for (const auto& record : nlohmann::json::parse(ReadFile(out_ + "/" + kind + ".json"))) {
+      std::tm date{};
+      ASSERT_TRUE(strptime(record["date"].get<std::string>().c_str(), "%Y-%m-%d %H:%M:%S", &date));
+      EXPECT_EQ(modified(out_ + "/" + record["exported_path"].get<std::string>()), timegm(&date)) << record["date"];
+    }
+  }
+  for (const auto& record : nlohmann::json::parse(ReadFile(out_ + "-old/camera-photos.json"))) {
+    ASSERT_EQ(record["date"], "");
+    EXPECT_GE(modified(out_ + "-old/" + record["exported_path"].get<std::string>()), started);
+  }
 }
 
 TEST_F(YhExport, KindsCanBeChosen) {
@@ -134,39 +215,35 @@ TEST_F(YhExport, VoicemailHasNoFilesWithTheDescribedService) {
   const YhResult run = Exported(kNewSample, {"--kinds", "voicemail", "--classic"});
   ASSERT_EQ(run.code, 0) << run.err;
   EXPECT_EQ(Entries(out_), (std::set<std::string>{"voicemail.json", "voicemail.csv"}));
-  EXPECT_TRUE(Contains(run.out, "\nvoicemail  0        0      0      0\n"));
+  EXPECT_TRUE(Contains(run.out, "\nvoicemail  0        0      0      0        0\n"));
 }
 
-TEST_F(YhExport, NothingIsEverOverwritten) {
+TEST_F(YhExport, AFolderNotEmptyIsRefusedAndLeftAsItWas) {
   ASSERT_EQ(Exported(kOldSample).code, 0);
   const std::string before = yhtest::SnapshotTree(out_);
-  const YhResult again = Exported(kOldSample);
-  ASSERT_EQ(again.code, 0);
-  // Every earlier file is as it was; the second export sits beside it.
-  const std::string after = yhtest::SnapshotTree(out_);
-  for (const std::string& line : Lines(before)) {
-    if (line.find(" f ") != std::string::npos) {
-      EXPECT_TRUE(Contains(after, line));
-    }
+  for (const std::vector<std::string>& more : {std::vector<std::string>{}, {"--resume"}}) {
+    const YhResult again = Exported(kOldSample, more);
+    EXPECT_EQ(again.code, 1);
+    EXPECT_EQ(again.err, "yh: --out " + out_ +
+                             " is not empty and holds no interrupted export; give a new or empty folder (--resume "
+                             "only finishes an interrupted export)\n");
   }
-  EXPECT_EQ(ReadFile(out_ + "/calls-1.json"), ReadFile(out_ + "/calls.json"));
-  EXPECT_EQ(ReadFile(out_ + "/media/camera-photos/IMG_0001-1.JPG"),
-            ReadFile(out_ + "/media/camera-photos/IMG_0001.JPG"));
+  EXPECT_EQ(yhtest::SnapshotTree(out_), before);
 }
 
+// An interrupted export whose folder someone has since planted links in.
 TEST_F(YhExport, PlantedLinksInTheOutputAreNeverFollowed) {
   const std::string elsewhere = dir_.Path() + "elsewhere/";
   yhtest::WriteFile(elsewhere + "calls.json", "keep me");
-  fs::create_directories(out_);
+  yhtest::WriteFile(out_ + "/" + yh::UnfinishedMark::kName, yh::UnfinishedMark::Text("export", kOldSample));
   fs::create_symlink(elsewhere + "calls.json", out_ + "/calls.json");
   fs::create_symlink(elsewhere, out_ + "/media");
   const std::string outside = yhtest::SnapshotTree(elsewhere);
 
-  const YhResult run = Exported(kOldSample);
+  const YhResult run = Exported(kOldSample, {"--resume"});
   EXPECT_EQ(run.code, 1);
   EXPECT_TRUE(Contains(run.err, "cannot write " + out_ + "/media: "));
   EXPECT_EQ(yhtest::SnapshotTree(elsewhere), outside);
-  EXPECT_TRUE(fs::is_regular_file(out_ + "/calls-1.json"));
   EXPECT_TRUE(fs::is_symlink(out_ + "/calls.json"));
 }
 

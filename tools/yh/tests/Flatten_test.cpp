@@ -42,6 +42,17 @@ TEST(YhFlatten, NestedListsGiveOneRowPerLeafWithTheParentsFields) {
   plist_free(answer);
 }
 
+TEST(YhFlatten, ListsNamedToStayInCellsFillOneCellOfEachRow) {
+  plist_t answer = Array({Dict({{"id", Text("+1555")},
+                                {"participants", Array({Dict({{"address", Text("+1555")}, {"name", Text("Ada")}})})},
+                                {"message", Array({Dict({{"text", Text("hi")}}), Dict({{"text", Text("yo")}})})}})});
+  EXPECT_EQ(Csv(Flatten(answer, {"id", "message.text"}, {"participants"})),
+            "id,message.text,participants\n"
+            "+1555,hi,\"[{\"\"address\"\":\"\"+1555\"\",\"\"name\"\":\"\"Ada\"\"}]\"\n"
+            "+1555,yo,\"[{\"\"address\"\":\"\"+1555\"\",\"\"name\"\":\"\"Ada\"\"}]\"\n");
+  plist_free(answer);
+}
+
 TEST(YhFlatten, NestedDictionariesGiveLabelAndValue) {
   plist_t answer = Array({Dict({{"id", plist_new_uint(7)},
                                 {"properties", Dict({{"Mobile", Text("+1 555")}, {"Home", Text("a@b")}})},

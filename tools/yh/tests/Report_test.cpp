@@ -7,6 +7,7 @@
 
 #include "Kinds.h"
 #include "PageFiles.h"
+#include "UnfinishedMark.h"
 #include "YhRun.h"
 #include "support/BackupBuilder.h"
 #include "support/TreeSnapshot.h"
@@ -26,15 +27,6 @@ std::set<std::string> Files(const std::string& folder) {
     if (entry.is_regular_file()) names.insert(fs::relative(entry.path(), folder).string());
   }
   return names;
-}
-
-// The data a data script hands to the page under `name`.
-ordered_json Data(const std::string& path, const std::string& name) {
-  const std::string text = ReadFile(path);
-  const std::string head = "yhData(\"" + name + "\", ";
-  EXPECT_EQ(text.compare(0, head.size(), head), 0) << text.substr(0, 80);
-  EXPECT_EQ(text.substr(text.size() - 3), ");\n");
-  return ordered_json::parse(text.substr(head.size(), text.size() - head.size() - 3));
 }
 
 class YhReport : public ::testing::Test {
@@ -70,22 +62,32 @@ TEST_F(YhReport, WritesThePageAndEachKindsAnswerAsData) {
     }
     for (const yh::Kind& kind : yh::Kinds()) {
       SCOPED_TRACE(kind.name);
-      const ordered_json data = Data(out_ + "/data/" + kind.name + ".js", kind.name);
+      const ordered_json data = ReportData(out_ + "/data/" + kind.name + ".js", kind.name);
       ordered_json shown = Shown(sample, kind.name);
       if (shown.is_null()) shown = ordered_json::array();
-      if (kind.name != "messages") {
-        EXPECT_EQ(data["records"], shown);
+      if (kind.name != "messages" && kind.name != "whatsapp") {
+        // The answer, each record that names a file with the path of its copy
+        // (and of its preview).
+        for (const ordered_json& record : data["records"]) {
+          if (kind.IsMedia()) {
+            EXPECT_EQ(record.at("exported_path").get<std::string>().rfind("media/" + kind.name + "/", 0), 0U);
+          }
+        }
+        EXPECT_EQ(WithoutCopyPaths(data["records"]), shown);
         continue;
       }
+      const std::string prefix = kind.name == "messages" ? "thread-" : "whatsapp-thread-";
       ASSERT_EQ(data["threads"].size(), shown.size());
       for (size_t i = 0; i < shown.size(); ++i) {
         const ordered_json& thread = data["threads"][i];
-        EXPECT_EQ(thread["data"], "thread-" + std::to_string(i + 1));
-        EXPECT_EQ(thread["count"], shown[i]["message"].size());
-        EXPECT_EQ(thread["last"], shown[i]["message"].back());
+        const ordered_json messages = shown[i].value("message", ordered_json::array());
+        EXPECT_EQ(thread["data"], prefix + std::to_string(i + 1));
+        EXPECT_EQ(thread["count"], messages.size());
+        EXPECT_EQ(WithoutCopyPaths(thread["last"]), messages.empty() ? ordered_json() : messages.back());
         EXPECT_EQ(thread["another"], shown[i]["another"]);
         EXPECT_FALSE(thread.contains("message"));
-        EXPECT_EQ(Data(out_ + "/data/thread-" + std::to_string(i + 1) + ".js", thread["data"]), shown[i]);
+        EXPECT_EQ(WithoutCopyPaths(ReportData(out_ + "/data/" + prefix + std::to_string(i + 1) + ".js", thread["data"])),
+                  shown[i]);
       }
     }
   }
@@ -98,10 +100,10 @@ TEST_F(YhReport, CopiesTheMediaAsTheExportDoesAndNamesEachCopy) {
   ASSERT_EQ(Yh({"export", kNewSample, "--root", Samples(), "--out", exported}).code, 0);
   EXPECT_EQ(Files(out_ + "/media"), Files(exported + "/media"));
   for (const std::string kind : {"attachments", "recordings", "camera-photos", "other-photos"}) {
-    const ordered_json data = Data(out_ + "/data/" + kind + ".js", kind);
-    ASSERT_EQ(data["files"].size(), data["records"].size()) << kind;
-    for (const ordered_json& name : data["files"]) {
-      const std::string copy = "media/" + kind + "/" + name.get<std::string>();
+    const ordered_json data = ReportData(out_ + "/data/" + kind + ".js", kind);
+    ASSERT_FALSE(data["records"].empty()) << kind;
+    for (const ordered_json& record : data["records"]) {
+      const std::string copy = record["exported_path"];
       EXPECT_EQ(ReadFile(out_ + "/" + copy), ReadFile(exported + "/" + copy)) << copy;
     }
   }
@@ -109,16 +111,16 @@ TEST_F(YhReport, CopiesTheMediaAsTheExportDoesAndNamesEachCopy) {
 
 TEST_F(YhReport, TellsTheDeviceAndWhatEachKindAdded) {
   ASSERT_EQ(Report(kNewSample).code, 0);
-  const ordered_json overview = Data(out_ + "/data/overview.js", "overview");
+  const ordered_json overview = ReportData(out_ + "/data/overview.js", "overview");
   EXPECT_EQ(overview["device"]["deviceName"], "Ada’s iPhone");
   EXPECT_EQ(overview["device"]["productVersion"], "15.8");
   EXPECT_EQ(overview["device"]["lastBackupDate"], "2023-09-12 08:41:17");
   EXPECT_FALSE(overview["device"].contains("path"));
   ASSERT_EQ(overview["kinds"].size(), yh::Kinds().size());
   EXPECT_EQ(overview["kinds"][2],
-            ordered_json::parse(R"({"name":"messages","records":2,"files":0,"skipped":0,"messages":5})"));
+            ordered_json::parse(R"({"name":"messages","records":2,"files":0,"skipped":0,"missing":0,"messages":5})"));
   EXPECT_EQ(overview["kinds"][9],
-            ordered_json::parse(R"({"name":"camera-photos","records":3,"files":3,"skipped":0,"messages":null})"));
+            ordered_json::parse(R"({"name":"camera-photos","records":3,"files":3,"skipped":0,"missing":0,"messages":null})"));
 }
 
 TEST_F(YhReport, WritesOnlyTheKindsAskedFor) {
@@ -126,15 +128,31 @@ TEST_F(YhReport, WritesOnlyTheKindsAskedFor) {
   std::set<std::string> data;
   for (const auto& entry : fs::directory_iterator(out_ + "/data")) data.insert(entry.path().filename().string());
   EXPECT_EQ(data, (std::set<std::string>{"calls.js", "camera-photos.js", "overview.js"}));
-  EXPECT_EQ(Data(out_ + "/data/overview.js", "overview")["kinds"].size(), 2U);
+  EXPECT_FALSE(fs::exists(out_ + "/" + yh::UnfinishedMark::kName)) << "a complete report has no mark";
+  EXPECT_EQ(ReportData(out_ + "/data/overview.js", "overview")["kinds"].size(), 2U);
 }
 
 TEST_F(YhReport, NeedsAFolderOfItsOwn) {
   yhtest::WriteFile(out_ + "/notes.txt", "mine");
   const YhResult run = Report(kOldSample);
   EXPECT_EQ(run.code, 1);
-  EXPECT_TRUE(Contains(run.err, "is not an empty folder"));
+  EXPECT_EQ(run.err, "yh: --out " + out_ + " is not empty and holds no interrupted report; give a new or empty "
+                    "folder (--resume only finishes an interrupted report)\n");
   EXPECT_EQ(Files(out_), (std::set<std::string>{"notes.txt"}));
+}
+
+// The text and date of each message, conversation by conversation, for the page's search.
+TEST_F(YhReport, WritesEveryMessagesTextForTheSearch) {
+  ASSERT_EQ(Report(kNewSample).code, 0);
+  const ordered_json texts = ReportData(out_ + "/data/message-texts.js", "message-texts");
+  const ordered_json shown = Shown(kNewSample, "messages");
+  ASSERT_EQ(texts.size(), shown.size());
+  for (size_t i = 0; i < shown.size(); ++i) {
+    ASSERT_EQ(texts[i].size(), shown[i]["message"].size());
+    for (size_t j = 0; j < texts[i].size(); ++j) {
+      EXPECT_EQ(texts[i][j], ordered_json::array({shown[i]["message"][j]["text"], shown[i]["message"][j]["date"]}));
+    }
+  }
 }
 
 TEST_F(YhReport, NeverWritesIntoTheBackup) {

@@ -61,6 +61,26 @@ std::string ReadFile(const std::string& path) {
   return ::testing::AssertionFailure() << "\"" << text << "\" does not hold \"" << part << "\"";
 }
 
+nlohmann::ordered_json WithoutCopyPaths(nlohmann::ordered_json json) {
+  if (json.is_object()) {
+    json.erase("exported_path");
+    json.erase("preview_path");
+  }
+  if (json.is_structured()) {
+    for (auto& item : json) item = WithoutCopyPaths(std::move(item));
+  }
+  return json;
+}
+
+nlohmann::ordered_json ReportData(const std::string& path, const std::string& name) {
+  const std::string text = ReadFile(path);
+  const std::string head = "yhData(\"" + name + "\", ";
+  EXPECT_EQ(text.compare(0, head.size(), head), 0) << text.substr(0, 80);
+  if (text.size() < head.size() + 3) return nullptr;
+  EXPECT_EQ(text.substr(text.size() - 3), ");\n");
+  return nlohmann::ordered_json::parse(text.substr(head.size(), text.size() - head.size() - 3));
+}
+
 std::vector<std::string> Lines(const std::string& text) {
   std::vector<std::string> lines;
   std::istringstream in(text);

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
@@ -39,6 +40,14 @@ std::string ReadFile(const std::string& path);
 
 // Succeeds when `text` holds `part`; a failure shows both.
 ::testing::AssertionResult Contains(const std::string& text, const std::string& part);
+
+// A JSON answer as yh wrote it into an export or a report without the paths
+// it adds ("exported_path", "preview_path"), at any depth: what yh show gives.
+nlohmann::ordered_json WithoutCopyPaths(nlohmann::ordered_json json);
+
+// The data a report's data script (data/NAME.js) hands to the page under
+// `name`; a failure when the file is no such script.
+nlohmann::ordered_json ReportData(const std::string& path, const std::string& name);
 
 // Lines of a text, without their line ends.
 std::vector<std::string> Lines(const std::string& text);

@@ -1,0 +1,136 @@
+#include "kinds/current/WhatsApp.h"
+
+#include "common/PlistHelpers.h"
+#include "kinds/current/StoredDatabases.h"
+#include "kinds/current/WhatsAppChatReader.h"
+#include "kinds/current/WhatsAppFiles.h"
+#include "kinds/current/WhatsAppJid.h"
+#include "kinds/current/WhatsAppMessageKind.h"
+#include "kinds/current/WhatsAppParticipants.h"
+
+namespace current {
+namespace {
+
+void InsertAttachment(const WhatsAppAttachment& attachment, plist_t message) {
+  plist_t item = plist_new_dict();
+  InsertAttachmentKeys(attachment.file, item);
+  InsertPlistDictString(item, "thumbnail_query_path", attachment.thumbnailQueryPath.c_str());
+  InsertPlistDictString(item, "thumbnail_path", attachment.thumbnailPath.c_str());
+  plist_t list = plist_new_array();
+  plist_array_append_item(list, item);
+  plist_dict_set_item(message, "attachments", list);
+}
+
+void InsertText(plist_t dict, const char* key, const PackedTexts& texts, size_t at) {
+  if (!texts.View(at).empty()) InsertPlistDictString(dict, key, texts.AsCString(at));
+}
+
+// The keys only some kinds have, each where the message has it.
+void InsertDetails(const WhatsAppMessage& message, plist_t item) {
+  InsertText(item, "caption", message.texts, WhatsAppMessage::kCaption);
+  InsertText(item, "url", message.texts, WhatsAppMessage::kUrl);
+  if (message.kind == WhatsAppKind::ContactCard) {
+    InsertPlistDictString(item, "contact_name", message.texts.AsCString(WhatsAppMessage::kContactName));
+    plist_t numbers = plist_new_array();
+    if (message.details) {
+      for (const std::string& number : message.details->contactNumbers) AppendPlistArrayString(numbers, number.c_str());
+    }
+    plist_dict_set_item(item, "contact_numbers", numbers);
+  }
+  if (message.details && message.details->latitude && message.details->longitude) {
+    plist_dict_set_item(item, "latitude", plist_new_real(*message.details->latitude));
+    plist_dict_set_item(item, "longitude", plist_new_real(*message.details->longitude));
+  }
+  if (message.quotes) {
+    InsertPlistDictString(item, "quoted_id", message.texts.AsCString(WhatsAppMessage::kQuotedId));
+    const std::string sender = AddressOfJid(message.texts.View(WhatsAppMessage::kQuotedSender));
+    InsertPlistDictString(item, "quoted_sender", sender.c_str());
+    InsertPlistDictString(item, "quoted_text", message.texts.AsCString(WhatsAppMessage::kQuotedText));
+  }
+  if (message.details && message.details->attachment) {
+    InsertAttachment(*message.details->attachment, item);
+  }
+}
+
+plist_t MessageDict(const WhatsAppMessage& message) {
+  plist_t item = plist_new_dict();
+  InsertPlistDictString(item, "country", "");
+  InsertPlistDictString(item, "service", "WhatsApp");
+  InsertPlistDictString(item, "text", message.texts.AsCString(WhatsAppMessage::kText));
+  InsertPlistDictString(item, "date", message.texts.AsCString(WhatsAppMessage::kDate));
+  plist_dict_set_item(item, "type", plist_new_uint(message.fromMe ? 1 : 0));
+  const std::string sender = AddressOfJid(message.texts.View(WhatsAppMessage::kSender));
+  InsertPlistDictString(item, "sender", sender.c_str());
+  InsertPlistDictString(item, "sender_name", message.senderName ? message.senderName->c_str() : "");
+  InsertPlistDictString(item, "id", message.texts.AsCString(WhatsAppMessage::kId));
+  InsertPlistDictString(item, "kind", WhatsAppKindName(message.kind));
+  plist_dict_set_item(item, "starred", plist_new_bool(message.starred));
+  InsertDetails(message, item);
+  return item;
+}
+
+}  // namespace
+
+const std::string* WhatsApp::NameOf(const BackupDevice* device, const std::string& jid) {
+  const auto [at, added] = names_.try_emplace(jid, nullptr);
+  if (!added) return at->second;
+  for (const auto* names : {&partnerNames_, &pushNames_}) {
+    const auto found = names->find(jid);
+    if (found != names->end()) return at->second = &found->second;
+  }
+  return at->second = directory_.NameOf(device, jid);
+}
+
+// `another` falls back on the number of a person's address.
+void WhatsApp::Name(const BackupDevice* device, WhatsAppChat& chat) {
+  for (const std::string& participant : chat.participants) {
+    const std::string* name = NameOf(device, participant);
+    chat.participantNames.push_back(name ? *name : std::string());
+  }
+  if (chat.group) {
+    for (const std::string& participant : chat.participants) {
+      chat.phone += (chat.phone.empty() ? "" : ", ") + AddressOfJid(participant);
+    }
+  } else {
+    chat.phone = PhoneOfJid(chat.id);
+  }
+  const std::string* name = chat.partnerName.empty() ? NameOf(device, chat.id) : &chat.partnerName;
+  chat.another = name ? *name : PhoneOfJid(chat.id);
+  for (WhatsAppMessage& message : chat.messages) {
+    const std::string_view sender = message.texts.View(WhatsAppMessage::kSender);
+    if (!sender.empty()) message.senderName = NameOf(device, std::string(sender));
+  }
+}
+
+std::vector<WhatsAppChat> WhatsApp::Read(const BackupDevice* device) {
+  std::vector<WhatsAppChat> chats = ReadStoredDatabases(
+      device, WhatsAppFilesAt(device, "ChatStorage.sqlite"), [&](Database& database, const StoredFile& file) {
+        ChatStorage storage = ReadChatStorage(database, [device, &file](const std::string& relativePath) {
+          return StoredFileIn(device, file.domain, relativePath);
+        });
+        for (auto& [jid, name] : storage.pushNames) pushNames_.try_emplace(std::move(jid), std::move(name));
+        for (const WhatsAppChat& chat : storage.chats) {
+          if (!chat.group && !chat.partnerName.empty()) partnerNames_.try_emplace(chat.id, chat.partnerName);
+        }
+        return std::move(storage.chats);
+      });
+  for (WhatsAppChat& chat : chats) Name(device, chat);
+  return chats;
+}
+
+void WhatsApp::InsertKeys(const WhatsAppChat& chat, plist_t dict) const {
+  InsertPlistDictString(dict, "id", chat.id.c_str());
+  InsertPlistDictString(dict, "phone", chat.phone.c_str());
+  InsertPlistDictString(dict, "another", chat.another.c_str());
+  if (!chat.messages.empty()) {
+    plist_t messages = plist_new_array();
+    for (const WhatsAppMessage& message : chat.messages) plist_array_append_item(messages, MessageDict(message));
+    plist_dict_set_item(dict, "message", messages);
+  }
+  InsertParticipants(chat.participants, chat.participantNames, dict);
+  plist_dict_set_item(dict, "group", plist_new_bool(chat.group));
+  InsertPlistDictString(dict, "display_name", chat.displayName.c_str());
+  InsertPlistDictString(dict, "chat_kind", WhatsAppChatKindName(chat.chatKind));
+}
+
+}  // namespace current

@@ -1,0 +1,46 @@
+#ifndef YH_KINDS_CURRENT_WHATSAPP_H
+#define YH_KINDS_CURRENT_WHATSAPP_H
+
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "kinds/current/StoredRecordKind.h"
+#include "kinds/current/WhatsAppChat.h"
+#include "kinds/current/WhatsAppDirectory.h"
+
+namespace current {
+
+// WhatsApp's chats (ChatStorage.sqlite of WhatsApp's and WhatsApp
+// Business's shared app group), in the layout of the messages answer, so a
+// host that shows messages shows them unchanged. Per chat: "id" (its
+// address), "phone", "another", "message", "participants", "group",
+// "display_name" and "chat_kind"; per message the messages answer's keys
+// ("service" is "WhatsApp") and "id", "kind", "starred", then what its kind
+// holds ("caption", "url", "contact_name" and "contact_numbers",
+// "latitude" and "longitude", "quoted_id", "quoted_sender" and
+// "quoted_text", "attachments" in the attachments answer's layout with the
+// thumbnail apart). NULL when the backup holds no chat database.
+class WhatsApp : public StoredRecordKind<WhatsAppChat> {
+ public:
+  explicit WhatsApp(WhatsAppDirectory& directory) : StoredRecordKind(WhenNone::Null), directory_(directory) {}
+
+ private:
+  std::vector<WhatsAppChat> Read(const BackupDevice* device) override;
+  void InsertKeys(const WhatsAppChat& chat, plist_t dict) const override;
+
+  // The name of an address: its one-to-one chat's partner name, else the
+  // name its owner gave themselves, else an address book's; NULL for none.
+  const std::string* NameOf(const BackupDevice* device, const std::string& jid);
+  void Name(const BackupDevice* device, WhatsAppChat& chat);
+
+  WhatsAppDirectory& directory_;
+  // Names kept for the record's life: messages point at them.
+  std::unordered_map<std::string, std::string> partnerNames_;
+  std::unordered_map<std::string, std::string> pushNames_;
+  std::unordered_map<std::string, const std::string*> names_;
+};
+
+}  // namespace current
+
+#endif
