@@ -1,30 +1,35 @@
 #include "kinds/current/StoredDatabaseRows.h"
 
+#include <memory>
 #include <optional>
 #include <string>
 
-#include "common/FileHelpers.h"
+#include "recovery/ByteSource.h"
+#include "recovery/FileBytes.h"
 #include "recovery/FileImage.h"
 #include "recovery/RecoverRows.h"
 
 namespace current {
 namespace {
 
-// The bytes of the file the index lists at the database's path plus
-// `suffix`, "" when there is none.
-std::string BesideBytes(const BackupDevice* device, const StoredFile& file, const char* suffix) {
+// The stored file at `path`, read page by page; no bytes when the backup
+// lacks it.
+std::unique_ptr<ByteSource> StoredBytes(const std::string& path) {
+  if (path.empty()) return std::make_unique<MemoryBytes>("");
+  return std::make_unique<FileBytes>(path);
+}
+
+// The file the index lists at the database's path plus `suffix`.
+std::unique_ptr<ByteSource> BesideBytes(const BackupDevice* device, const StoredFile& file, const char* suffix) {
   const std::optional<StoredFile> log = StoredFileIn(device, file.domain, file.relativePath + suffix);
-  if (!log || log->path.empty()) return "";
-  return ReadRegularFile(log->path).value_or("");
+  return StoredBytes(log ? log->path : std::string());
 }
 
 }  // namespace
 
 RecoveredRows RecoverStoredDatabase(const BackupDevice* device, const StoredFile& file) {
-  const std::string database = file.path.empty() ? "" : ReadRegularFile(file.path).value_or("");
-  const std::string wal = BesideBytes(device, file, "-wal");
-  const std::string journal = BesideBytes(device, file, "-journal");
-  return RecoverRows(FileImage(database, wal, journal));
+  const FileImage image(StoredBytes(file.path), BesideBytes(device, file, "-wal"), BesideBytes(device, file, "-journal"));
+  return RecoverRows(image, true);
 }
 
 }  // namespace current

@@ -154,7 +154,7 @@ TEST(DeletedRecords, ContactsNotesAndSafariOfEachIndexKindPlainAndEncrypted) {
                   "[" + Person(0, "Charles Babbage", "Analytical Engines", "", "freeblock") + "," +
                       Person(5, "Alan Turing", "", "\"email\":\"alan@example.org\"", "wal") + "]");
         EXPECT_EQ(served.DeletedAnswer(ContentNote),
-                  "[" + Note("11", "Old flagged", "<div>flagged</div>", "Notes", "recently-deleted", hour) + "," +
+                  "[" + Note("11", "Old flagged", "flagged", "Notes", "recently-deleted", hour) + "," +
                       Note("12", "Old erased", "", "Notes", "freeblock", hour) + "," +
                       Note("04", "Erased", "Erased text", "Trips", "wal", hour) + "," +
                       Note("03", "Marked", "Marked text", "Trips", "recently-deleted", hour) + "," +
