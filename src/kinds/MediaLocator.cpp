@@ -18,6 +18,16 @@ uint64_t MediaLocator::SizeNow(const ReadableFile& file) const {
   return backup_.Has(file.path.substr(backupPath_.size()), &entry) ? entry.size : 0;
 }
 
+std::vector<std::string> MediaLocator::PathsContaining(const std::string& needle) const {
+  std::vector<std::string> paths;
+  if (!reader_) return paths;
+  reader_->GetPathIndex().ForEachContaining(needle, [&](size_t position) {
+    paths.emplace_back(reader_->PathAt(position));
+    return true;
+  });
+  return paths;
+}
+
 std::optional<ReadableFile> MediaLocator::FindExact(const std::string& relativePath) const {
   if (!reader_) return std::nullopt;
   const std::optional<size_t> hit = reader_->MappedAt(relativePath);

@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "index/IndexReader.h"
 #include "kinds/ReadableFile.h"
@@ -26,6 +27,10 @@ class MediaLocator {
   // for each would be quadratic. Stops when `visit` returns false.
   template <class Visitor>
   void ForEachContaining(const std::string& needle, Visitor visit) const;
+
+  // The device paths of the index records whose device path contains
+  // `needle`, in index order.
+  std::vector<std::string> PathsContaining(const std::string& needle) const;
 
   // The size stat() finds for the file now, as VQGetFileSize gives it. A
   // file below the backup folder is looked up from the folder held open:

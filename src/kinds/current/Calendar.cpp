@@ -26,8 +26,8 @@ bool IsReminderStore(std::string_view domain, std::string_view path) {
 
 std::vector<CalendarEntry> Calendar::Read(const BackupDevice* device) {
   std::vector<CalendarEntry> entries =
-      ReadStoredDatabases(device, StoredFilesAt(device, kCalendarPath), ReadCalendarDatabase);
-  AppendMoving(entries, ReadStoredDatabases(device, FindStoredFiles(device, IsReminderStore), ReadReminderStore));
+      ReadOwnDatabases(device, StoredFilesAt(device, kCalendarPath), ReadCalendarDatabase);
+  AppendMoving(entries, ReadOwnDatabases(device, FindStoredFiles(device, IsReminderStore), ReadReminderStore));
   return entries;
 }
 

@@ -21,8 +21,8 @@ const LostRowsOf kLostStoredCalls{{"ZCALLRECORD"}, {}, false, "ZUNIQUE_ID"};
 // Newest first across every log, the old one read first; calls without a
 // date last.
 std::vector<Call> CallHistory::Read(const BackupDevice* device) {
-  std::vector<Call> calls = ReadStoredDatabases(device, StoredFilesAt(device, kCallDatabase), ReadCallDatabase);
-  AppendMoving(calls, ReadStoredDatabases(device, StoredFilesAt(device, kCallStore), ReadCallStore));
+  std::vector<Call> calls = ReadOwnDatabases(device, StoredFilesAt(device, kCallDatabase), ReadCallDatabase);
+  AppendMoving(calls, ReadOwnDatabases(device, StoredFilesAt(device, kCallStore), ReadCallStore));
   calls = NewestFirst(std::move(calls), &Call::instant);
   for (Call& call : calls) Name(device, call);
   return calls;

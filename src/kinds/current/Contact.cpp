@@ -13,6 +13,12 @@ namespace {
 const char kAddressBook[] = "Library/AddressBook/AddressBook.sqlitedb";
 const LostRowsOf kLostPeople{{"ABPerson"}, {}, false, "guid"};
 
+// The name the phone shows for a person: a company's card has only its
+// organisation.
+std::string ShownName(const Person& person) {
+  return person.name.empty() ? std::string(person.texts.View(kPersonOrganization)) : person.name;
+}
+
 }  // namespace
 
 // Only the first address book is listed, as the described answers do: a
@@ -20,10 +26,10 @@ const LostRowsOf kLostPeople{{"ABPerson"}, {}, false, "guid"};
 // the other parties of calls and messages.
 std::vector<Person> Contact::Read(const BackupDevice* device) {
   const std::vector<StoredFile> books = StoredFilesAt(device, kAddressBook);
-  return ReadStoredDatabases(device, books, [&](Database& database, const StoredFile& file) {
+  return ReadOwnDatabases(device, books, [&](Database& database, const StoredFile& file) {
     AddressBook book = ReadAddressBook(database);
     for (size_t at = 0; at < book.people.size(); ++at) {
-      for (const std::string& address : book.addresses[at]) directory_.Add(address, book.people[at].name);
+      for (const std::string& address : book.addresses[at]) directory_.Add(address, ShownName(book.people[at]));
     }
     if (&file != &books.front()) return std::vector<Person>();
     return std::move(book.people);

@@ -39,9 +39,9 @@ std::vector<SafariEntry> History::Read(const BackupDevice* device) {
   std::vector<SafariEntry> entries;
   for (const StoredFile& file : SafariFiles(device, kHistoryList)) AppendMoving(entries, ReadHistoryList(file.path));
   std::vector<SafariEntry> pages =
-      ReadStoredDatabases(device, SafariFiles(device, kHistoryDatabase), ReadHistoryDatabase);
+      ReadOwnDatabases(device, SafariFiles(device, kHistoryDatabase), ReadHistoryDatabase);
   AppendMoving(entries, NewestFirst(std::move(pages), &SafariEntry::instant));
-  AppendMoving(entries, ReadStoredDatabases(device, SafariFiles(device, kBookmarkDatabase), ReadBookmarks));
+  AppendMoving(entries, ReadOwnDatabases(device, SafariFiles(device, kBookmarkDatabase), ReadBookmarks));
   return entries;
 }
 

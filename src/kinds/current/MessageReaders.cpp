@@ -10,13 +10,12 @@
 #include "common/LocalDate.h"
 #include "common/SchemaInfo.h"
 #include "common/SortByMoving.h"
+#include "common/TextHelpers.h"
 
 namespace current {
 namespace {
 
 using Conversations = std::map<std::string, Conversation>;
-
-const std::string kNoAddress;
 
 // Since iOS 16 many texts are kept only in the archived attributed string.
 std::string MessageText(const Database::Statement& row, int textColumn, int bodyColumn) {
@@ -37,16 +36,31 @@ Conversation& ConversationFor(Conversations& conversations, const std::string& i
   return conversation;
 }
 
+// A message's read or delivery instant as local date text; "" for none (0).
+std::string DateText(const Database::Statement& row, int column) {
+  return LocalDateText(row.Text(column), TimeBase::Since2001);
+}
+
+// A handle: its address and the country the phone placed it in.
+struct Handle {
+  std::string id;
+  std::string country;
+};
+
+const Handle kNoHandle;
+
 // iOS 6 on: chats, handles and the joins between them and the messages. A
 // database without chats (or a message in none) still lists each message
 // under its handle.
 void ReadChats(Database& database, const SchemaInfo& schema, MessageSelection selection, Conversations& conversations) {
-  std::unordered_map<int64_t, std::string> handles;
+  std::unordered_map<int64_t, Handle> handles;
   if (schema.HasTable("handle")) {
-    Database::Statement rows(database, "select ROWID AS ROWID, id AS id from handle");
+    const std::string query = "select ROWID AS ROWID, " + schema.SelectList("handle", {"id", "country"}) + " from handle";
+    Database::Statement rows(database, query.c_str());
     const int rowId = rows.Column("ROWID");
     const int id = rows.Column("id");
-    while (rows.Step()) handles[rows.Int64(rowId)] = rows.WholeText(id);
+    const int country = rows.Column("country");
+    while (rows.Step()) handles[rows.Int64(rowId)] = Handle{rows.WholeText(id), rows.WholeText(country)};
   }
   // Conversations stay where the map put them, so rows can point at them.
   std::unordered_map<int64_t, Conversation*> chats;
@@ -79,7 +93,7 @@ void ReadChats(Database& database, const SchemaInfo& schema, MessageSelection se
     while (rows.Step()) {
       const auto chat = chats.find(rows.Int64(chatId));
       const auto handle = handles.find(rows.Int64(handleId));
-      if (chat != chats.end() && handle != handles.end()) AddParticipant(*chat->second, handle->second);
+      if (chat != chats.end() && handle != handles.end()) AddParticipant(*chat->second, handle->second.id);
     }
   }
   // A message joined to two chats is listed once, in the first. The joins
@@ -147,7 +161,8 @@ void ReadChats(Database& database, const SchemaInfo& schema, MessageSelection se
   if (!schema.HasTable("message")) return;
   const std::string query = "select message.ROWID AS ROWID, " +
                             schema.SelectList("message", {"text", "attributedBody", "handle_id", "date",
-                                                           "is_from_me", "service", "country"}) +
+                                                           "is_from_me", "service", "country", "date_read",
+                                                           "date_delivered"}) +
                             " from message order by message.ROWID";
   Database::Statement rows(database, query.c_str());
   const int rowId = rows.Column("ROWID");
@@ -158,6 +173,8 @@ void ReadChats(Database& database, const SchemaInfo& schema, MessageSelection se
   const int isFromMe = rows.Column("is_from_me");
   const int serviceName = rows.Column("service");
   const int country = rows.Column("country");
+  const int dateRead = rows.Column("date_read");
+  const int dateDelivered = rows.Column("date_delivered");
   while (rows.Step()) {
     const int64_t id = rows.Int64(rowId);
     Conversation* const chat = chatOf(id);
@@ -168,13 +185,21 @@ void ReadChats(Database& database, const SchemaInfo& schema, MessageSelection se
     message.rowId = id;
     const std::string text = MessageText(rows, plainText, body);
     const auto handle = handles.find(rows.Int64(handleId));
-    const std::string& address = handle == handles.end() ? kNoAddress : handle->second;
+    const Handle& party = handle == handles.end() ? kNoHandle : handle->second;
+    const std::string& address = party.id;
     const LocalDate date = LocalDateOf(rows.Text(when), TimeBase::Since2001);
     message.instant = date.instant;
     message.fromMe = rows.Int64(isFromMe) != 0;
     const std::string service = rows.WholeText(serviceName);
-    message.texts = PackedTexts{rows.WholeView(country), service, text, date.text,
-                                message.fromMe ? std::string_view() : std::string_view(address)};
+    // Older databases leave the message's own country empty; its handle's holds it.
+    const std::string_view ownCountry = rows.WholeView(country);
+    message.texts = PackedTexts{ownCountry.empty() ? std::string_view(party.country) : ownCountry,
+                                service,
+                                text,
+                                date.text,
+                                message.fromMe ? std::string_view() : std::string_view(address),
+                                DateText(rows, dateRead),
+                                DateText(rows, dateDelivered)};
     const bool inChat = chat != nullptr;
     Conversation& conversation = inChat ? *chat : ConversationFor(conversations, address);
     if (!inChat) AddParticipant(conversation, address);
@@ -184,6 +209,25 @@ void ReadChats(Database& database, const SchemaInfo& schema, MessageSelection se
     }
     conversation.messages.push_back(std::move(message));
   }
+}
+
+// The text parts of iOS 5 multimedia messages (msg_pieces), by message, in
+// part order, one line each.
+std::unordered_map<int64_t, std::string> ReadTextPieces(Database& database, const SchemaInfo& schema) {
+  std::unordered_map<int64_t, std::string> texts;
+  if (!schema.HasTable("msg_pieces")) return texts;
+  const std::string query = "select " + schema.SelectList("msg_pieces", {"message_id", "part_id", "content_type", "data"}) +
+                            " from msg_pieces order by message_id, part_id, ROWID";
+  Database::Statement rows(database, query.c_str());
+  const int message = rows.Column("message_id");
+  const int type = rows.Column("content_type");
+  const int data = rows.Column("data");
+  while (rows.Step()) {
+    if (AsciiLower(rows.WholeText(type)).rfind("text/plain", 0) != 0) continue;
+    std::string& text = texts[rows.Int64(message)];
+    text += (text.empty() ? "" : "\n") + rows.WholeText(data);
+  }
+  return texts;
 }
 
 // iOS 5 and before: text messages in conversations of msg_group with their
@@ -203,7 +247,7 @@ void ReadLegacy(Database& database, const SchemaInfo& schema, Conversations& con
       "select message.ROWID AS ROWID, " +
       schema.SelectList("message", {"text", "madrid_attributedBody", "address", "date", "flags", "group_id",
                                      "is_madrid", "madrid_handle", "madrid_flags", "madrid_service", "country",
-                                     "madrid_roomname"}) +
+                                     "madrid_roomname", "madrid_date_read", "madrid_date_delivered"}) +
       " from message order by message.ROWID";
   Database::Statement rows(database, query.c_str());
   const int rowId = rows.Column("ROWID");
@@ -219,10 +263,15 @@ void ReadLegacy(Database& database, const SchemaInfo& schema, Conversations& con
   const int serviceName = rows.Column("madrid_service");
   const int countryColumn = rows.Column("country");
   const int room = rows.Column("madrid_roomname");
+  const int dateRead = rows.Column("madrid_date_read");
+  const int dateDelivered = rows.Column("madrid_date_delivered");
+  const std::unordered_map<int64_t, std::string> pieces = ReadTextPieces(database, schema);
   while (rows.Step()) {
     Message message;
     message.rowId = rows.Int64(rowId);
-    const std::string text = MessageText(rows, plainText, body);
+    std::string text = MessageText(rows, plainText, body);
+    // A multimedia message keeps its text in its parts.
+    if (const auto parts = pieces.find(message.rowId); text.empty() && parts != pieces.end()) text = parts->second;
     const std::string country = rows.WholeText(countryColumn);
     const bool iMessage = rows.Int64(isMadrid) != 0;
     const TimeBase base = iMessage ? TimeBase::Since2001 : TimeBase::Unix;
@@ -251,7 +300,14 @@ void ReadLegacy(Database& database, const SchemaInfo& schema, Conversations& con
     Conversation& conversation = ConversationFor(conversations, id);
     for (const std::string& party : parties) AddParticipant(conversation, party);
     conversation.group = conversation.participants.size() > 1;
-    message.texts = PackedTexts{country, service, text, date.text, sender};
+    // Only iMessages record when they were read and delivered.
+    message.texts = PackedTexts{country,
+                                service,
+                                text,
+                                date.text,
+                                sender,
+                                iMessage ? DateText(rows, dateRead) : std::string(),
+                                iMessage ? DateText(rows, dateDelivered) : std::string()};
     conversation.messages.push_back(std::move(message));
   }
 }

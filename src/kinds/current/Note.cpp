@@ -30,9 +30,9 @@ bool IsNoteStore(std::string_view /*domain*/, std::string_view path) {
 }  // namespace
 
 std::vector<NoteEntry> Note::Read(const BackupDevice* device) {
-  std::vector<NoteEntry> notes = ReadStoredDatabases(device, StoredFilesAt(device, kLegacyNotes),
+  std::vector<NoteEntry> notes = ReadOwnDatabases(device, StoredFilesAt(device, kLegacyNotes),
                                                      [](Database& database) { return ReadLegacyNotes(database); });
-  AppendMoving(notes, NewestFirst(ReadStoredDatabases(device, FindStoredFiles(device, IsNoteStore),
+  AppendMoving(notes, NewestFirst(ReadOwnDatabases(device, FindStoredFiles(device, IsNoteStore),
                                                       [](Database& database) { return ReadNoteStore(database); }),
                                   &NoteEntry::modifiedAt));
   return notes;

@@ -17,7 +17,7 @@ bool IsCameraPicture(const std::string& libraryPath) { return libraryPath.find("
 std::vector<PhotoFile> Photo::Read(const BackupDevice* device) {
   std::vector<PhotoFile> files;
   for (LibraryAsset& asset :
-       ReadStoredDatabases(device, StoredFileIn(device, kDomain, kLibraryPath), ReadPhotoLibrary)) {
+       ReadOwnDatabases(device, StoredFileIn(device, kDomain, kLibraryPath), ReadPhotoLibrary)) {
     PhotoFile file;
     file.relativePath = "Media/" + asset.directory + "/" + asset.fileName;
     // Only the file at the asset's own path counts, never a thumbnail or

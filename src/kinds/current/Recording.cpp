@@ -87,7 +87,7 @@ std::vector<StoredFile> MemoDatabases(const BackupDevice* device) {
 // database too: a file is listed once.
 std::vector<Memo> Recording::Read(const BackupDevice* device) {
   std::set<std::string> listedFiles;
-  return ReadStoredDatabases(device, MemoDatabases(device), [&](Database& database, const StoredFile& file) {
+  return ReadOwnDatabases(device, MemoDatabases(device), [&](Database& database, const StoredFile& file) {
     std::vector<Memo> memos;
     for (Memo& memo : ReadMemos(database)) {
       for (const std::string& candidate : Candidates(memo.devicePath, file.relativePath)) {

@@ -54,7 +54,8 @@ const Deletion& MarkOf(const Conversation& conversation, const Message& message)
 }
 
 bool SameContent(const Message& a, const Message& b) {
-  for (size_t text : {Message::kCountry, Message::kService, Message::kText, Message::kDate, Message::kSender}) {
+  for (size_t text : {Message::kCountry, Message::kService, Message::kText, Message::kDate, Message::kSender,
+                      Message::kDateRead, Message::kDateDelivered}) {
     if (a.texts.View(text) != b.texts.View(text)) return false;
   }
   return a.fromMe == b.fromMe;
@@ -95,7 +96,7 @@ void Sms::Name(const BackupDevice* device, Conversation& conversation, NameCache
 std::vector<Conversation> Sms::Read(const BackupDevice* device) {
   size_t database = 0;
   std::vector<Conversation> conversations =
-      ReadStoredDatabases(device, StoredFilesAt(device, kMessageDatabase), [&database](Database& opened) {
+      ReadOwnDatabases(device, StoredFilesAt(device, kMessageDatabase), [&database](Database& opened) {
         std::vector<Conversation> read = ReadMessageDatabase(opened);
         for (Conversation& conversation : read) conversation.database = database;
         ++database;
@@ -195,28 +196,28 @@ void Sms::InsertKeys(const Conversation& conversation, plist_t dict) const {
   InsertPlistDictString(dict, "id", conversation.id.c_str());
   InsertPlistDictString(dict, "phone", conversation.phone.c_str());
   InsertPlistDictString(dict, "another", conversation.another.c_str());
-  if (!conversation.messages.empty()) {
-    plist_t messages = plist_new_array();
-    for (const Message& message : conversation.messages) {
-      plist_t item = plist_new_dict();
-      InsertPackedTexts(item, message.texts,
-                        {{"country", Message::kCountry},
-                         {"service", Message::kService},
-                         {"text", Message::kText},
-                         {"date", Message::kDate}});
-      plist_dict_set_item(item, "type", plist_new_uint(message.fromMe ? 1 : 0));
-      InsertPlistDictString(item, "sender", message.texts.AsCString(Message::kSender));
-      InsertPlistDictString(item, "sender_name", message.senderName.c_str());
-      if (message.deletion) InsertDeletion(MarkOf(conversation, message), item);
-      if (!message.attachments.empty()) {
-        plist_t attachments = plist_new_array();
-        for (uint32_t place : message.attachments) plist_array_append_item(attachments, attachments_.Dictionary(place));
-        plist_dict_set_item(item, "attachments", attachments);
-      }
-      plist_array_append_item(messages, item);
+  plist_t messages = plist_new_array();
+  for (const Message& message : conversation.messages) {
+    plist_t item = plist_new_dict();
+    InsertPackedTexts(item, message.texts,
+                      {{"country", Message::kCountry},
+                       {"service", Message::kService},
+                       {"text", Message::kText},
+                       {"date", Message::kDate}});
+    plist_dict_set_item(item, "type", plist_new_uint(message.fromMe ? 1 : 0));
+    InsertPlistDictString(item, "sender", message.texts.AsCString(Message::kSender));
+    InsertPlistDictString(item, "sender_name", message.senderName.c_str());
+    InsertPlistDictString(item, "date_read", message.texts.AsCString(Message::kDateRead));
+    InsertPlistDictString(item, "date_delivered", message.texts.AsCString(Message::kDateDelivered));
+    if (message.deletion) InsertDeletion(MarkOf(conversation, message), item);
+    if (!message.attachments.empty()) {
+      plist_t attachments = plist_new_array();
+      for (uint32_t place : message.attachments) plist_array_append_item(attachments, attachments_.Dictionary(place));
+      plist_dict_set_item(item, "attachments", attachments);
     }
-    plist_dict_set_item(dict, "message", messages);
+    plist_array_append_item(messages, item);
   }
+  plist_dict_set_item(dict, "message", messages);
   plist_t participants = plist_new_array();
   for (size_t at = 0; at < conversation.participants.size(); ++at) {
     plist_t participant = plist_new_dict();

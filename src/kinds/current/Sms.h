@@ -18,7 +18,7 @@ namespace current {
 // One message as the current service keeps it, a hundred thousand at a
 // time: the texts read from the row share one block.
 struct Message {
-  enum Text { kCountry, kService, kText, kDate, kSender };
+  enum Text { kCountry, kService, kText, kDate, kSender, kDateRead, kDateDelivered };
   int64_t rowId = 0;
   std::optional<int64_t> instant;  // seconds since 1970, for the order
   PackedTexts texts;  // the sender is its address, empty for the owner
@@ -49,9 +49,11 @@ struct Conversation {
 // and its text (from the archived attributed string where the text column
 // is empty). Besides the described keys: per conversation "participants"
 // (each with "address" and "name"), "group" and "display_name"; per message
-// "sender" and "sender_name" (empty for the owner's own messages) and, for a
-// message that has any, "attachments": the dictionaries the attachments kind
-// gives for them. An empty array when no message database holds a
+// "sender" and "sender_name" (empty for the owner's own messages),
+// "date_read" and "date_delivered" ("" when the database has no such date)
+// and, for a message that has any, "attachments": the dictionaries the
+// attachments kind gives for them. A conversation without messages has an
+// empty "message" array. An empty array when no message database holds a
 // conversation. Messages the owner deleted are left out of it; they are the
 // kind's deleted records, each message marked, in the conversation it was in
 // (found through the joins that are left or recovered), else under its

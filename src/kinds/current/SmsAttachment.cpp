@@ -1,5 +1,7 @@
 #include "kinds/current/SmsAttachment.h"
 
+#include <algorithm>
+
 #include "common/ColumnHelpers.h"
 #include "common/LocalDate.h"
 #include "common/PlistHelpers.h"
@@ -24,9 +26,21 @@ std::string BelowHome(const std::string& stored) {
 
 bool IsImage(const std::string& mimeType) { return AsciiLower(mimeType).find("image") != std::string::npos; }
 
-// The ROWIDs of the messages that carry each attachment, by its ROWID.
+const char kPartsFolder[] = "Library/SMS/Parts/";
+
+// The ROWIDs of the messages that carry each attachment, by its ROWID:
+// through the join table, or before iOS 6 the attachment's own message_id.
 std::map<int64_t, std::vector<int64_t>> ReadCarriers(Database& database, const SchemaInfo& schema) {
   std::map<int64_t, std::vector<int64_t>> carriers;
+  if (schema.HasColumn("madrid_attachment", "message_id") && !schema.HasTable("attachment")) {
+    Database::Statement rows(database, "select ROWID AS ROWID, message_id AS message_id from madrid_attachment");
+    const int attachment = rows.Column("ROWID");
+    const int message = rows.Column("message_id");
+    while (rows.Step()) {
+      if (!rows.IsNull(message)) carriers[rows.Int64(attachment)].push_back(rows.Int64(message));
+    }
+    return carriers;
+  }
   if (!schema.HasColumn("message_attachment_join", "message_id") ||
       !schema.HasColumn("message_attachment_join", "attachment_id")) {
     return carriers;
@@ -40,13 +54,50 @@ std::map<int64_t, std::vector<int64_t>> ReadCarriers(Database& database, const S
   return carriers;
 }
 
-// The attachments of the `database`-th message database.
-std::vector<Attachment> ReadAttachments(Database& database, size_t databaseIndex) {
-  const SchemaInfo schema(database);
+// The files of iOS 5 multimedia messages (msg_pieces rows other than their
+// text and layout), stored as Library/SMS/Parts/xx/yy/<message>-<part>.<ext>.
+void ReadParts(Database& database, const SchemaInfo& schema, size_t databaseIndex, std::vector<Attachment>& attachments) {
+  if (!schema.HasTable("msg_pieces")) return;
+  const std::string query =
+      "select " + schema.SelectList("msg_pieces", {"message_id", "part_id", "content_type", "content_loc"}) +
+      " from msg_pieces order by message_id, part_id, ROWID";
+  Database::Statement rows(database, query.c_str());
+  const int message = rows.Column("message_id");
+  const int part = rows.Column("part_id");
+  const int type = rows.Column("content_type");
+  const int location = rows.Column("content_loc");
+  while (rows.Step()) {
+    const std::string mimeType = rows.WholeText(type);
+    const std::string lower = AsciiLower(mimeType);
+    if (lower.rfind("text/plain", 0) == 0 || lower.rfind("application/smil", 0) == 0) continue;
+    Attachment attachment;
+    attachment.part = std::to_string(rows.Int64(message)) + "-" + std::to_string(rows.Int64(part));
+    attachment.mimeType = mimeType;
+    attachment.image = IsImage(mimeType);
+    attachment.originalName = rows.WholeText(location);
+    attachment.database = databaseIndex;
+    attachment.messages.push_back(rows.Int64(message));
+    attachments.push_back(std::move(attachment));
+  }
+}
+
+// Each stored part's path by its name's stem ("<message>-<part>").
+std::map<std::string, std::string> StoredParts(const MediaLocator& locator) {
+  std::map<std::string, std::string> parts;
+  for (std::string& path : locator.PathsContaining(kPartsFolder)) {
+    if (path.rfind(kPartsFolder, 0) != 0) continue;
+    const std::string name = path.substr(path.rfind('/') + 1);
+    parts.emplace(name.substr(0, name.find('.')), std::move(path));
+  }
+  return parts;
+}
+
+// The attachment rows of a message database.
+void ReadAttachmentRows(Database& database, const SchemaInfo& schema, size_t databaseIndex,
+                        std::vector<Attachment>& attachments) {
   // Before iOS 6 attachments lived in madrid_attachment.
   const std::string table = schema.HasTable("attachment") ? "attachment" : "madrid_attachment";
-  std::vector<Attachment> attachments;
-  if (!schema.HasTable(table)) return attachments;
+  if (!schema.HasTable(table)) return;
   std::map<int64_t, std::vector<int64_t>> carriers = ReadCarriers(database, schema);
   const std::string query = "select ROWID AS ROWID, " +
                             schema.SelectList(table, {"filename", "mime_type", "transfer_name", "created_date"}) +
@@ -69,6 +120,15 @@ std::vector<Attachment> ReadAttachments(Database& database, size_t databaseIndex
     if (carried != carriers.end()) attachment.messages = std::move(carried->second);
     attachments.push_back(std::move(attachment));
   }
+}
+
+// The attachments of the `database`-th message database: its attachment
+// rows, then the files of its multimedia parts.
+std::vector<Attachment> ReadAttachments(Database& database, size_t databaseIndex) {
+  const SchemaInfo schema(database);
+  std::vector<Attachment> attachments;
+  ReadAttachmentRows(database, schema, databaseIndex, attachments);
+  ReadParts(database, schema, databaseIndex, attachments);
   return attachments;
 }
 
@@ -76,12 +136,18 @@ std::vector<Attachment> ReadAttachments(Database& database, size_t databaseIndex
 
 std::vector<Attachment> SmsAttachment::Read(const BackupDevice* device) {
   size_t database = 0;
-  std::vector<Attachment> attachments = ReadStoredDatabases(
+  std::vector<Attachment> attachments = ReadOwnDatabases(
       device, StoredFilesAt(device, "Library/SMS/sms.db"),
       [&database](Database& opened) { return ReadAttachments(opened, database++); });
   const MediaLocator locator(device);
+  const bool hasParts =
+      std::any_of(attachments.begin(), attachments.end(), [](const Attachment& a) { return !a.part.empty(); });
+  const std::map<std::string, std::string> parts = hasParts ? StoredParts(locator) : std::map<std::string, std::string>();
   size_t position = 0;
   for (Attachment& attachment : attachments) {
+    if (const auto stored = parts.find(attachment.part); !attachment.part.empty() && stored != parts.end()) {
+      attachment.queryPath = stored->second;
+    }
     // One not downloaded, or kept in iCloud, has no file name: its
     // extension is that of the name it was sent under.
     const std::string& named = attachment.queryPath.empty() ? attachment.originalName : attachment.queryPath;

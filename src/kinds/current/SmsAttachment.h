@@ -23,6 +23,7 @@ struct Attachment {
   std::string mimeType;
   std::string originalName;
   std::string date;
+  std::string part;  // an iOS 5 multimedia part: its stored name's stem, "<message>-<part>"
   size_t database = 0;            // its message database, in StoredFilesAt's order
   std::vector<int64_t> messages;  // the ROWIDs of the messages that carry it
 };

@@ -3,18 +3,22 @@
 
 #include <plist/plist.h>
 
+#include <algorithm>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <unordered_set>
 #include <vector>
 
 #include "kinds/Kind.h"
 #include "kinds/current/Deletion.h"
+#include "kinds/current/StoredDatabases.h"
 #include "libYH.h"
 
 namespace current {
 
-// What a kind answers when the backup holds none of its records.
+// What a kind answers when the backup holds none of its databases. One that
+// is there answers an array, empty when it holds no record.
 enum class WhenNone { Null, EmptyList };
 
 // The order of work every current kind shares: on the first request read
@@ -30,7 +34,7 @@ class StoredRecordKind : public Kind {
  public:
   plist_t FindContent(void* device, int flag) final {
     const std::vector<Record>& records = Records(static_cast<const BackupDevice*>(device));
-    if (records.empty() && whenNone_ == WhenNone::Null) return nullptr;
+    if (records.empty() && whenNone_ == WhenNone::Null && !heldDatabase_) return nullptr;
     plist_t array = plist_new_array();
     for (const Record& record : records) {
       if (!Selects(record, flag)) continue;
@@ -79,6 +83,15 @@ class StoredRecordKind : public Kind {
     return deleted_;
   }
 
+  // ReadStoredDatabases for the kind's own records, noting whether the
+  // backup holds any of the files (one the index lists but the backup lacks,
+  // or holds as a folder, does not count).
+  template <class Files, class Reader>
+  auto ReadOwnDatabases(const BackupDevice* device, const Files& files, Reader reader) {
+    heldDatabase_ = heldDatabase_ || AnyHeld(files);
+    return ReadStoredDatabases(device, files, std::move(reader));
+  }
+
   // `deleted` without the records whose keys are those of one of `shown`:
   // nothing the live answer shows is given again as deleted.
   std::vector<Deleted<Record>> WithoutCopies(std::vector<Deleted<Record>> deleted, const std::vector<Record>& shown) const {
@@ -122,7 +135,12 @@ class StoredRecordKind : public Kind {
     return keys;
   }
 
+  static bool Held(const StoredFile& file) { return !file.path.empty() && file.regular; }
+  static bool AnyHeld(const std::optional<StoredFile>& file) { return file && Held(*file); }
+  static bool AnyHeld(const std::vector<StoredFile>& files) { return std::any_of(files.begin(), files.end(), Held); }
+
   const WhenNone whenNone_;
+  bool heldDatabase_ = false;
   bool read_ = false;
   std::vector<Record> records_;
   bool deletedRead_ = false;

@@ -52,7 +52,7 @@ std::vector<VoiceMessage> ReadMessages(Database& database) {
 
 // Newest first; voicemail without a date last.
 std::vector<VoiceMessage> Voicemail::Read(const BackupDevice* device) {
-  std::vector<VoiceMessage> messages = ReadStoredDatabases(
+  std::vector<VoiceMessage> messages = ReadOwnDatabases(
       device, StoredFilesAt(device, std::string(kVoicemailFolder) + "voicemail.db"),
       [device](Database& database, const StoredFile& file) {
         std::vector<VoiceMessage> read = ReadMessages(database);

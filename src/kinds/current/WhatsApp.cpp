@@ -103,7 +103,7 @@ void WhatsApp::Name(const BackupDevice* device, WhatsAppChat& chat) {
 }
 
 std::vector<WhatsAppChat> WhatsApp::Read(const BackupDevice* device) {
-  std::vector<WhatsAppChat> chats = ReadStoredDatabases(
+  std::vector<WhatsAppChat> chats = ReadOwnDatabases(
       device, WhatsAppFilesAt(device, "ChatStorage.sqlite"), [&](Database& database, const StoredFile& file) {
         ChatStorage storage = ReadChatStorage(database, [device, &file](const std::string& relativePath) {
           return StoredFileIn(device, file.domain, relativePath);
@@ -122,11 +122,9 @@ void WhatsApp::InsertKeys(const WhatsAppChat& chat, plist_t dict) const {
   InsertPlistDictString(dict, "id", chat.id.c_str());
   InsertPlistDictString(dict, "phone", chat.phone.c_str());
   InsertPlistDictString(dict, "another", chat.another.c_str());
-  if (!chat.messages.empty()) {
-    plist_t messages = plist_new_array();
-    for (const WhatsAppMessage& message : chat.messages) plist_array_append_item(messages, MessageDict(message));
-    plist_dict_set_item(dict, "message", messages);
-  }
+  plist_t messages = plist_new_array();
+  for (const WhatsAppMessage& message : chat.messages) plist_array_append_item(messages, MessageDict(message));
+  plist_dict_set_item(dict, "message", messages);
   InsertParticipants(chat.participants, chat.participantNames, dict);
   plist_dict_set_item(dict, "group", plist_new_bool(chat.group));
   InsertPlistDictString(dict, "display_name", chat.displayName.c_str());

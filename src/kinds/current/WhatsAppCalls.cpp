@@ -14,7 +14,7 @@ namespace current {
 // have none, number.
 std::vector<WhatsAppCall> WhatsAppCalls::Read(const BackupDevice* device) {
   std::vector<WhatsAppCall> calls =
-      NewestFirst(ReadStoredDatabases(device, WhatsAppFilesAt(device, "CallHistory.sqlite"), ReadWhatsAppCallHistory),
+      NewestFirst(ReadOwnDatabases(device, WhatsAppFilesAt(device, "CallHistory.sqlite"), ReadWhatsAppCallHistory),
                   &WhatsAppCall::instant);
   for (WhatsAppCall& call : calls) {
     std::string names;

@@ -112,10 +112,37 @@ TEST(CurrentCalls, TheDescribedServiceStillSkipsTheOldDatabaseWithoutNetworkCode
   EXPECT_EQ(answer.find("5550100"), std::string::npos);
 }
 
-TEST(CurrentCalls, ABackupWithoutCallsAnswersNull) {
+// NULL without a call database; an empty array for one without calls.
+TEST(CurrentCalls, ABackupWithoutCallsAnswersNullAnEmptyLogAnEmptyArray) {
   TempDir root;
   ServedBackup served(BackupBuilder(IndexKind::ManifestDb).Write(root.Path() + "b"), Service::Current);
   EXPECT_EQ(served.Answer(ContentCallHistory), "null");
+  TempDir other;
+  ServedBackup empty(BackupBuilder(IndexKind::ManifestDb)
+                         .AddDatabase("HomeDomain", "Library/CallHistoryDB/CallHistory.storedata",
+                                      Schema("CallHistory.storedata-ios18"))
+                         .Write(other.Path() + "b"),
+                     Service::Current);
+  EXPECT_EQ(empty.Answer(ContentCallHistory), "[]");
+}
+
+// A card with only an organisation names its numbers by it, as the phone does.
+TEST(CurrentCalls, AnOrganisationsCardNamesItsNumber) {
+  TempDir root;
+  const std::string store = Schema("CallHistory.storedata-ios18") +
+                            "INSERT INTO ZCALLRECORD (Z_PK, ZADDRESS, ZDATE, ZORIGINATED, ZDURATION, ZANSWERED, "
+                            "ZCALLTYPE) VALUES (1, '+18005550100', 583675200, 0, 30, 1, 1);\n";
+  const std::string book =
+      AddressBook().Person(1, "Organization", "'Analytical Bank'").Value(1, 1, 0, "'1-800-555-0100'").Sql();
+  ScopedTimeZone utc("UTC");
+  ServedBackup served(BackupBuilder(IndexKind::ManifestDb)
+                          .AddDatabase("HomeDomain", "Library/CallHistoryDB/CallHistory.storedata", store)
+                          .AddDatabase("HomeDomain", kAddressBookPath, book)
+                          .Write(root.Path() + "b"),
+                      Service::Current);
+  EXPECT_EQ(served.Answer(ContentCallHistory),
+            Expected({{"Analytical Bank", "+18005550100", "2019-07-01 12:00:00", "Incoming", "00:00:30", "", "",
+                       true, "Phone"}}));
 }
 
 TEST(CurrentCalls, AStoreWithoutItsNewerColumnsStillLists) {

@@ -22,6 +22,7 @@ struct Message {
   int type;
   std::string sender, senderName;
   std::string country = "";
+  std::string dateRead = "", dateDelivered = "";
 };
 
 struct Party {
@@ -41,16 +42,15 @@ std::string Expected(const std::vector<Chat>& chats) {
   for (const Chat& chat : chats) {
     if (text.size() > 1) text += ",";
     text += "{\"id\":\"" + chat.id + "\",\"phone\":\"" + chat.phone + "\",\"another\":\"" + chat.another + "\"";
-    if (!chat.messages.empty()) {
-      text += ",\"message\":[";
-      for (size_t at = 0; at < chat.messages.size(); ++at) {
-        const Message& m = chat.messages[at];
-        text += std::string(at ? "," : "") + "{\"country\":\"" + m.country + "\",\"service\":\"" + m.service +
-                "\",\"text\":\"" + m.text + "\",\"date\":\"" + m.date + "\",\"type\":" + std::to_string(m.type) +
-                "u,\"sender\":\"" + m.sender + "\",\"sender_name\":\"" + m.senderName + "\"}";
-      }
-      text += "]";
+    text += ",\"message\":[";
+    for (size_t at = 0; at < chat.messages.size(); ++at) {
+      const Message& m = chat.messages[at];
+      text += std::string(at ? "," : "") + "{\"country\":\"" + m.country + "\",\"service\":\"" + m.service +
+              "\",\"text\":\"" + m.text + "\",\"date\":\"" + m.date + "\",\"type\":" + std::to_string(m.type) +
+              "u,\"sender\":\"" + m.sender + "\",\"sender_name\":\"" + m.senderName + "\",\"date_read\":\"" +
+              m.dateRead + "\",\"date_delivered\":\"" + m.dateDelivered + "\"}";
     }
+    text += "]";
     text += ",\"participants\":[";
     for (size_t at = 0; at < chat.participants.size(); ++at) {
       text += std::string(at ? "," : "") + "{\"address\":\"" + chat.participants[at].address + "\",\"name\":\"" +
@@ -223,6 +223,107 @@ TEST(CurrentMessages, Ios5TextMessagesInGroupsAndIMessagesInTheMadridColumns) {
                        {{"iMessage", "imsg", "2019-07-01 08:05:00", 0, "grace@example.org", "Grace"},
                         {"iMessage", "sent imsg", "2019-07-01 08:06:00", 1, "", ""}},
                        {{"grace@example.org", "Grace"}}, false, ""}}));
+}
+
+// An iOS 5 multimedia message keeps its text in its text parts, joined in
+// part order, and its files as Library/SMS/Parts/xx/yy/<message>-<part>.<ext>;
+// only iMessages record when they were read and delivered.
+TEST(CurrentMessages, Ios5MultimediaPartsAndIMessageReadAndDeliveredDates) {
+  TempDir root;
+  std::string sql = Schema("sms.db-ios5-legacy");
+  sql += "INSERT INTO msg_group (ROWID, type) VALUES (1, 0);\n"
+         "INSERT INTO group_member (group_id, address) VALUES (1, '+16175550199');\n"
+         "INSERT INTO message (ROWID, address, date, text, flags, group_id, is_madrid) VALUES "
+         "(5, '+16175550199', 1561982520, NULL, 2, 1, 0);\n"
+         "INSERT INTO msg_pieces (message_id, part_id, content_type, data, content_loc) VALUES "
+         "(5, 3, 'text/plain', CAST('second line' AS BLOB), 'text_0002.txt'), "
+         "(5, 0, 'application/smil', CAST('<smil/>' AS BLOB), 'smil.xml'), "
+         "(5, 1, 'image/jpeg', NULL, 'IMG_0001.jpg'), "
+         "(5, 2, 'text/plain', CAST('Look at this' AS BLOB), 'text_0001.txt'), "
+         "(5, 4, 'video/3gpp', NULL, 'clip.3gp');\n"
+         "INSERT INTO message (ROWID, text, date, is_madrid, madrid_handle, madrid_flags, madrid_service, "
+         "madrid_date_read, madrid_date_delivered) VALUES "
+         "(6, 'read', 583675500, 1, 'grace@example.org', 36869, 'iMessage', 583675620, 583675510);\n";
+  BackupBuilder builder(IndexKind::ManifestDb);
+  builder.AddDatabase("HomeDomain", kSmsPath, sql)
+      .AddFile("MediaDomain", "Library/SMS/Parts/a5/14/5-1.jpg", "jpeg bytes")
+      .AddFile("MediaDomain", "Library/SMS/Parts/a5/14/5-1-preview.jpg", "preview");
+  const std::string backup = builder.Write(root.Path() + "b");
+  const std::string picture = backup + builder.StoredPath("MediaDomain", "Library/SMS/Parts/a5/14/5-1.jpg");
+  ScopedTimeZone newYork("America/New_York");
+  ServedBackup served(backup, Service::Current);
+  const std::string attachments =
+      "[{\"file_name\":\"IMG_1.jpg\",\"path\":\"" + picture +
+      "\",\"size\":10u,\"type\":0u,\"query_path\":\"Library/SMS/Parts/a5/14/5-1.jpg\",\"present\":true,"
+      "\"mime_type\":\"image/jpeg\",\"original_name\":\"IMG_0001.jpg\",\"date\":\"\"},"
+      "{\"file_name\":\"IMG_2.3gp\",\"path\":\"\",\"size\":0u,\"type\":1u,\"query_path\":\"\",\"present\":false,"
+      "\"mime_type\":\"video/3gpp\",\"original_name\":\"clip.3gp\",\"date\":\"\"}]";
+  EXPECT_EQ(served.Answer(ContentSmsAttachment), attachments);
+  std::string expected = Expected(
+      {{"+16175550199", "+16175550199", "",
+        {{"SMS", "Look at this\nsecond line", "2019-07-01 08:02:00", 0, "+16175550199", ""}},
+        {{"+16175550199", ""}}, false, ""},
+       {"grace@example.org", "grace@example.org", "",
+        {{"iMessage", "read", "2019-07-01 08:05:00", 1, "", "", "", "2019-07-01 08:07:00", "2019-07-01 08:05:10"}},
+        {{"grace@example.org", ""}}, false, ""}});
+  // The multimedia message carries its two files.
+  const std::string carried = "\"date_delivered\":\"\"";
+  expected.insert(expected.find(carried) + carried.size(), ",\"attachments\":" + attachments);
+  EXPECT_EQ(served.Answer(ContentSms), expected);
+}
+
+// Until iOS 14 a message's own country is empty and its handle's holds it;
+// a chat whose messages are gone keeps an empty list; the dates a message was
+// read and delivered (nanoseconds since 2001) are local times, "" when 0.
+TEST(CurrentMessages, CountryFromTheHandleReadAndDeliveredDatesAndEmptyChats) {
+  std::string sql = Schema("sms.db-ios13");
+  sql += "INSERT INTO handle (ROWID, id, country, service) VALUES (1, '+16175550199', 'us', 'iMessage');\n"
+         "INSERT INTO chat (ROWID, guid, style, chat_identifier) VALUES (1, 'c1', 45, '+16175550199'), "
+         "(2, 'c2', 45, 'gone@example.org');\n"
+         "INSERT INTO chat_handle_join (chat_id, handle_id) VALUES (1, 1);\n"
+         "INSERT INTO message (ROWID, guid, text, handle_id, date, date_read, date_delivered, is_from_me, service, "
+         "country) VALUES (1, 'a', 'hi', 1, " + Nanos(0) + ", " + Nanos(5) + ", 0, 0, 'iMessage', NULL), "
+         "(2, 'b', 'back', 1, " + Nanos(1) + ", " + Nanos(7) + ", " + Nanos(1, 3) + ", 1, 'iMessage', 'gb');\n"
+         "INSERT INTO chat_message_join (chat_id, message_id) VALUES (1, 1), (1, 2);\n";
+  for (const auto& [zone, hour] : {std::pair<const char*, std::string>{"UTC", "12"}, {"Europe/Berlin", "14"}}) {
+    TempDir root;
+    const std::string backup =
+        BackupBuilder(IndexKind::Mbdb).AddDatabase("HomeDomain", kSmsPath, sql).Write(root.Path() + "b");
+    ScopedTimeZone timeZone(zone);
+    ServedBackup served(backup, Service::Current);
+    const std::string day = "2019-07-01 " + hour;
+    EXPECT_EQ(served.Answer(ContentSms),
+              Expected({{"+16175550199", "+16175550199", "",
+                         {{"iMessage", "hi", day + ":00:00", 0, "+16175550199", "", "us", day + ":05:00", ""},
+                          {"iMessage", "back", day + ":01:00", 1, "", "", "gb", day + ":07:00", day + ":01:03"}},
+                         {{"+16175550199", ""}}, false, ""},
+                        {"gone@example.org", "gone@example.org", "", {}, {{"gone@example.org", ""}}, false, ""}}))
+        << zone;
+  }
+}
+
+// A card with only an organisation names its numbers by it, as the phone does.
+TEST(CurrentMessages, AnOrganisationsCardNamesItsNumber) {
+  std::string sql = Schema("sms.db-ios13");
+  sql += "INSERT INTO handle (ROWID, id, service) VALUES (1, '+18005550100', 'SMS');\n"
+         "INSERT INTO message (ROWID, guid, text, handle_id, date, service) VALUES (1, 'a', 'Your code', 1, " +
+         Nanos(0) + ", 'SMS');\n";
+  const std::string book = AddressBook()
+                               .Person(1, "Organization", "'Analytical Bank'")
+                               .Label(1, "'_$!<Work>!$_'")
+                               .Value(1, 1, 1, "'+1 800 555 0100'")
+                               .Sql();
+  TempDir root;
+  const std::string backup = BackupBuilder(IndexKind::ManifestDb)
+                                 .AddDatabase("HomeDomain", kSmsPath, sql)
+                                 .AddDatabase("HomeDomain", kAddressBookPath, book)
+                                 .Write(root.Path() + "b");
+  ScopedTimeZone utc("UTC");
+  ServedBackup served(backup, Service::Current);
+  EXPECT_EQ(served.Answer(ContentSms),
+            Expected({{"+18005550100", "+18005550100", "Analytical Bank",
+                       {{"SMS", "Your code", "2019-07-01 12:00:00", 0, "+18005550100", "Analytical Bank"}},
+                       {{"+18005550100", "Analytical Bank"}}, false, ""}}));
 }
 
 TEST(CurrentMessages, RowsKeptOnlyInTheWalAreRead) {

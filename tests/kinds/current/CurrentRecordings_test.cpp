@@ -149,7 +149,9 @@ TEST(CurrentRecordings, ATableWithoutItsLaterColumnsStillLists) {
   EXPECT_EQ(served.Answer(ContentRecording), Expected({{"", "", "00:00:00", "x.m4a", "", 0, false, false}}));
 }
 
-TEST(CurrentRecordings, DamagedOrEmptyDatabasesAnswerNull) {
+// A kind whose database is there answers an array, whatever it holds; NULL
+// is for a backup without any.
+TEST(CurrentRecordings, DamagedOrEmptyDatabasesAnswerAnEmptyArray) {
   TempDir root;
   const std::string backup = BackupBuilder(IndexKind::ManifestDb)
                                  .AddFile("MediaDomain", kOldDb, "not a database")
@@ -157,7 +159,11 @@ TEST(CurrentRecordings, DamagedOrEmptyDatabasesAnswerNull) {
                                  .AddDatabase(kGroup, kGroupDb, Schema("CloudRecordings.db-ios14"))
                                  .Write(root.Path() + "b");
   ServedBackup served(backup, Service::Current);
-  EXPECT_EQ(served.Answer(ContentRecording), "null");
+  EXPECT_EQ(served.Answer(ContentRecording), "[]");
+  TempDir none;
+  EXPECT_EQ(ServedBackup(BackupBuilder(IndexKind::ManifestDb).Write(none.Path() + "b"), Service::Current)
+                .Answer(ContentRecording),
+            "null");
 }
 
 }  // namespace

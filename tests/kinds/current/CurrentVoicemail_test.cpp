@@ -129,20 +129,20 @@ TEST(CurrentVoicemail, ATableWithoutItsLaterColumnsStillLists) {
             Expected({{"", "555", "", "00:00:00", false, false, "", 0, false, "1.amr"}}));
 }
 
-TEST(CurrentVoicemail, DamagedOrEmptyDatabasesAnswerNull) {
+TEST(CurrentVoicemail, DamagedOrEmptyDatabasesAnswerAnEmptyArray) {
   for (const std::string& sql : {std::string("CREATE TABLE other (a);\n"), Schema("voicemail.db-ios9")}) {
     TempDir root;
     ServedBackup served(
         BackupBuilder(IndexKind::ManifestDb).AddDatabase("HomeDomain", kVoicemailDb, sql).Write(root.Path() + "b"),
         Service::Current);
-    EXPECT_EQ(served.Answer(ContentVoicemail), "null");
+    EXPECT_EQ(served.Answer(ContentVoicemail), "[]");
   }
   TempDir root;
   ServedBackup damaged(BackupBuilder(IndexKind::ManifestDb)
                            .AddFile("HomeDomain", kVoicemailDb, "not a database")
                            .Write(root.Path() + "b"),
                        Service::Current);
-  EXPECT_EQ(damaged.Answer(ContentVoicemail), "null");
+  EXPECT_EQ(damaged.Answer(ContentVoicemail), "[]");
 }
 
 }  // namespace

@@ -139,7 +139,8 @@ TEST(CurrentWhatsAppCalls, NewestFirstWithTrueDatesNamesAndGroupCallsWithTheirPa
   }
 }
 
-TEST(CurrentWhatsAppCalls, TheDescribedServiceAnswersNullAndSoDoesABackupWithoutCalls) {
+// A database without calls answers an empty array, a backup without one NULL.
+TEST(CurrentWhatsAppCalls, TheDescribedServiceAnswersNullAndABackupWithoutCallsAnEmptyArray) {
   TempDir root;
   const std::string backup = WriteCallsBackup(root, IndexKind::ManifestDb);
   EXPECT_EQ(ServedBackup(backup, Service::Described).Answer(ContentWhatsAppCalls), "null");
@@ -147,7 +148,7 @@ TEST(CurrentWhatsAppCalls, TheDescribedServiceAnswersNullAndSoDoesABackupWithout
   const std::string empty = BackupBuilder(IndexKind::ManifestDb)
                                 .AddDatabase(kWhatsAppDomain, kCallHistory, Schema("CallHistory.sqlite-whatsapp-ios15"))
                                 .Write(other.Path() + "b");
-  EXPECT_EQ(ServedBackup(empty, Service::Current).Answer(ContentWhatsAppCalls), "null");
+  EXPECT_EQ(ServedBackup(empty, Service::Current).Answer(ContentWhatsAppCalls), "[]");
 }
 
 TEST(CurrentWhatsAppCalls, RowsKeptOnlyInTheWalAreRead) {
@@ -195,7 +196,7 @@ TEST(CurrentWhatsAppCalls, DamagedDatabasesAndValuesAnswerWhatCanBeRead) {
   const std::string damaged = BackupBuilder(IndexKind::ManifestDb)
                                   .AddFile(kWhatsAppDomain, kCallHistory, "not a database")
                                   .Write(root.Path() + "a");
-  EXPECT_EQ(ServedBackup(damaged, Service::Current).Answer(ContentWhatsAppCalls), "null");
+  EXPECT_EQ(ServedBackup(damaged, Service::Current).Answer(ContentWhatsAppCalls), "[]");
   const std::string odd =
       BackupBuilder(IndexKind::ManifestDb)
           .AddDatabase(kWhatsAppDomain, kCallHistory,

@@ -100,7 +100,7 @@ std::string ChatDump(const std::string& id, const std::string& phone, const std:
                ",\"name\":" + Q(party.name) + "}";
   }
   return "{\"id\":" + Q(id) + ",\"phone\":" + Q(phone) + ",\"another\":" + Q(another) +
-         (messages.empty() ? "" : ",\"message\":[" + messages + "]") + ",\"participants\":[" + parties +
+         ",\"message\":[" + messages + "]" + ",\"participants\":[" + parties +
          "],\"group\":" + Bool(group) + ",\"display_name\":" + Q(displayName) + ",\"chat_kind\":" + Q(chatKind) + "}";
 }
 
@@ -411,7 +411,7 @@ TEST(CurrentWhatsApp, DamagedDatabasesAndValuesAnswerWhatCanBeRead) {
                            .AddFile(kWhatsAppDomain, kChatStorage, "not a database")
                            .Write(root.Path() + "a"),
                        Service::Current);
-  EXPECT_EQ(damaged.Answer(ContentWhatsApp), "null");
+  EXPECT_EQ(damaged.Answer(ContentWhatsApp), "[]");
   ChatStorageSql values;
   values.Session(1, kAda, "X'00FF'")
       .Media(kMediaColumns, "1, X'2F', 7, 8, X'FF00', NULL, 'north', X'01', X'2A7F'")

@@ -73,7 +73,8 @@ std::string Conversation(const std::string& id, const std::string& phone, const 
     std::snprintf(minute, sizeof minute, "%02d", m.minute);
     text += std::string(at ? "," : "") + "{\"country\":\"\",\"service\":\"iMessage\",\"text\":\"" + m.text +
             "\",\"date\":\"2019-07-01 " + hour + ":" + minute + ":00\",\"type\":" + std::to_string(m.type) +
-            "u,\"sender\":\"" + m.sender + "\",\"sender_name\":\"" + m.senderName + "\",\"deleted_from\":\"" +
+            "u,\"sender\":\"" + m.sender + "\",\"sender_name\":\"" + m.senderName +
+            "\",\"date_read\":\"\",\"date_delivered\":\"\",\"deleted_from\":\"" +
             m.from + "\",\"deleted_date\":\"" + m.deletedDate + "\"" + (m.earlierVersion ? ",\"earlier_version\":true" : "") +
             "}";
   }
