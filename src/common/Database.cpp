@@ -138,3 +138,5 @@ bool Database::Statement::IsNull(int column) const { return sqlite3_column_type(
 bool Database::Statement::IsBlob(int column) const { return sqlite3_column_type(stmt_, column) == SQLITE_BLOB; }
 
 int64_t Database::Statement::Int64(int column) const { return sqlite3_column_int64(stmt_, column); }
+
+double Database::Statement::Double(int column) const { return sqlite3_column_double(stmt_, column); }

@@ -71,6 +71,7 @@ class Database {
     bool IsNull(int column) const;
     bool IsBlob(int column) const;
     int64_t Int64(int column) const;
+    double Double(int column) const;
     const void* Blob(int column) const;
     int Bytes(int column) const;
 

@@ -50,6 +50,10 @@ void Photo::InsertKeys(const PhotoFile& file, plist_t dict) const {
   // and recovering them is what a user is most likely to want.
   plist_dict_set_item(dict, "trashed", plist_new_bool(file.asset.trashed));
   plist_dict_set_item(dict, "present", plist_new_bool(!file.path.empty()));
+  if (file.asset.place) {
+    plist_dict_set_item(dict, "latitude", plist_new_real(file.asset.place->first));
+    plist_dict_set_item(dict, "longitude", plist_new_real(file.asset.place->second));
+  }
 }
 
 }  // namespace current

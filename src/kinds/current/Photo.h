@@ -25,7 +25,8 @@ struct PhotoFile {
 // rest (kOther). Each is located exactly by its path in CameraRollDomain; an
 // asset whose file the backup does not hold (kept only in the cloud, or
 // missing) is listed with an empty path and size 0. Besides the described
-// keys: "date", "original_name", "video", "trashed" and "present". NULL when
+// keys: "date", "original_name", "video", "trashed", "present" and, for an
+// asset that records where it was taken, "latitude" and "longitude". NULL when
 // the library lists no asset.
 class Photo : public StoredRecordKind<PhotoFile> {
  public:

@@ -36,15 +36,30 @@ std::string AssetQuery(const SchemaInfo& schema, const std::string& assets) {
   const std::string join = AttributesJoin(schema);
   const std::string originalName = join.empty() ? "NULL" : "b.ZORIGINALFILENAME";
   return "select " +
-         schema.SelectList(assets, {"ZDIRECTORY", "ZFILENAME", "ZDATECREATED", "ZKIND", "ZTRASHEDSTATE"}, "a") + ", " +
+         schema.SelectList(assets,
+                           {"ZDIRECTORY", "ZFILENAME", "ZDATECREATED", "ZKIND", "ZTRASHEDSTATE", "ZLATITUDE", "ZLONGITUDE"},
+                           "a") +
+         ", " +
          originalName + " AS ZORIGINALFILENAME from " + assets + " a" + join + " order by a.rowid";
 }
 
 std::string OldPhotoQuery(const SchemaInfo& schema) {
   return "select " + schema.ColumnOrNull("Photo", "directory") + " AS ZDIRECTORY, " +
          schema.ColumnOrNull("Photo", "filename") +
-         " AS ZFILENAME, NULL AS ZDATECREATED, NULL AS ZKIND, NULL AS ZTRASHEDSTATE, NULL AS ZORIGINALFILENAME "
+         " AS ZFILENAME, NULL AS ZDATECREATED, NULL AS ZKIND, NULL AS ZTRASHEDSTATE, NULL AS ZORIGINALFILENAME, "
+         "NULL AS ZLATITUDE, NULL AS ZLONGITUDE "
          "from Photo order by rowid";
+}
+
+// The library writes -180 in both columns for a picture without a place.
+std::optional<std::pair<double, double>> PlaceOf(const Database::Statement& row, int latitude, int longitude) {
+  if (row.IsNull(latitude) || row.IsNull(longitude)) return std::nullopt;
+  const double north = row.Double(latitude);
+  const double east = row.Double(longitude);
+  if (north == -180.0 || east == -180.0 || north < -90.0 || north > 90.0 || east < -180.0 || east > 180.0) {
+    return std::nullopt;
+  }
+  return std::make_pair(north, east);
 }
 
 }  // namespace
@@ -68,6 +83,8 @@ std::vector<LibraryAsset> ReadPhotoLibrary(Database& database) {
   const int kind = rows.Column("ZKIND");
   const int trashed = rows.Column("ZTRASHEDSTATE");
   const int originalName = rows.Column("ZORIGINALFILENAME");
+  const int latitude = rows.Column("ZLATITUDE");
+  const int longitude = rows.Column("ZLONGITUDE");
   while (rows.Step()) {
     LibraryAsset asset;
     asset.directory = GetEmptyStringIsNull(rows.Text(directory));
@@ -77,6 +94,7 @@ std::vector<LibraryAsset> ReadPhotoLibrary(Database& database) {
     asset.video = rows.IsNull(kind) ? HasVideoExtension(asset.fileName) : rows.Int64(kind) == 1;
     asset.trashed = !rows.IsNull(trashed) && rows.Int64(trashed) == 1;
     asset.originalName = GetEmptyStringIsNull(rows.Text(originalName));
+    asset.place = PlaceOf(rows, latitude, longitude);
     assets.push_back(std::move(asset));
   }
   return assets;

@@ -1,7 +1,9 @@
 #ifndef YH_KINDS_CURRENT_PHOTOLIBRARY_H
 #define YH_KINDS_CURRENT_PHOTOLIBRARY_H
 
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "common/Database.h"
@@ -16,6 +18,8 @@ struct LibraryAsset {
   std::string originalName;  // the name it was imported or saved under; "" when not recorded
   bool video = false;
   bool trashed = false;
+  // Where it was taken, latitude and longitude in degrees; none when not recorded.
+  std::optional<std::pair<double, double>> place;
 };
 
 // The assets of a photo library of any generation (ZASSET from iOS 14,

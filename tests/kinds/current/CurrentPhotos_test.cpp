@@ -254,5 +254,23 @@ TEST(CurrentPhotos, ALibraryInAnotherDomainAnswersNullAndOneWithoutStoredFilesLi
   EXPECT_EQ(served.Answer(ContentOtherPhoto), "[]");
 }
 
+// Where a picture was taken, when its library records it; -180 in both
+// columns, or NULL, means no place.
+TEST(CurrentPhotos, APictureGivesWhereItWasTakenWhenTheLibraryRecordsIt) {
+  for (const Generation& generation : {kIos11, kIos18}) {
+    std::string sql = Library(generation, {kAssets[0], kAssets[4], kAssets[5]});
+    sql += "UPDATE " + generation.table + " SET ZLATITUDE = 51.5007, ZLONGITUDE = -0.1246 WHERE Z_PK = 1;\n" +
+           "UPDATE " + generation.table + " SET ZLATITUDE = -180.0, ZLONGITUDE = -180.0 WHERE Z_PK = 5;\n";
+    TempDir root;
+    const std::string backup =
+        BackupBuilder(IndexKind::ManifestDb).AddDatabase(kCameraRoll, kLibrary, sql).Write(root.Path() + "b");
+    ScopedTimeZone utc("UTC");
+    const std::string answer = ServedBackup(backup, Service::Current).Answer(ContentCameraPhoto);
+    const std::string place = ",\"latitude\":51.5007r,\"longitude\":-0.1246r}";
+    EXPECT_NE(answer.find("\"present\":false" + place), std::string::npos) << answer;
+    EXPECT_EQ(answer.find("latitude"), answer.rfind("latitude")) << "only the first asset has a place: " << answer;
+  }
+}
+
 }  // namespace
 }  // namespace yhtest
