@@ -188,13 +188,14 @@ std::string Photos() {
 // A chat with Mary (a captioned picture, a starred message) and a group
 // whose owner replies to Charles and receives a voice note from Mary. The
 // reply's medium names the quoted message in its metadata: field 5 its
-// stanza id, field 6 its sender (a protocol buffer).
+// stanza id, field 6 its sender (a protocol buffer). The owner deleted a
+// message sent to Mary.
 std::string WhatsAppChats() {
   const std::string quoted =
       std::string("\x2A\x0A", 2) + "3A0B5C7D9E" + std::string("\x32\x1B", 2) + "442079460018@s.whatsapp.net";
   const std::string mary = Sql("16175550199@s.whatsapp.net");
   const std::string group = Sql("120363025846130022@g.us");
-  return Schema("ChatStorage.sqlite-whatsapp-ios15") +
+  return kUnsecured + Schema("ChatStorage.sqlite-whatsapp-ios15") +
          Insert("ZWACHATSESSION", "Z_PK, ZCONTACTJID, ZPARTNERNAME, ZSESSIONTYPE",
                 {{"1", mary, Sql("Mary Somerville"), "0"}, {"2", group, Sql("Analytical Society"), "1"}}) +
          Insert("ZWAGROUPMEMBER", "Z_PK, ZCHATSESSION, ZMEMBERJID",
@@ -219,7 +220,10 @@ std::string WhatsAppChats() {
                Sql("3A0B5C7D9E"), "2", "NULL"},
               {"5", "2", "1", Time(9, 12, 7, 15, 31), "0", Sql("Wonderful, send them over!"), "0", "NULL", group,
                Sql("3A0B5C7D9F"), "NULL", "3"},
-              {"6", "2", "0", Time(9, 12, 7, 20, 9), "3", "NULL", "0", group, "NULL", Sql("3A0B5C7DA0"), "1", "2"}});
+              {"6", "2", "0", Time(9, 12, 7, 20, 9), "3", "NULL", "0", group, "NULL", Sql("3A0B5C7DA0"), "1", "2"},
+              {"7", "1", "1", Time(9, 11, 19, 3, 30), "0", Sql("Which room is it in?"), "0", "NULL", mary,
+               Sql("3A0B5C7DA1"), "NULL", "NULL"}}) +
+         "DELETE FROM ZWAMESSAGE WHERE Z_PK = 7;\n";
 }
 
 // An incoming audio call from Mary and an outgoing group video call.

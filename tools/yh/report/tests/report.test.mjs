@@ -291,6 +291,7 @@ describe('the report of a sample with its deleted records', () => {
       [card.dataset.kind, card.querySelector('.recovered-count').textContent])));
     assert.equal(recovered.calls, '1 recovered');
     assert.equal(recovered.messages, '1 recovered');
+    assert.equal(recovered.whatsapp, '1 recovered');
     assert.equal(recovered.notes, '0 recovered');
     await page.screenshot({path: path.join(out, 'deleted-overview.png')});
   });
@@ -323,6 +324,16 @@ describe('the report of a sample with its deleted records', () => {
     assert.deepEqual(mark, ['Deleted · unallocated', 'Recovered from unallocated space in a page of the database']);
     assert.match(await page.$eval('p.note', (note) => note.textContent), /4 messages · 1 of them recovered/);
     await page.screenshot({path: path.join(out, 'deleted-thread.png')});
+  });
+
+  test("puts a recovered WhatsApp message into its chat", async () => {
+    await go(page, '#kind/whatsapp', '#threads li a');
+    await page.click('#threads li a:has-text("Mary Somerville")');
+    await page.waitForSelector('#bubbles .bubble.deleted');
+    const texts = await page.$$eval('#bubbles .bubble', (nodes) => nodes.map((node) =>
+      (node.classList.contains('deleted') ? 'deleted: ' : '') + (node.querySelector('p') || {}).textContent));
+    assert.deepEqual(texts.slice(0, 3), ['Are you coming to the lecture tomorrow?', 'deleted: Which room is it in?',
+      'Yes, I will bring the notes.']);
   });
 
   test('ran with no console error and nothing fetched off the disk', () => {
