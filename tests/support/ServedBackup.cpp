@@ -1,5 +1,8 @@
 #include "support/ServedBackup.h"
 
+#include <algorithm>
+
+#include "support/BackupBuilder.h"
 #include "support/DeviceList.h"
 #include "support/PlistDump.h"
 
@@ -28,5 +31,17 @@ plist_t ServedBackup::DeletedTree(int type) const {
 }
 
 std::string ServedBackup::DeletedAnswer(int type) const { return DumpAndFree(DeletedTree(type)); }
+
+RefusedAnswers AnswersOnceRefused(const std::string& backupPath, const std::string& stored, int type) {
+  RefusedAnswers answers;
+  answers.liveBefore = ServedBackup(backupPath, Service::Current).Answer(type);
+  std::string bytes = ReadBytes(stored);
+  std::fill(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(std::min<size_t>(bytes.size(), 100)), '\0');
+  WriteFile(stored, bytes);
+  const ServedBackup damaged(backupPath, Service::Current);
+  answers.live = damaged.Answer(type);
+  answers.deleted = damaged.DeletedAnswer(type);
+  return answers;
+}
 
 }  // namespace yhtest

@@ -34,6 +34,16 @@ class ServedBackup {
   bool analysed_ = false;
 };
 
+// The current service's answers of `type` for the backup at `backupPath`:
+// the live one, then the live and deleted ones once the stored database at
+// `stored` lost its header, so that SQLite refuses it.
+struct RefusedAnswers {
+  std::string liveBefore;
+  std::string live;
+  std::string deleted;
+};
+RefusedAnswers AnswersOnceRefused(const std::string& backupPath, const std::string& stored, int type);
+
 }  // namespace yhtest
 
 #endif

@@ -31,6 +31,10 @@ const char kControls[] = "bell\x07 escape\x1b[31m tab\t nul-free \x01\x7f line\x
 const char kPicture[] = "Media/DCIM/100APPLE/\"><img src=x onerror=window.pwned=6>.JPG";
 const char kAttachment[] = "Library/SMS/Attachments/aa/01/A/photo.png\"><script>window.pwned=7</script>";
 const char kMemo[] = "Media/Recordings/<b>memo</b> \"#1\"?.m4a";
+// A deleted message and call, left in the databases' free space, whose
+// recovered records the report marks.
+const char kDeletedScript[] = "<img src=x onerror=\"window.pwned=11\">";
+const char kUnsecured[] = "PRAGMA secure_delete=OFF;\n";
 
 std::string Time(int month, int day, int hour, int minute) { return Since2001Text(kYear, month, day, hour, minute, 0); }
 
@@ -70,18 +74,21 @@ std::string AddressBook() {
 }
 
 std::string CallHistory() {
-  return Schema("CallHistory.storedata-ios17") +
+  return kUnsecured + Schema("CallHistory.storedata-ios17") +
          Insert("ZCALLRECORD",
                 "Z_PK, Z_ENT, Z_OPT, ZADDRESS, ZDATE, ZDURATION, ZORIGINATED, ZANSWERED, ZCALLTYPE, ZNAME, "
                 "ZISO_COUNTRY_CODE, ZSERVICE_PROVIDER, ZLOCATION, ZUNIQUE_ID",
                 {{"1", "2", "1", Sql(kJavaScriptUrl), Time(2, 1, 9, 0), "61", "1", "1", "1", Sql(kImage),
                   Sql(kQuotes), Sql(kEndScript), Sql(kControls), Sql("A1")},
                  {"2", "2", "1", Sql("+15550100"), Time(2, 2, 9, 0), "5", "0", "1", "1", Sql(kScript), Sql("us"),
-                  Sql("com.apple.Telephony"), Sql(kEntities), Sql("A2")}});
+                  Sql("com.apple.Telephony"), Sql(kEntities), Sql("A2")},
+                 {"3", "2", "1", Sql(kDeletedScript), Time(2, 3, 9, 0), "7", "1", "1", "1", Sql(kDeletedScript),
+                  Sql("us"), Sql(kDeletedScript), Sql(kDeletedScript), Sql("A3")}}) +
+         "DELETE FROM ZCALLRECORD WHERE Z_PK = 3;\n";
 }
 
 std::string Messages() {
-  return Schema("sms.db-ios13") +
+  return kUnsecured + Schema("sms.db-ios13") +
          Insert("handle", "ROWID, id, country, service",
                 {{"1", Sql(kImage), Sql("us"), Sql(kScript)}, {"2", Sql(kJavaScriptUrl), Sql("us"), Sql("SMS")}}) +
          Insert("chat", "ROWID, guid, style, chat_identifier, service_name",
@@ -93,9 +100,11 @@ std::string Messages() {
                  {"3", Sql("M3"), Sql(kQuotes), "1", Sql("us"), Sql("iMessage"), Time(3, 1, 8, 2), "0"},
                  {"4", Sql("M4"), Sql(kEntities), "1", Sql("us"), Sql("iMessage"), Time(3, 1, 8, 3), "1"},
                  {"5", Sql("M5"), Sql(kControls), "1", Sql("us"), Sql("iMessage"), Time(3, 1, 8, 4), "0"},
-                 {"6", Sql("M6"), Sql(kJavaScriptUrl), "2", Sql("us"), Sql("SMS"), Time(3, 2, 8, 0), "0"}}) +
+                 {"6", Sql("M6"), Sql(kJavaScriptUrl), "2", Sql("us"), Sql("SMS"), Time(3, 2, 8, 0), "0"},
+                 {"7", Sql("M7"), Sql(kDeletedScript), "1", Sql("us"), Sql(kDeletedScript), Time(3, 1, 8, 5), "1"}}) +
          Insert("attachment", "ROWID, guid, filename, mime_type, transfer_name, total_bytes, original_guid",
-                {{"1", Sql("A1"), Sql(std::string("~/") + kAttachment), Sql("image/png"), Sql(kImage), "10", Sql("A1")}});
+                {{"1", Sql("A1"), Sql(std::string("~/") + kAttachment), Sql("image/png"), Sql(kImage), "10", Sql("A1")}}) +
+         "DELETE FROM message WHERE ROWID = 7;\n";
 }
 
 std::string Notes() {

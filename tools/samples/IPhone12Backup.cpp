@@ -52,10 +52,14 @@ std::string AddressBook() {
                  {"5", "3", "4", "0", "4", Sql("alan.turing@example.com")}});
 }
 
+// Rows deleted without overwriting them, as a device leaves them, so that
+// the sample has deleted records to give back.
+const char kUnsecured[] = "PRAGMA secure_delete=OFF;\n";
+
 // ZORIGINATED 0 is an incoming call, 1 an outgoing one; dates and durations
-// carry fractions of a second.
+// carry fractions of a second. The owner deleted a fifth call.
 std::string CallHistory() {
-  return Schema("CallHistory.storedata-ios17") +
+  return kUnsecured + Schema("CallHistory.storedata-ios17") +
          Insert(
              "ZCALLRECORD",
              "Z_PK, Z_ENT, Z_OPT, ZADDRESS, ZDATE, ZDURATION, ZORIGINATED, ZANSWERED, ZCALLTYPE, ZNAME, "
@@ -69,13 +73,18 @@ std::string CallHistory() {
                Sql("com.apple.Telephony"), Sql("California"), Sql("C3D2E1F0-A9B8-4C7D-8E6F-5A4B3C2D1E33")},
               {"4", "2", "1", Sql("alan.turing@example.com"), Time(9, 12, 8, 20, 30), "95.0", "1", "1", "16",
                Sql("Alan Turing"), Sql(""), Sql("com.apple.FaceTime"), "NULL",
-               Sql("9E8D7C6B-5A49-4382-9170-6F5E4D3C2B44")}});
+               Sql("9E8D7C6B-5A49-4382-9170-6F5E4D3C2B44")},
+              {"5", "2", "1", Sql("+442079460018"), Time(9, 11, 19, 4, 12), "61.0", "1", "1", "1", "NULL",
+               Sql("gb"), Sql("com.apple.Telephony"), Sql("United Kingdom"),
+               Sql("5A4B3C2D-1E0F-4A9B-8C7D-6E5F4A3B2C55")}}) +
+         "DELETE FROM ZCALLRECORD WHERE Z_PK = 5;\n";
 }
 
 // Newer devices count message dates in nanoseconds; the library takes whole
-// seconds, so the sample keeps seconds to show dates that read well.
+// seconds, so the sample keeps seconds to show dates that read well. The
+// owner deleted a message of Mary's conversation.
 std::string Messages() {
-  return Schema("sms.db-ios13") +
+  return kUnsecured + Schema("sms.db-ios13") +
          Insert("handle", "ROWID, id, country, service",
                 {{"1", Sql("+16175550199"), Sql("us"), Sql("iMessage")},
                  {"2", Sql("+442079460018"), Sql("gb"), Sql("SMS")}}) +
@@ -92,13 +101,16 @@ std::string Messages() {
                  {"4", Sql("7C1D2E3F-0004"), Sql("Train delayed, starting at 10:30 instead"), "2", Sql("gb"),
                   Sql("SMS"), Time(9, 10, 9, 48, 0), "0"},
                  {"5", Sql("7C1D2E3F-0005"), Sql("No problem, I will bring the tickets."), "2", Sql("gb"), Sql("SMS"),
-                  Time(9, 10, 9, 50, 21), "1"}}) +
+                  Time(9, 10, 9, 50, 21), "1"},
+                 {"6", Sql("7C1D2E3F-0006"), Sql("Forget the comet, it was a satellite."), "1", Sql("us"),
+                  Sql("iMessage"), Time(9, 11, 7, 33, 58), "1"}}) +
          Insert("attachment", "ROWID, guid, filename, mime_type, transfer_name, total_bytes, original_guid",
                 {{"1", Sql("at_0_7C1D2E3F-0003"), Sql(std::string("~/") + kPicture), Sql("image/heic"),
                   Sql("IMG_0412.HEIC"), "4012", Sql("at_0_7C1D2E3F-0003")},
                  {"2", Sql("at_0_7C1D2E3F-0004"), Sql(std::string("~/") + kItinerary), Sql("application/pdf"),
                   Sql("Itinerary.pdf"), "1208", Sql("at_0_7C1D2E3F-0004")}}) +
-         Insert("message_attachment_join", "message_id, attachment_id", {{"3", "1"}, {"4", "2"}});
+         Insert("message_attachment_join", "message_id, attachment_id", {{"3", "1"}, {"4", "2"}}) +
+         "DELETE FROM message WHERE ROWID = 6;\n";
 }
 
 std::string Notes() {
@@ -176,13 +188,14 @@ std::string Photos() {
 // A chat with Mary (a captioned picture, a starred message) and a group
 // whose owner replies to Charles and receives a voice note from Mary. The
 // reply's medium names the quoted message in its metadata: field 5 its
-// stanza id, field 6 its sender (a protocol buffer).
+// stanza id, field 6 its sender (a protocol buffer). The owner deleted a
+// message sent to Mary.
 std::string WhatsAppChats() {
   const std::string quoted =
       std::string("\x2A\x0A", 2) + "3A0B5C7D9E" + std::string("\x32\x1B", 2) + "442079460018@s.whatsapp.net";
   const std::string mary = Sql("16175550199@s.whatsapp.net");
   const std::string group = Sql("120363025846130022@g.us");
-  return Schema("ChatStorage.sqlite-whatsapp-ios15") +
+  return kUnsecured + Schema("ChatStorage.sqlite-whatsapp-ios15") +
          Insert("ZWACHATSESSION", "Z_PK, ZCONTACTJID, ZPARTNERNAME, ZSESSIONTYPE",
                 {{"1", mary, Sql("Mary Somerville"), "0"}, {"2", group, Sql("Analytical Society"), "1"}}) +
          Insert("ZWAGROUPMEMBER", "Z_PK, ZCHATSESSION, ZMEMBERJID",
@@ -207,7 +220,10 @@ std::string WhatsAppChats() {
                Sql("3A0B5C7D9E"), "2", "NULL"},
               {"5", "2", "1", Time(9, 12, 7, 15, 31), "0", Sql("Wonderful, send them over!"), "0", "NULL", group,
                Sql("3A0B5C7D9F"), "NULL", "3"},
-              {"6", "2", "0", Time(9, 12, 7, 20, 9), "3", "NULL", "0", group, "NULL", Sql("3A0B5C7DA0"), "1", "2"}});
+              {"6", "2", "0", Time(9, 12, 7, 20, 9), "3", "NULL", "0", group, "NULL", Sql("3A0B5C7DA0"), "1", "2"},
+              {"7", "1", "1", Time(9, 11, 19, 3, 30), "0", Sql("Which room is it in?"), "0", "NULL", mary,
+               Sql("3A0B5C7DA1"), "NULL", "NULL"}}) +
+         "DELETE FROM ZWAMESSAGE WHERE Z_PK = 7;\n";
 }
 
 // An incoming audio call from Mary and an outgoing group video call.

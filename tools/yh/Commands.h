@@ -22,6 +22,7 @@ struct ShowOptions {
   Format format = Format::Json;
   std::string passwordFile;  // of an encrypted backup
   bool classic = false;      // the described service instead of the current one
+  bool deleted = false;      // the records the owner deleted instead of the live ones
 };
 
 struct ExportOptions {
@@ -32,6 +33,7 @@ struct ExportOptions {
   std::string passwordFile;  // of an encrypted backup
   bool classic = false;      // the described service instead of the current one
   bool resume = false;       // finish an interrupted run in `out`
+  bool deleted = false;      // the records the owner deleted too
 };
 
 struct DecryptOptions {

@@ -9,7 +9,7 @@ int RunExport(const ExportOptions& options, std::ostream& out) {
       options, "export",
       [&](const Library& library, const FoundBackup& backup, UnfinishedMark& mark) {
         std::vector<KindExport> results;
-        Exporter exporter(library, *backup.device, backup.CopiesFolder(), mark);
+        Exporter exporter(library, *backup.device, backup.CopiesFolder(), mark, options.deleted);
         for (const Kind* kind : SelectKinds(options.kinds)) results.push_back(exporter.Export(*kind));
         return results;
       },

@@ -8,8 +8,9 @@
 
 namespace yh {
 
-// Records, files copied, bytes, files skipped and records without a file in
-// the backup per kind, then the totals.
+// Records, deleted records (when any result asked for them), files copied,
+// bytes, files skipped and records without a file in the backup per kind,
+// then the totals.
 void WriteExportTable(std::ostream& out, const std::vector<KindExport>& results);
 
 }  // namespace yh

@@ -24,27 +24,42 @@ void RefuseInsideBackup(const BackupDevice& device, const std::string& out) {
 }
 
 Plist AnswerWithCopies(const Library& library, BackupDevice& device, const Kind& kind, MediaCopier& media,
-                       KindExport& result) {
-  Plist answer = library.Content(device, kind.contentType);
-  result.records = RecordCount(answer.get());
+                       KindExport& result, Records records) {
+  Plist answer = records == Records::Deleted ? library.Deleted(device, kind.contentType)
+                                             : library.Content(device, kind.contentType);
+  const size_t count = RecordCount(answer.get());
+  if (records == Records::Deleted) {
+    result.deleted = count;
+  } else {
+    result.records = count;
+  }
   if (kind.IsMedia()) media.Copy(kind, answer.get(), result);
   if (kind.name == "messages") media.CopyMessageAttachments(answer.get());
   return answer;
 }
 
-Exporter::Exporter(const Library& library, BackupDevice& device, const std::string& copies, UnfinishedMark& mark)
+Exporter::Exporter(const Library& library, BackupDevice& device, const std::string& copies, UnfinishedMark& mark,
+                   bool deleted)
     : library_(library),
       device_(device),
       out_(mark.Folder()),
       resumed_(mark.Resumed()),
+      deleted_(deleted),
       media_(Text(device.backupPath), copies, out_, progress_, resumed_) {}
 
 KindExport Exporter::Export(const Kind& kind) {
   KindExport result{&kind};
-  const Answer answer{&kind, AnswerWithCopies(library_, device_, kind, media_, result)};
-  WriteAnswerFile(kind.name + ".json", Format::Json, answer);
-  WriteAnswerFile(kind.name + ".csv", Format::Csv, answer);
+  WriteAnswerFiles(kind.name, {&kind, AnswerWithCopies(library_, device_, kind, media_, result)});
+  if (deleted_) {
+    WriteAnswerFiles(kind.name + "-deleted",
+                     {&kind, AnswerWithCopies(library_, device_, kind, media_, result, Records::Deleted)});
+  }
   return result;
+}
+
+void Exporter::WriteAnswerFiles(const std::string& name, const Answer& answer) {
+  WriteAnswerFile(name + ".json", Format::Json, answer);
+  WriteAnswerFile(name + ".csv", Format::Csv, answer);
 }
 
 // An interrupted run wrote the same answer under the same name, whole.

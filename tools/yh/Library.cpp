@@ -47,6 +47,10 @@ Plist Library::Content(BackupDevice& device, int contentType) const {
   return Plist(table_->GetContentList(&device, static_cast<iDeviceContentType>(contentType)));
 }
 
+Plist Library::Deleted(BackupDevice& device, int contentType) const {
+  return Plist(GetDeletedContentList(&device, static_cast<iDeviceContentType>(contentType)));
+}
+
 std::string Text(const char* text) { return text ? text : ""; }
 
 std::string FolderName(const BackupDevice& device) {

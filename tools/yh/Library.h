@@ -49,6 +49,9 @@ class Library {
   // True when the backup's index was read.
   bool Analyze(BackupDevice& device) const;
   Plist Content(BackupDevice& device, int contentType) const;
+  // The kind's records the owner deleted (GetDeletedContentList); NULL with
+  // the described service, which recovers nothing.
+  Plist Deleted(BackupDevice& device, int contentType) const;
 
  private:
   iDeviceBackupService* table_;

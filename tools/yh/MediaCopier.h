@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -27,6 +28,7 @@ struct KindExport {
   size_t skipped = 0;  // media files named but not copied
   size_t missing = 0;  // records whose file the backup does not hold
   size_t kept = 0;     // of `files`, copies an interrupted run had made
+  std::optional<size_t> deleted{};  // records the owner deleted, when they were asked for
 };
 
 // The key each copied record gains: its copy's path relative to the output

@@ -51,10 +51,18 @@ CLI::Validator FormatCheck(const std::map<std::string, Format>& formats, const s
 const char kClassicHelp[] =
     "Answer as the described service does (hosts built for it), instead of reading what today's devices store";
 
-void AddClassicFlag(CLI::App& command, bool& classic) { command.add_flag("--classic", classic, kClassicHelp); }
+CLI::Option* AddClassicFlag(CLI::App& command, bool& classic) {
+  return command.add_flag("--classic", classic, kClassicHelp);
+}
+
+// Deleted records come from the current service only.
+void AddDeletedFlag(CLI::App& command, bool& deleted, CLI::Option* classic, const std::string& help) {
+  command.add_flag("--deleted", deleted, help)->excludes(classic);
+}
 
 // The options of the commands that write a backup's kinds into a folder.
-void AddWriteOptions(CLI::App& command, yh::ExportOptions& options, const std::string& outHelp) {
+void AddWriteOptions(CLI::App& command, yh::ExportOptions& options, const std::string& outHelp,
+                     const std::string& deletedHelp) {
   command.add_option("BACKUP", options.backup, kBackupHelp)->required();
   command.add_option("--out", options.out, outHelp)->required()->type_name("DIR");
   command.add_option("--kinds", options.kinds, "Comma-separated kinds (default: all)")
@@ -63,7 +71,7 @@ void AddWriteOptions(CLI::App& command, yh::ExportOptions& options, const std::s
       ->check(KindCheck());
   command.add_option("--root", options.root, kRootHelp)->type_name("DIR");
   command.add_option("--password-file", options.passwordFile, kPasswordHelp)->type_name("FILE");
-  AddClassicFlag(command, options.classic);
+  AddDeletedFlag(command, options.deleted, AddClassicFlag(command, options.classic), deletedHelp);
   command.add_flag("--resume", options.resume,
                    "Finish what an interrupted run of the same command left in --out, copying nothing twice");
 }
@@ -118,12 +126,14 @@ int main(int argc, char** argv) {
       ->transform(FormatCheck(showFormats, "json, xml, csv, table"))
       ->type_name("FORMAT");
   showCommand->add_option("--password-file", show.passwordFile, kPasswordHelp)->type_name("FILE");
-  AddClassicFlag(*showCommand, show.classic);
+  AddDeletedFlag(*showCommand, show.deleted, AddClassicFlag(*showCommand, show.classic),
+                 "The records the owner deleted that the backup still holds, instead of the live ones");
 
   yh::ExportOptions exported;
   CLI::App* exportCommand =
       app.add_subcommand("export", "Write each kind as JSON and CSV, and copies of the media files, into a folder");
-  AddWriteOptions(*exportCommand, exported, "Folder to write into (made when missing)");
+  AddWriteOptions(*exportCommand, exported, "Folder to write into (made when missing)",
+                  "Also write the records the owner deleted that the backup still holds, as KIND-deleted.json and .csv");
 
   yh::DecryptOptions decrypt;
   CLI::App* decryptCommand =
@@ -139,7 +149,8 @@ int main(int argc, char** argv) {
   yh::ReportOptions report;
   CLI::App* reportCommand = app.add_subcommand(
       "report", "Write an HTML report to browse from disk: conversations, photos and tables of every kind");
-  AddWriteOptions(*reportCommand, report, "Folder to write into: new or empty; open its index.html");
+  AddWriteOptions(*reportCommand, report, "Folder to write into: new or empty; open its index.html",
+                  "Also show the records the owner deleted that the backup still holds, marked as recovered");
 
   yh::CarveOptions carve;
   CLI::App* carveCommand = app.add_subcommand(

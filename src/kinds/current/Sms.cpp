@@ -1,11 +1,10 @@
 #include "kinds/current/Sms.h"
 
-#include <map>
 #include <string_view>
 #include <unordered_map>
 
 #include "common/PlistHelpers.h"
-#include "common/SortByMoving.h"
+#include "kinds/current/DeletedMessages.h"
 #include "kinds/current/LostRows.h"
 #include "kinds/current/MessageReaders.h"
 #include "kinds/current/StoredDatabaseRows.h"
@@ -19,39 +18,6 @@ const char kMessageDatabase[] = "Library/SMS/sms.db";
 // A deleted message is a row of the message table no longer live; the
 // chats, handles and joins around it, live or recovered, place it.
 const LostRowsOf kLostMessages{{"message"}, {}, false, "guid"};
-
-using ConversationsById = std::map<std::string, Conversation>;
-
-// Adds the messages of `found` to the conversation of the same id, with
-// their marks; a conversation without messages is left out.
-void Merge(ConversationsById& into, std::vector<Conversation> found) {
-  for (Conversation& conversation : found) {
-    if (conversation.messages.empty()) continue;
-    const auto [at, added] = into.try_emplace(conversation.id);
-    Conversation& kept = at->second;
-    if (added) {
-      kept = std::move(conversation);
-      continue;
-    }
-    const auto offset = static_cast<uint32_t>(kept.deletions.size());
-    for (Message& message : conversation.messages) {
-      if (message.deletion) message.deletion += offset;
-      kept.messages.push_back(std::move(message));
-    }
-    AppendMoving(kept.deletions, std::move(conversation.deletions));
-  }
-}
-
-void Mark(std::vector<Conversation>& conversations, const Deletion& deletion) {
-  for (Conversation& conversation : conversations) {
-    conversation.deletions = {deletion};
-    for (Message& message : conversation.messages) message.deletion = 1;
-  }
-}
-
-const Deletion& MarkOf(const Conversation& conversation, const Message& message) {
-  return conversation.deletions[message.deletion - 1];
-}
 
 bool SameContent(const Message& a, const Message& b) {
   for (size_t text : {Message::kCountry, Message::kService, Message::kText, Message::kDate, Message::kSender,
@@ -118,24 +84,19 @@ std::vector<Conversation> Sms::Read(const BackupDevice* device) {
 std::vector<Deleted<Conversation>> Sms::ReadDeleted(const BackupDevice* device) {
   std::vector<Conversation> found;
   for (const StoredFile& file : StoredFilesAt(device, kMessageDatabase)) {
-    ConversationsById conversations;
-    Merge(conversations, ReadStoredDatabases(device, std::vector<StoredFile>{file}, [](Database& database) {
-            return ReadMessageDatabase(database, MessageSelection::RecentlyDeleted);
-          }));
+    ChatsById<Conversation> conversations;
+    MergeById(conversations, ReadStoredDatabases(device, std::vector<StoredFile>{file}, [](Database& database) {
+                return ReadMessageDatabase(database, MessageSelection::RecentlyDeleted);
+              }));
     ForEachLostLayer(RecoverStoredDatabase(device, file), kLostMessages,
                      [&conversations](Database& database, const Deletion& deletion) {
                        std::vector<Conversation> layer = ReadMessageDatabase(database);
-                       Mark(layer, deletion);
-                       Merge(conversations, std::move(layer));
+                       MarkDeleted(layer, deletion);
+                       MergeById(conversations, std::move(layer));
                      });
-    for (auto& [id, conversation] : conversations) {
-      conversation.messages = StableSortedByMoving(std::move(conversation.messages), [](const Message& a, const Message& b) {
-        return a.instant.value_or(INT64_MIN) < b.instant.value_or(INT64_MIN);
-      });
-      found.push_back(std::move(conversation));
-    }
+    AppendInDateOrder(found, std::move(conversations));
   }
-  DropUnchangedVersions(device, found);
+  DropUnchangedVersions(found, [&]() -> const std::vector<Conversation>& { return Records(device); }, SameContent);
   NameCache names;
   std::vector<Deleted<Conversation>> deleted;
   for (Conversation& conversation : found) {
@@ -144,52 +105,6 @@ std::vector<Deleted<Conversation>> Sms::ReadDeleted(const BackupDevice* device) 
     deleted.push_back({std::move(conversation), Deletion{}});
   }
   return deleted;
-}
-
-// The content a message shows now is that of the live answer or, for a
-// recently deleted one, of its row as the system keeps it.
-void Sms::DropUnchangedVersions(const BackupDevice* device, std::vector<Conversation>& conversations) {
-  std::unordered_map<int64_t, const Message*> now;
-  for (const Conversation& conversation : conversations) {
-    for (const Message& message : conversation.messages) {
-      if (MarkOf(conversation, message).earlierVersion) now.emplace(message.rowId, nullptr);
-    }
-  }
-  if (now.empty()) return;
-  const auto take = [&now](const Message& message) {
-    const auto at = now.find(message.rowId);
-    if (at != now.end() && !at->second) at->second = &message;
-  };
-  for (const Conversation& conversation : Records(device)) {
-    for (const Message& message : conversation.messages) take(message);
-  }
-  for (const Conversation& conversation : conversations) {
-    for (const Message& message : conversation.messages) {
-      if (std::string_view(MarkOf(conversation, message).from) == kRecentlyDeleted) take(message);
-    }
-  }
-  // Decided for every message before any is moved: the pointers lead into them.
-  std::vector<std::vector<bool>> unchanged;
-  for (const Conversation& conversation : conversations) {
-    std::vector<bool>& flags = unchanged.emplace_back();
-    for (const Message& message : conversation.messages) {
-      const auto twin = now.find(message.rowId);
-      flags.push_back(MarkOf(conversation, message).earlierVersion && twin != now.end() && twin->second &&
-                      SameContent(*twin->second, message));
-    }
-  }
-  std::vector<Conversation> kept;
-  for (size_t at = 0; at < conversations.size(); ++at) {
-    Conversation& conversation = conversations[at];
-    std::vector<Message> messages;
-    for (size_t message = 0; message < conversation.messages.size(); ++message) {
-      if (!unchanged[at][message]) messages.push_back(std::move(conversation.messages[message]));
-    }
-    if (messages.empty()) continue;
-    conversation.messages = std::move(messages);
-    kept.push_back(std::move(conversation));
-  }
-  conversations = std::move(kept);
 }
 
 void Sms::InsertKeys(const Conversation& conversation, plist_t dict) const {

@@ -69,8 +69,6 @@ class Sms : public StoredRecordKind<Conversation> {
   void InsertKeys(const Conversation& conversation, plist_t dict) const override;
   // Each deleted message carries its own mark.
   void InsertDeletionKeys(const Deletion& /*deletion*/, plist_t /*dict*/) const override {}
-  // Earlier versions whose content a live message of the same row still shows.
-  void DropUnchangedVersions(const BackupDevice* device, std::vector<Conversation>& conversations);
 
   // Names by address, asked of the address book once per address: one
   // long conversation names its sender thousands of times.

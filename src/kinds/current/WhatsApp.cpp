@@ -1,6 +1,9 @@
 #include "kinds/current/WhatsApp.h"
 
 #include "common/PlistHelpers.h"
+#include "kinds/current/DeletedMessages.h"
+#include "kinds/current/LostRows.h"
+#include "kinds/current/StoredDatabaseRows.h"
 #include "kinds/current/StoredDatabases.h"
 #include "kinds/current/WhatsAppChatReader.h"
 #include "kinds/current/WhatsAppFiles.h"
@@ -52,7 +55,8 @@ void InsertDetails(const WhatsAppMessage& message, plist_t item) {
   }
 }
 
-plist_t MessageDict(const WhatsAppMessage& message) {
+// A deleted message's `deletion` is its mark, after the keys every message has.
+plist_t MessageDict(const WhatsAppMessage& message, const Deletion* deletion = nullptr) {
   plist_t item = plist_new_dict();
   InsertPlistDictString(item, "country", "");
   InsertPlistDictString(item, "service", "WhatsApp");
@@ -65,8 +69,36 @@ plist_t MessageDict(const WhatsAppMessage& message) {
   InsertPlistDictString(item, "id", message.texts.AsCString(WhatsAppMessage::kId));
   InsertPlistDictString(item, "kind", WhatsAppKindName(message.kind));
   plist_dict_set_item(item, "starred", plist_new_bool(message.starred));
+  if (deletion) InsertDeletion(*deletion, item);
   InsertDetails(message, item);
   return item;
+}
+
+// Two versions of a message show the same when their keys are the same.
+bool SameContent(const WhatsAppMessage& a, const WhatsAppMessage& b) {
+  std::string bytes[2];
+  const WhatsAppMessage* versions[] = {&a, &b};
+  for (size_t at = 0; at < 2; ++at) {
+    plist_t dict = MessageDict(*versions[at]);
+    char* binary = nullptr;
+    uint32_t length = 0;
+    plist_to_bin(dict, &binary, &length);
+    bytes[at].assign(binary ? binary : "", binary ? length : 0);
+    plist_to_bin_free(binary);
+    plist_free(dict);
+  }
+  return bytes[0] == bytes[1];
+}
+
+const char kChatDatabase[] = "ChatStorage.sqlite";
+
+// A deleted message is a row of ZWAMESSAGE no longer live; the sessions,
+// members and media around it, live or recovered, place it.
+const LostRowsOf kLostMessages{{"ZWAMESSAGE"}, {}, false, "ZSTANZAID"};
+
+// Media are looked for in the database's own domain.
+LocateInDomain LocatorOf(const BackupDevice* device, const StoredFile& file) {
+  return [device, &file](const std::string& relativePath) { return StoredFileIn(device, file.domain, relativePath); };
 }
 
 }  // namespace
@@ -104,10 +136,8 @@ void WhatsApp::Name(const BackupDevice* device, WhatsAppChat& chat) {
 
 std::vector<WhatsAppChat> WhatsApp::Read(const BackupDevice* device) {
   std::vector<WhatsAppChat> chats = ReadOwnDatabases(
-      device, WhatsAppFilesAt(device, "ChatStorage.sqlite"), [&](Database& database, const StoredFile& file) {
-        ChatStorage storage = ReadChatStorage(database, [device, &file](const std::string& relativePath) {
-          return StoredFileIn(device, file.domain, relativePath);
-        });
+      device, WhatsAppFilesAt(device, kChatDatabase), [&](Database& database, const StoredFile& file) {
+        ChatStorage storage = ReadChatStorage(database, LocatorOf(device, file));
         for (auto& [jid, name] : storage.pushNames) pushNames_.try_emplace(std::move(jid), std::move(name));
         for (const WhatsAppChat& chat : storage.chats) {
           if (!chat.group && !chat.partnerName.empty()) partnerNames_.try_emplace(chat.id, chat.partnerName);
@@ -118,12 +148,48 @@ std::vector<WhatsAppChat> WhatsApp::Read(const BackupDevice* device) {
   return chats;
 }
 
+// Per chat database, the messages of each layer of lost rows, merged into
+// chats by id with their messages in date order; named as live chats are.
+std::vector<Deleted<WhatsAppChat>> WhatsApp::ReadDeleted(const BackupDevice* device) {
+  std::vector<WhatsAppChat> found;
+  for (const StoredFile& file : WhatsAppFilesAt(device, kChatDatabase)) {
+    ChatsById<WhatsAppChat> chats;
+    const LocateInDomain locate = LocatorOf(device, file);
+    ForEachLostLayer(RecoverStoredDatabase(device, file), kLostMessages,
+                     [&](Database& database, const Deletion& deletion) {
+                       std::vector<WhatsAppChat> layer = ReadChatStorage(database, locate).chats;
+                       MarkDeleted(layer, deletion);
+                       MergeById(chats, std::move(layer));
+                     });
+    AppendInDateOrder(found, std::move(chats));
+  }
+  if (found.empty()) return {};
+  // The names the live chats give are known once they are read; a partner
+  // named only by a deleted chat session names its messages too.
+  const std::vector<WhatsAppChat>& live = Records(device);
+  for (const WhatsAppChat& chat : found) {
+    if (chat.group || chat.partnerName.empty() || !partnerNames_.try_emplace(chat.id, chat.partnerName).second) continue;
+    const auto unnamed = names_.find(chat.id);
+    if (unnamed != names_.end() && !unnamed->second) names_.erase(unnamed);
+  }
+  for (WhatsAppChat& chat : found) Name(device, chat);
+  DropUnchangedVersions(found, [&live]() -> const std::vector<WhatsAppChat>& { return live; }, SameContent);
+  std::vector<Deleted<WhatsAppChat>> deleted;
+  for (WhatsAppChat& chat : found) {
+    if (chat.id.empty()) chat.id = "unknown";
+    deleted.push_back({std::move(chat), Deletion{}});
+  }
+  return deleted;
+}
+
 void WhatsApp::InsertKeys(const WhatsAppChat& chat, plist_t dict) const {
   InsertPlistDictString(dict, "id", chat.id.c_str());
   InsertPlistDictString(dict, "phone", chat.phone.c_str());
   InsertPlistDictString(dict, "another", chat.another.c_str());
   plist_t messages = plist_new_array();
-  for (const WhatsAppMessage& message : chat.messages) plist_array_append_item(messages, MessageDict(message));
+  for (const WhatsAppMessage& message : chat.messages) {
+    plist_array_append_item(messages, MessageDict(message, message.deletion ? &MarkOf(chat, message) : nullptr));
+  }
   plist_dict_set_item(dict, "message", messages);
   InsertParticipants(chat.participants, chat.participantNames, dict);
   plist_dict_set_item(dict, "group", plist_new_bool(chat.group));

@@ -20,14 +20,20 @@ namespace current {
 // holds ("caption", "url", "contact_name" and "contact_numbers",
 // "latitude" and "longitude", "quoted_id", "quoted_sender" and
 // "quoted_text", "attachments" in the attachments answer's layout with the
-// thumbnail apart). NULL when the backup holds no chat database.
+// thumbnail apart). NULL when the backup holds no chat database. Its
+// deleted records are the ZWAMESSAGE rows no longer live, each message
+// marked, in the chat its session (live or recovered) gives, else in its
+// party's, else under "unknown".
 class WhatsApp : public StoredRecordKind<WhatsAppChat> {
  public:
   explicit WhatsApp(WhatsAppDirectory& directory) : StoredRecordKind(WhenNone::Null), directory_(directory) {}
 
  private:
   std::vector<WhatsAppChat> Read(const BackupDevice* device) override;
+  std::vector<Deleted<WhatsAppChat>> ReadDeleted(const BackupDevice* device) override;
   void InsertKeys(const WhatsAppChat& chat, plist_t dict) const override;
+  // Each deleted message carries its own mark.
+  void InsertDeletionKeys(const Deletion& /*deletion*/, plist_t /*dict*/) const override {}
 
   // The name of an address: its one-to-one chat's partner name, else the
   // name its owner gave themselves, else an address book's; NULL for none.

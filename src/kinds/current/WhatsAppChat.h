@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "common/PackedTexts.h"
+#include "kinds/current/Deletion.h"
 #include "kinds/current/SmsAttachment.h"
 
 namespace current {
@@ -61,11 +62,15 @@ struct WhatsAppMessage {
     kQuotedText
   };
   PackedTexts texts;
+  int64_t rowId = 0;
   std::optional<int64_t> instant;  // seconds since 1970, for the order
   WhatsAppKind kind = WhatsAppKind::Text;
   bool fromMe = false;
   bool starred = false;
   bool quotes = false;
+  // For a deleted message, 1 + the place of its mark among its chat's
+  // deletions; 0 for a live one (in the padding: no cost).
+  uint32_t deletion = 0;
   const std::string* senderName = nullptr;  // kept by the kind; NULL when no book names the sender
   std::unique_ptr<WhatsAppDetails> details;
 };
@@ -85,6 +90,7 @@ struct WhatsAppChat {
   std::vector<std::string> participants;  // addresses (JIDs)
   std::vector<std::string> participantNames;
   std::vector<WhatsAppMessage> messages;
+  std::vector<Deletion> deletions;  // the marks of its deleted messages
 };
 
 }  // namespace current

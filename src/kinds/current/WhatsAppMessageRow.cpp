@@ -155,6 +155,7 @@ MessageColumns::MessageColumns(const Database::Statement& rows)
 WhatsAppMessage ReadMessageRow(const Database::Statement& rows, const MessageColumns& columns,
                                const LocateInDomain& locate) {
   WhatsAppMessage message;
+  message.rowId = rows.Int64(columns.rowId);
   message.kind = WhatsAppKindOf(rows.Int64(columns.type), rows.WholeView(columns.localPath));
   message.fromMe = rows.Int64(columns.fromMe) != 0;
   message.starred = rows.Int64(columns.starred) != 0;

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <string>
 #include <utility>
@@ -250,19 +249,10 @@ TEST(DeletedMessages, ADatabaseSqliteRefusesAnswersThroughItsPages) {
     const BackupBuilder builder = ConversationsBackup(kind);
     const std::string backup = builder.Write(root.Path() + "b");
     ScopedTimeZone timeZone("UTC");
-    std::string live;
-    {
-      ServedBackup intact(backup, Service::Current);
-      live = intact.Answer(ContentSms);
-    }
-    const std::string stored = backup + builder.StoredPath("HomeDomain", kSmsPath);
-    std::string bytes = ReadBytes(stored);
-    ASSERT_GT(bytes.size(), 100u);
-    std::fill(bytes.begin(), bytes.begin() + 100, '\0');
-    WriteFile(stored, bytes);
-    ServedBackup damaged(backup, Service::Current);
-    EXPECT_EQ(damaged.Answer(ContentSms), live);
-    EXPECT_EQ(damaged.DeletedAnswer(ContentSms), ExpectedDeleted("12"));
+    const RefusedAnswers answers =
+        AnswersOnceRefused(backup, backup + builder.StoredPath("HomeDomain", kSmsPath), ContentSms);
+    EXPECT_EQ(answers.live, answers.liveBefore);
+    EXPECT_EQ(answers.deleted, ExpectedDeleted("12"));
   }
 }
 

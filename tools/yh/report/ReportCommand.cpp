@@ -9,7 +9,7 @@ int RunReport(const ReportOptions& options, std::ostream& out) {
       options, "report",
       [&](const Library& library, const FoundBackup& backup, UnfinishedMark& mark) {
         std::vector<KindExport> results;
-        ReportWriter report(library, *backup.device, backup.CopiesFolder(), mark);
+        ReportWriter report(library, *backup.device, backup.CopiesFolder(), mark, options.deleted);
         Progress progress;
         const std::vector<const Kind*> kinds = SelectKinds(options.kinds);
         for (size_t i = 0; i < kinds.size(); ++i) {

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "DataScript.h"
+#include "DeletedRecords.h"
 #include "DeviceJson.h"
 #include "Exporter.h"
 #include "FileIo.h"
@@ -14,18 +15,18 @@ namespace {
 
 const char kIndexPage[] = "index.html";
 
-// The messages of every conversation; null for other kinds.
-Json MessageCount(const Json& data) {
-  if (!data.contains("threads")) return Json();
-  size_t count = 0;
-  for (const Json& thread : data["threads"]) count += thread["count"].get<size_t>();
-  return count;
-}
-
 const Json& MessagesOf(const Json& chat) {
   static const Json none = Json::array();
   return chat.is_object() && chat.contains("message") && chat["message"].is_array() ? chat["message"] : none;
 }
+
+size_t MessageCount(const Json& chats) {
+  size_t count = 0;
+  for (const Json& chat : chats) count += MessagesOf(chat).size();
+  return count;
+}
+
+bool HasThreads(const Kind& kind) { return kind.name == "messages" || kind.name == "whatsapp"; }
 
 Json TextOf(const Json& message, const char* key) {
   return message.is_object() && message.contains(key) && message[key].is_string() ? message[key] : Json("");
@@ -50,11 +51,12 @@ Json MessageTexts(const Json& chats) {
 }  // namespace
 
 ReportWriter::ReportWriter(const Library& library, BackupDevice& device, const std::string& copies,
-                           UnfinishedMark& mark)
+                           UnfinishedMark& mark, bool deleted)
     : library_(library),
       device_(device),
       out_(mark.Folder()),
       resumed_(mark.Resumed()),
+      deleted_(deleted),
       data_(out_.Sub("data")),
       media_(Text(device.backupPath), copies, out_, progress_, resumed_),
       previews_(out_, resumed_) {
@@ -72,8 +74,16 @@ KindExport ReportWriter::Add(const Kind& kind) {
   KindExport result{&kind};
   const Plist answer = AnswerWithCopies(library_, device_, kind, media_, result);
   Json records = answer ? ToJson(answer.get()) : Json::array();
+  const Json messages = HasThreads(kind) ? Json(MessageCount(records)) : Json();
+  Json recovered;
+  if (deleted_) {
+    const Plist lost = AnswerWithCopies(library_, device_, kind, media_, result, Records::Deleted);
+    Json deleted = lost ? ToJson(lost.get()) : Json::array();
+    recovered = HasThreads(kind) ? MixDeletedMessages(records, std::move(deleted))
+                                 : AppendDeletedRecords(records, std::move(deleted));
+  }
   Json data = Json::object();
-  if (kind.name == "messages" || kind.name == "whatsapp") {
+  if (HasThreads(kind)) {
     data["threads"] = Threads(kind, records);
     WriteData(ThreadFilePrefix(kind) + "message-texts", MessageTexts(records));
   } else {
@@ -85,7 +95,8 @@ KindExport ReportWriter::Add(const Kind& kind) {
                     {"files", result.files},
                     {"skipped", result.skipped},
                     {"missing", result.missing},
-                    {"messages", MessageCount(data)}});
+                    {"messages", messages}});
+  if (deleted_) kinds_.back()["deleted"] = recovered;
   return result;
 }
 
@@ -101,6 +112,7 @@ Json ReportWriter::Threads(const Kind& kind, const Json& chats) {
     const Json& list = MessagesOf(chat);
     summary.erase("message");
     summary["count"] = list.size();
+    if (deleted_) summary["deleted"] = DeletedMessagesOf(chat);
     summary["last"] = list.empty() ? Json() : list.back();
     summary["data"] = ThreadFilePrefix(kind) + "thread-" + std::to_string(i + 1);
     messages += list.size();

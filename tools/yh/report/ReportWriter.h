@@ -18,15 +18,21 @@ namespace yh {
 // assets/), the answers as data scripts in data/ and copies of the media
 // files in media/<kind>/ with previews of those a browser cannot show in
 // previews/<kind>/, into a folder of its own. data/overview.js comes last: a
-// page without it says that the report is incomplete.
+// page without it says that the report is incomplete. With `deleted`, the
+// records the owner deleted are among the live ones, each with its
+// deletion's keys: a conversation's recovered messages in its thread.
 class ReportWriter {
  public:
   // `copies`: where answers may name files besides the backup ("" for none).
-  ReportWriter(const Library& library, BackupDevice& device, const std::string& copies, UnfinishedMark& mark);
+  ReportWriter(const Library& library, BackupDevice& device, const std::string& copies, UnfinishedMark& mark,
+               bool deleted);
 
   // Writes data/<kind>.js; messages also write one data/thread-N.js per
   // conversation and data/message-texts.js, the text and date of every
-  // message, for the search.
+  // message, for the search. The overview gets the kind's counts: its
+  // records, files, its live messages (null for kinds without
+  // conversations) and, when they were asked for, the deleted records
+  // (messages) added.
   KindExport Add(const Kind& kind);
 
   // Writes data/overview.js: the device and what each kind added.
@@ -41,6 +47,7 @@ class ReportWriter {
   BackupDevice& device_;
   OutputFolder& out_;
   bool resumed_;
+  bool deleted_;
   OutputFolder data_;
   Progress progress_;
   MediaCopier media_;

@@ -60,6 +60,8 @@ TEST(YhCommandLine, UsageErrorsExitWithTwoAndTheUsage) {
        "unknown format \"yaml\" (formats: json, xml, csv, table)",
        "Usage: yh show"},
       {{"show", "x", "calls", "--root"}, "--root", "Usage: yh show"},
+      {{"show", "x", "calls", "--deleted", "--classic"}, "--classic excludes --deleted", "Usage: yh show"},
+      {{"export", "x", "--out", "o", "--classic", "--deleted"}, "--classic excludes --deleted", "Usage: yh export"},
       {{"export", "x"}, "--out is required", "Usage: yh export"},
       {{"export", "--out", "o"}, "BACKUP is required", "Usage: yh export"},
       {{"export", "x", "--out", "o", "--kinds", "calls,sms"}, "unknown kind \"sms\"", "Usage: yh export"},

@@ -119,6 +119,36 @@ TEST_F(YhExport, WritesEachKindAsJsonAndCsvAndCopiesTheMedia) {
   }
 }
 
+// Beside each kind's files, its deleted records as yh show --deleted gives
+// them; the summary counts them.
+TEST_F(YhExport, DeletedRecordsGoBesideTheLiveFiles) {
+  const YhResult run = Exported(kNewSample, {"--deleted"});
+  ASSERT_EQ(run.code, 0) << run.err;
+  EXPECT_EQ(Entries(out_).size(), 4 * yh::Kinds().size() + 1);
+  for (const yh::Kind& kind : yh::Kinds()) {
+    SCOPED_TRACE(kind.name);
+    const auto show = [&](const char* format, bool deleted) {
+      std::vector<std::string> args{"show", kNewSample, kind.name, "--root", Samples(), "--format", format};
+      if (deleted) args.push_back("--deleted");
+      return OutOf(Yh(args));
+    };
+    EXPECT_EQ(WithoutCopyPaths(nlohmann::ordered_json::parse(ReadFile(out_ + "/" + kind.name + "-deleted.json"))),
+              nlohmann::ordered_json::parse(show("json", true)));
+    EXPECT_EQ(WithoutCopyPaths(nlohmann::ordered_json::parse(ReadFile(out_ + "/" + kind.name + ".json"))),
+              nlohmann::ordered_json::parse(show("json", false)));
+    if (!kind.IsMedia()) {
+      EXPECT_EQ(ReadFile(out_ + "/" + kind.name + "-deleted.csv"), show("csv", true));
+    }
+  }
+  const std::vector<std::string> lines = Lines(run.out);
+  ASSERT_EQ(lines.size(), 3 + yh::Kinds().size());
+  EXPECT_EQ(lines[1], "kind            records  deleted  files  bytes  skipped  missing");
+  EXPECT_EQ(lines[2], "calls           4        1        -      -      -        -");
+  EXPECT_EQ(lines[4], "messages        2        1        -      -      -        -");
+  EXPECT_EQ(lines[14].rfind("whatsapp        2        1        ", 0), 0u) << lines[14];
+  EXPECT_EQ(lines.back().rfind("total           32       3        ", 0), 0u) << lines.back();
+}
+
 // A message's attachments name the copies the attachments kind names, made once.
 TEST_F(YhExport, MessagesNameTheCopiesOfTheirAttachments) {
   ASSERT_EQ(Exported(kNewSample).code, 0);

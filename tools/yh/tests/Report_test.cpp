@@ -5,6 +5,7 @@
 #include <set>
 #include <string>
 
+#include "DeletedRecords.h"
 #include "Kinds.h"
 #include "PageFiles.h"
 #include "UnfinishedMark.h"
@@ -153,6 +154,68 @@ TEST_F(YhReport, WritesEveryMessagesTextForTheSearch) {
       EXPECT_EQ(texts[i][j], ordered_json::array({shown[i]["message"][j]["text"], shown[i]["message"][j]["date"]}));
     }
   }
+}
+
+// Recovered records come after the live ones of a table; recovered
+// messages go into their conversation's thread in date order, or make a
+// conversation of their own; the overview counts them.
+TEST_F(YhReport, DeletedRecordsAreAmongTheLiveOnesAndCounted) {
+  ASSERT_EQ(Report(kNewSample, {"--deleted"}).code, 0);
+  const auto shownDeleted = [](const std::string& kind) {
+    const ordered_json shown = ordered_json::parse(OutOf(Yh({"show", kNewSample, kind, "--root", Samples(), "--deleted"})));
+    return shown.is_null() ? ordered_json::array() : shown;
+  };
+  for (const yh::Kind& kind : yh::Kinds()) {
+    if (kind.name == "messages" || kind.name == "whatsapp") continue;
+    SCOPED_TRACE(kind.name);
+    ordered_json expected = Shown(kNewSample, kind.name);
+    if (expected.is_null()) expected = ordered_json::array();
+    for (const ordered_json& record : shownDeleted(kind.name)) expected.push_back(record);
+    EXPECT_EQ(WithoutCopyPaths(ReportData(out_ + "/data/" + kind.name + ".js", kind.name)["records"]), expected);
+  }
+  const ordered_json calls = ReportData(out_ + "/data/calls.js", "calls")["records"];
+  ASSERT_EQ(calls.size(), 5u);
+  EXPECT_EQ(calls[4]["date"], "2023-09-11 19:04:12");
+  EXPECT_TRUE(calls[4].contains("deleted_from"));
+
+  const ordered_json threads = ReportData(out_ + "/data/messages.js", "messages")["threads"];
+  ASSERT_EQ(threads.size(), 2u);
+  EXPECT_EQ(threads[0]["id"], "+16175550199");
+  EXPECT_EQ(threads[0]["count"], 4u);
+  EXPECT_EQ(threads[0]["deleted"], 1u);
+  EXPECT_EQ(threads[1]["deleted"], 0u);
+  const ordered_json mary = ReportData(out_ + "/data/thread-1.js", "thread-1")["message"];
+  ASSERT_EQ(mary.size(), 4u);
+  const ordered_json recovered = shownDeleted("messages")[0]["message"][0];
+  EXPECT_EQ(mary[2], recovered) << "between the messages of 07:32:40 and 07:35:12";
+  EXPECT_EQ(mary[1]["date"], "2023-09-11 07:32:40");
+  EXPECT_FALSE(mary[1].contains("deleted_from"));
+  EXPECT_EQ(ReportData(out_ + "/data/message-texts.js", "message-texts")[0][2],
+            ordered_json::array({recovered["text"], recovered["date"]}));
+
+  const ordered_json overview = ReportData(out_ + "/data/overview.js", "overview");
+  EXPECT_EQ(overview["kinds"][0]["deleted"], 1u);
+  EXPECT_EQ(overview["kinds"][1]["deleted"], 0u);
+  EXPECT_EQ(overview["kinds"][2],
+            ordered_json::parse(
+                R"({"name":"messages","records":2,"files":0,"skipped":0,"missing":0,"messages":5,"deleted":1})"));
+}
+
+// A conversation the live answer lacks is one of its own, after the live
+// ones; a message without a date comes first.
+TEST(YhReportDeleted, MessagesOfAnotherConversationMakeOneOfTheirOwn) {
+  ordered_json chats = ordered_json::parse(
+      R"([{"id":"a","message":[{"date":"2023-01-01 10:00:00"},{"date":"2023-01-01 12:00:00"}]},{"id":"b"}])");
+  const size_t added = yh::MixDeletedMessages(
+      chats, ordered_json::parse(R"([{"id":"a","message":[{"date":"","deleted_from":"wal"},
+        {"date":"2023-01-01 12:00:00","deleted_from":"wal"}]},{"id":"unknown","message":[{"date":"x","deleted_from":"freelist"}]},
+        {"id":"b","message":[{"date":"2023-01-02 00:00:00","deleted_from":"wal"}]}])"));
+  EXPECT_EQ(added, 4u);
+  EXPECT_EQ(chats, ordered_json::parse(R"([{"id":"a","message":[{"date":"","deleted_from":"wal"},
+    {"date":"2023-01-01 10:00:00"},{"date":"2023-01-01 12:00:00"},{"date":"2023-01-01 12:00:00","deleted_from":"wal"}]},
+    {"id":"b","message":[{"date":"2023-01-02 00:00:00","deleted_from":"wal"}]},
+    {"id":"unknown","message":[{"date":"x","deleted_from":"freelist"}]}])"));
+  EXPECT_EQ(yh::DeletedMessagesOf(chats[0]), 2u);
 }
 
 TEST_F(YhReport, NeverWritesIntoTheBackup) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <functional>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
@@ -25,6 +26,10 @@ YhResult Show(const std::string& backup, const std::string& kind, const std::str
 // The described service's answers, whose layout the format tests state.
 YhResult ShowClassic(const std::string& backup, const std::string& kind, const std::string& format) {
   return Yh({"show", backup, kind, "--root", Samples(), "--format", format, "--classic"});
+}
+
+YhResult ShowDeleted(const std::string& backup, const std::string& kind, const std::string& format) {
+  return Yh({"show", backup, kind, "--root", Samples(), "--format", format, "--deleted"});
 }
 
 // The JSON mirrors the plist: same key order, strings as strings, unsigned
@@ -122,14 +127,15 @@ std::vector<std::vector<std::string>> ParseCsv(const std::string& text) {
 }
 
 // Rows a flattened answer has: one per record, or one per entry of a list
-// the record holds.
-size_t LeafRows(plist_t answer) {
+// the record holds (but those its kind keeps `inCells`).
+size_t LeafRows(plist_t answer, const std::vector<std::string>& inCells = {}) {
   size_t rows = 0;
   for (uint32_t i = 0; answer && i < plist_array_get_size(answer); ++i) {
     plist_t record = plist_array_get_item(answer, i);
     size_t leaves = 0;
-    for (const char* nested : {"message", "properties"}) {
-      plist_t list = plist_dict_get_item(record, nested);
+    for (const std::string nested : {"message", "properties", "participants"}) {
+      if (std::find(inCells.begin(), inCells.end(), nested) != inCells.end()) continue;
+      plist_t list = plist_dict_get_item(record, nested.c_str());
       if (!list) continue;
       leaves += plist_get_node_type(list) == PLIST_ARRAY ? plist_array_get_size(list) : plist_dict_get_size(list);
     }
@@ -310,19 +316,23 @@ TEST(YhShow, NoteBodiesKeepTheirLineBreaksInCsvAndLoseThemInTables) {
   EXPECT_TRUE(Contains(OutOf(table), "Packing list  Packing list Passport Charger Sunscreen   false\n"));
 }
 
+// `all` as JSON: every kind in order, each as `show` gives it alone.
+void ExpectEveryKindInOrder(const Json& all, const std::function<YhResult(const std::string& kind)>& show) {
+  ASSERT_EQ(all.size(), yh::Kinds().size());
+  size_t i = 0;
+  for (const auto& [name, answer] : all.items()) {
+    const yh::Kind& kind = yh::Kinds()[i++];
+    EXPECT_EQ(name, kind.name);
+    EXPECT_EQ(answer, Json::parse(OutOf(show(kind.name))));
+  }
+}
+
 TEST(YhShow, AllGivesEveryKindInOrder) {
   for (const char* sample : kSamples) {
     SCOPED_TRACE(sample);
     const YhResult json = Show(sample, "all", "json");
     ASSERT_EQ(json.code, 0);
-    const Json all = Json::parse(json.out);
-    ASSERT_EQ(all.size(), yh::Kinds().size());
-    size_t i = 0;
-    for (const auto& [name, answer] : all.items()) {
-      const yh::Kind& kind = yh::Kinds()[i++];
-      EXPECT_EQ(name, kind.name);
-      EXPECT_EQ(answer, Json::parse(OutOf(Show(sample, kind.name, "json"))));
-    }
+    ExpectEveryKindInOrder(Json::parse(json.out), [&](const std::string& kind) { return Show(sample, kind, "json"); });
 
     const YhResult xml = Show(sample, "all", "xml");
     EXPECT_EQ(xml.code, 0);
@@ -339,6 +349,53 @@ TEST(YhShow, AllGivesEveryKindInOrder) {
     EXPECT_TRUE(Contains(OutOf(table), "other-photos: 1 record\n" + OutOf(Show(sample, "other-photos", "table"))));
     EXPECT_EQ(table.out.rfind("calls: 4 records\n", 0), 0u);
   }
+}
+
+// The deleted records are the library's, in every format, with their
+// deletion's keys after the kind's own; a kind with none is null.
+TEST(YhShow, DeletedGivesWhatTheOwnerDeletedInEveryFormat) {
+  for (const char* sample : kSamples) {
+    for (const yh::Kind& kind : yh::Kinds()) {
+      SCOPED_TRACE(std::string(sample) + " " + kind.name);
+      const yh::Plist answer = DeletedAnswer(SamplePath(sample), kind.contentType);
+      const YhResult json = ShowDeleted(sample, kind.name, "json");
+      ASSERT_EQ(json.code, 0);
+      if (answer) {
+        ExpectSameTree(Json::parse(json.out), answer.get(), kind.name);
+      } else {
+        EXPECT_EQ(json.out, "null\n");
+      }
+      const yh::Plist empty(plist_new_array());
+      EXPECT_EQ(OutOf(ShowDeleted(sample, kind.name, "xml")), LibplistXml(answer ? answer.get() : empty.get()));
+      const auto rows = ParseCsv(OutOf(ShowDeleted(sample, kind.name, "csv")));
+      ASSERT_FALSE(rows.empty());
+      EXPECT_EQ(rows.size() - 1, LeafRows(answer.get(), kind.inCells));
+      const std::vector<std::string> lines = Lines(OutOf(ShowDeleted(sample, kind.name, "table")));
+      EXPECT_EQ(lines.size(), rows.size());
+    }
+  }
+  const auto calls = ParseCsv(OutOf(ShowDeleted(kNewSample, "calls", "csv")));
+  ASSERT_EQ(calls.size(), 2u);
+  const std::vector<std::string> columns = yh::FindKind("calls")->columns;
+  EXPECT_EQ(std::vector<std::string>(calls[0].end() - 2, calls[0].end()),
+            (std::vector<std::string>{"deleted_from", "deleted_date"}));
+  EXPECT_EQ(std::vector<std::string>(calls[0].begin(), calls[0].begin() + columns.size()), columns);
+  EXPECT_EQ(calls[1][2], "2023-09-11 19:04:12");
+  const auto messages = Json::parse(OutOf(ShowDeleted(kNewSample, "messages", "json")));
+  ASSERT_EQ(messages.size(), 1u);
+  EXPECT_EQ(messages[0]["id"], "+16175550199");
+  EXPECT_EQ(messages[0]["message"][0]["text"], "Forget the comet, it was a satellite.");
+  EXPECT_TRUE(messages[0]["message"][0].contains("deleted_from"));
+}
+
+TEST(YhShow, AllDeletedGivesEveryKindInOrder) {
+  ExpectEveryKindInOrder(Json::parse(OutOf(ShowDeleted(kNewSample, "all", "json"))),
+                         [](const std::string& kind) { return ShowDeleted(kNewSample, kind, "json"); });
+  const std::string table = OutOf(ShowDeleted(kNewSample, "all", "table"));
+  EXPECT_EQ(table.rfind("calls: 1 record\n" + OutOf(ShowDeleted(kNewSample, "calls", "table")) + "\ncontacts: 0 records\n", 0),
+            0u);
+  EXPECT_TRUE(Contains(OutOf(ShowDeleted(kNewSample, "all", "csv")),
+                       "# messages\n" + OutOf(ShowDeleted(kNewSample, "messages", "csv")) + "\n# attachments\n"));
 }
 
 TEST(YhShow, TheBackupIsNamedByPathFolderPrefixOrDeviceName) {

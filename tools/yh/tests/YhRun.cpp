@@ -40,13 +40,24 @@ std::string OutOf(const YhResult& run) {
 
 std::string Samples() { return YH_SAMPLE_BACKUPS; }
 
-yh::Plist Answer(const std::string& path, int contentType, bool classic) {
+namespace {
+
+yh::Plist AnswerOf(const std::string& path, int contentType, bool classic, bool deleted) {
   platform::SetVariable("TZ", "UTC");
   const yh::Library library(classic);
   const yh::DeviceList list = library.List(path);
   if (list.Devices().size() != 1 || !library.Analyze(*list.Devices().front())) return yh::Plist();
-  return library.Content(*list.Devices().front(), contentType);
+  BackupDevice& device = *list.Devices().front();
+  return deleted ? library.Deleted(device, contentType) : library.Content(device, contentType);
 }
+
+}  // namespace
+
+yh::Plist Answer(const std::string& path, int contentType, bool classic) {
+  return AnswerOf(path, contentType, classic, false);
+}
+
+yh::Plist DeletedAnswer(const std::string& path, int contentType) { return AnswerOf(path, contentType, false, true); }
 
 std::string ReadFile(const std::string& path) {
   std::ifstream in(path, std::ios::binary);

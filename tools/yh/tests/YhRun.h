@@ -34,6 +34,8 @@ extern const char kNewSample[];  // Manifest.db
 // The library's answer for one kind of the backup at `path`, in UTC, as yh
 // gets it.
 yh::Plist Answer(const std::string& path, int contentType, bool classic = false);
+// The current service's deleted records of one kind, the same way.
+yh::Plist DeletedAnswer(const std::string& path, int contentType);
 
 // The bytes of a file; "" when it cannot be read.
 std::string ReadFile(const std::string& path);

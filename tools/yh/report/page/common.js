@@ -86,6 +86,43 @@ window.YH = (function () {
     return record.present === false || (typeof record.path === 'string' && record.path === '');
   }
 
+  // Where a recovered record was found, in words.
+  const DELETED_FROM = {
+    'recently-deleted': 'what the device keeps after a deletion (Recently Deleted)',
+    'wal': 'the database\u2019s write-ahead log',
+    'freelist': 'a free page of the database',
+    'freeblock': 'free space in a page of the database',
+    'unallocated': 'unallocated space in a page of the database',
+    'journal': 'the database\u2019s rollback journal',
+  };
+
+  // A record the owner deleted, or an earlier version of a live one: it
+  // carries the keys of its deletion.
+  function isDeleted(record) {
+    return !!record && typeof record.deleted_from === 'string';
+  }
+
+  // "Deleted · wal" (or "Earlier version · wal"), saying on hover where the
+  // record was found and when it was deleted.
+  function deletedMark(record) {
+    const label = (record.earlier_version === true ? 'Earlier version' : 'Deleted') + ' · ' + text(record.deleted_from);
+    const where = DELETED_FROM[record.deleted_from] || text(record.deleted_from);
+    const when = text(record.deleted_date);
+    return el('span', {className: 'deleted-mark', title: 'Recovered from ' + where + (when ? '; deleted ' + when : '')},
+        label);
+  }
+
+  // "N of M <what>", with a box that keeps only those records; null when
+  // no record `holds`. The paragraph is #ID, its box #ID-only.
+  function filterNote(records, holds, what, id, keepOnly) {
+    const count = records.filter(function (record) { return record && holds(record); }).length;
+    if (!count) return null;
+    const box = el('input', {type: 'checkbox', id: id + '-only'});
+    box.addEventListener('change', function () { keepOnly(box.checked); });
+    return el('p', {className: id, id: id}, count + ' of ' + records.length + ' ' + what,
+        el('label', null, box, ' Show only these'));
+  }
+
   // Makes `nodes` the page's content; nulls are left out.
   function show(...nodes) {
     document.getElementById('main').replaceChildren(...nodes.filter(function (node) { return node; }));
@@ -148,6 +185,6 @@ window.YH = (function () {
     return haystack.includes(wanted.text) || (wanted.digits !== '' && numbers.includes(wanted.digits));
   }
 
-  return {PICTURES, SOUNDS, VIDEOS, load, text, el, isWebAddress, fileHref, fileName, isMissing, show, note,
-    failed, drawPager, byDate, digits, query, matches};
+  return {PICTURES, SOUNDS, VIDEOS, load, text, el, isWebAddress, fileHref, fileName, isMissing, isDeleted,
+    deletedMark, filterNote, show, note, failed, drawPager, byDate, digits, query, matches};
 })();

@@ -102,7 +102,9 @@
       const card = el('a', {className: 'card', href: '#kind/' + kind.name},
           el('span', {className: 'count', title: kind.name}, String(count)),
           el('span', {className: 'label'}, KINDS[kind.name].card || KINDS[kind.name].label),
-          el('span', {className: 'detail'}, cardDetail(kind)));
+          el('span', {className: 'detail'}, cardDetail(kind)),
+          typeof kind.deleted === 'number' ? el('span', {className: 'recovered-count' + (kind.deleted ? '' : ' none')},
+              kind.deleted + ' recovered') : null);
       card.dataset.kind = kind.name;
       cards.append(card);
     }

@@ -36,6 +36,9 @@
       return properties(record).map(function ([label, value]) { return label + ': ' + value; }).join('\n');
     }
     if (how === 'audio') return '';
+    if (how === 'deleted') {
+      return YH.isDeleted(record) ? [record.deleted_from, record.deleted_date].map(text).filter(Boolean).join(' ') : '';
+    }
     if (how === 'file') return YH.fileName(record);
     if (how === 'yes-no') return yesNo(record[key]);
     if (how === 'call-type') return text(record.type) + (isMissed(record) ? ' (missed)' : '');
@@ -74,6 +77,9 @@
     }
     if (how === 'properties') return propertiesCell(record);
     if (how === 'file' || how === 'audio') return mediaCell(kind, record, how);
+    if (how === 'deleted') {
+      return YH.isDeleted(record) ? el('span', null, YH.deletedMark(record), ' ' + text(record.deleted_date)) : null;
+    }
     return el('span', {className: how === 'long' ? 'long' : ''}, String(value));
   }
 
@@ -85,8 +91,11 @@
     return {haystack: values.join('\u0001').toLowerCase(), numbers: numbers.join('\u0001')};
   }
 
-  YH.showTable = function (kind, label, columns, data) {
+  YH.showTable = function (kind, label, liveColumns, data) {
     const records = Array.isArray(data.records) ? data.records : [];
+    // Recovered records say so, where they were found and when they were deleted, in a column of their own.
+    const columns = records.some(YH.isDeleted) ? [['deleted_from', 'Recovered', 'deleted']].concat(liveColumns)
+      : liveColumns;
     const rows = records.map(function (record) {
       const safe = record && typeof record === 'object' ? record : {};
       const values = columns.map(function ([key, , how]) { return cellValue(safe, key, how); });
@@ -96,7 +105,7 @@
     const head = el('tr');
     const body = el('tbody');
     const pager = el('div', {className: 'pager'});
-    const state = {column: -1, ascending: true, page: 0, missingOnly: false};
+    const state = {column: -1, ascending: true, page: 0, missingOnly: false, deletedOnly: false};
     let kept = rows;
     columns.forEach(function ([key, heading, how], index) {
       const button = el('button', {type: 'button'}, heading);
@@ -126,7 +135,8 @@
     function filter() {
       const wanted = YH.query(search);
       kept = rows.filter(function (row) {
-        return YH.matches(wanted, row.haystack, row.numbers) && (!state.missingOnly || YH.isMissing(row.record));
+        return YH.matches(wanted, row.haystack, row.numbers) && (!state.missingOnly || YH.isMissing(row.record)) &&
+            (!state.deletedOnly || YH.isDeleted(row.record));
       });
       if (state.column >= 0) sortRows();
       state.page = 0;
@@ -140,6 +150,7 @@
         }));
         if (kind === 'calls' && isMissed(row.record)) tr.className = 'missed';
         if (YH.isMissing(row.record)) tr.classList.add('no-file');
+        if (YH.isDeleted(row.record)) tr.classList.add('deleted');
         return tr;
       }));
       YH.drawPager(pager, state.page, kept.length, PAGE_ROWS, function (next) { state.page = next; draw(); });
@@ -148,19 +159,16 @@
     kept = rows.slice();
     draw();
     const missing = YH.missingNote(records, label, function (only) { state.missingOnly = only; filter(); });
-    YH.show(el('h1', null, label), missing, el('div', {className: 'tools'}, search),
+    const recovered = YH.filterNote(records, YH.isDeleted, label.toLowerCase() + ' were recovered from deleted data.',
+        'recovered', function (only) { state.deletedOnly = only; filter(); });
+    YH.show(el('h1', null, label), missing, recovered, el('div', {className: 'tools'}, search),
         el('div', {className: 'scroll'}, el('table', {id: 'table'}, el('thead', null, head), body)), pager);
   };
 
   // "2 of 5 have no file in the backup", with a box that keeps only those;
   // null when every record's file is there or the kind has no files.
   YH.missingNote = function (records, label, keepOnly) {
-    const missing = records.filter(function (record) { return record && YH.isMissing(record); }).length;
-    if (!missing) return null;
-    const box = el('input', {type: 'checkbox', id: 'missing-only'});
-    box.addEventListener('change', function () { keepOnly(box.checked); });
-    return el('p', {className: 'missing', id: 'missing'},
-        missing + ' of ' + records.length + ' ' + label.toLowerCase() + ' have no file in the backup.',
-        el('label', null, box, ' Show only these'));
+    return YH.filterNote(records, YH.isMissing, label.toLowerCase() + ' have no file in the backup.', 'missing',
+        keepOnly);
   };
 })(window.YH);

@@ -88,7 +88,9 @@
     const meta = [text(message.date), text(message.service)];
     if (group && !sent) meta.unshift(text(message.sender_name || message.sender));
     const node = el('div', {className: 'bubble ' + (sent ? 'sent ' : 'received ') + serviceClass(message)},
-        ...parts, el('span', {className: 'meta'}, meta.filter(Boolean).join(' · ')));
+        ...parts, YH.isDeleted(message) ? YH.deletedMark(message) : null,
+        el('span', {className: 'meta'}, meta.filter(Boolean).join(' · ')));
+    if (YH.isDeleted(message)) node.classList.add('deleted');
     node.dataset.index = index;
     return node;
   }
@@ -115,6 +117,7 @@
       const name = threadName(thread);
       const last = thread.last || {};
       return {index: index, name: name, last: preview(last), date: text(last.date), count: thread.count,
+        deleted: Number(thread.deleted) || 0,
         haystack: [name, text(thread.phone), text(thread.id), text(thread.display_name)].join('\u0001').toLowerCase(),
         numbers: [thread.phone, thread.id].map(YH.digits).join('\u0001')};
     });
@@ -140,7 +143,8 @@
       const rows = kept.slice(page * PAGE_ROWS, (page + 1) * PAGE_ROWS).map(function (item) {
         return el('li', null, el('a', {href: threadLink(kind, item.index)},
             el('span', {className: 'name'}, item.name),
-            el('span', {className: 'count'}, String(item.count)),
+            el('span', {className: 'count'}, String(item.count),
+                item.deleted ? el('span', {className: 'recovered-count'}, ' · ' + item.deleted + ' recovered') : null),
             el('span', {className: 'last'}, item.last),
             el('span', {className: 'date'}, item.date)));
       });
@@ -233,11 +237,13 @@
       }
     }
     const title = threadName(thread);
+    const recovered = messages.filter(YH.isDeleted).length;
     const who = [thread.phone, thread.id].filter(function (value, i, all) {
       return value && value !== thread.another && all.indexOf(value) === i;
     }).map(text).join(', ');
     YH.show(el('p', null, el('a', {href: '#kind/' + kind}, '← ' + label)), el('h1', null, title),
-        el('p', {className: 'note'}, who + (who ? ' · ' : '') + messages.length + ' messages'),
+        el('p', {className: 'note'}, who + (who ? ' · ' : '') + messages.length + ' messages' +
+            (recovered ? ' · ' + recovered + ' of them recovered from deleted data' : '')),
         threadSearch(messages, reveal), earlier, box, later);
     if (focus !== undefined && focus < messages.length) {
       reveal(focus);

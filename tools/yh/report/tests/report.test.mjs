@@ -271,6 +271,76 @@ describe('the report of a Manifest.db sample', () => {
   });
 });
 
+describe('the report of a sample with its deleted records', () => {
+  const backup = "Ada's iPhone";
+  const root = ['--root', process.env.YH_SAMPLES];
+  let page;
+  let problems;
+
+  before(async () => {
+    ({page, problems} = await open(writeReport('ada-deleted', backup, ...root, '--deleted')));
+  });
+
+  after(async () => {
+    await page.close();
+  });
+
+  test('counts the live records as yh show does and says how many of each kind were recovered', async () => {
+    assert.deepEqual(await cardCounts(page), counts(backup, ...root));
+    const recovered = await page.$$eval('#kinds .card', (cards) => Object.fromEntries(cards.map((card) =>
+      [card.dataset.kind, card.querySelector('.recovered-count').textContent])));
+    assert.equal(recovered.calls, '1 recovered');
+    assert.equal(recovered.messages, '1 recovered');
+    assert.equal(recovered.whatsapp, '1 recovered');
+    assert.equal(recovered.notes, '0 recovered');
+    await page.screenshot({path: path.join(out, 'deleted-overview.png')});
+  });
+
+  test('marks a recovered call, says where it was found, and keeps only the recovered on demand', async () => {
+    await go(page, '#kind/calls', '#table tr.deleted');
+    const headings = await page.$$eval('#table th', (cells) => cells.map((cell) => cell.textContent));
+    assert.equal(headings[0], 'Recovered');
+    const row = await page.$eval('#table tr.deleted', (tr) => [tr.cells[0].textContent, tr.cells[3].textContent,
+      tr.querySelector('.deleted-mark').title, getComputedStyle(tr.cells[1]).backgroundColor]);
+    assert.match(row[0], /^Deleted · unallocated/);
+    assert.equal(row[1], '2023-09-11 19:04:12');
+    assert.match(row[2], /^Recovered from unallocated space in a page of the database$/);
+    assert.notEqual(row[3], 'rgba(0, 0, 0, 0)');
+    assert.match(await page.$eval('#recovered', (note) => note.textContent), /^1 of 5 calls were recovered/);
+    await page.check('#recovered-only');
+    await page.waitForFunction(() => document.querySelectorAll('#table tbody tr').length === 1);
+    await page.screenshot({path: path.join(out, 'deleted-calls.png')});
+  });
+
+  test('puts a recovered message into its conversation in date order, marked', async () => {
+    await go(page, '#kind/messages', '#threads li');
+    assert.match(await page.$eval('#threads li', (item) => item.textContent), /1 recovered/);
+    await go(page, '#thread/0', '#bubbles .bubble');
+    const bubbles = await page.$$eval('#bubbles .bubble', (nodes) => nodes.map((node) =>
+      [node.classList.contains('deleted'), node.querySelector('p') ? node.querySelector('p').textContent : '']));
+    assert.deepEqual(bubbles.map(([deleted]) => deleted), [false, false, true, false]);
+    assert.equal(bubbles[2][1], 'Forget the comet, it was a satellite.');
+    const mark = await page.$eval('#bubbles .bubble.deleted .deleted-mark', (node) => [node.textContent, node.title]);
+    assert.deepEqual(mark, ['Deleted · unallocated', 'Recovered from unallocated space in a page of the database']);
+    assert.match(await page.$eval('p.note', (note) => note.textContent), /4 messages · 1 of them recovered/);
+    await page.screenshot({path: path.join(out, 'deleted-thread.png')});
+  });
+
+  test("puts a recovered WhatsApp message into its chat", async () => {
+    await go(page, '#kind/whatsapp', '#threads li a');
+    await page.click('#threads li a:has-text("Mary Somerville")');
+    await page.waitForSelector('#bubbles .bubble.deleted');
+    const texts = await page.$$eval('#bubbles .bubble', (nodes) => nodes.map((node) =>
+      (node.classList.contains('deleted') ? 'deleted: ' : '') + (node.querySelector('p') || {}).textContent));
+    assert.deepEqual(texts.slice(0, 3), ['Are you coming to the lecture tomorrow?', 'deleted: Which room is it in?',
+      'Yes, I will bring the notes.']);
+  });
+
+  test('ran with no console error and nothing fetched off the disk', () => {
+    assert.deepEqual(problems, []);
+  });
+});
+
 describe('the report of a backup of real pictures and sounds', () => {
   let folder;
   let page;
@@ -402,7 +472,7 @@ describe('the report of a hostile backup', () => {
   let problems;
 
   before(async () => {
-    folder = writeReport('hostile', process.env.YH_HOSTILE);
+    folder = writeReport('hostile', process.env.YH_HOSTILE, '--deleted');
     ({page, problems} = await open(folder));
   });
 
