@@ -1,5 +1,6 @@
 #include "common/ColumnHelpers.h"
 
+#include <cmath>
 #include <cstdlib>
 #include <limits>
 
@@ -21,3 +22,11 @@ int32_t GetZeroLongIsNull(const char* text) { return GetZeroIntIsNull(text); }
 std::string GetEmptyStringIsNull(const char* text) { return text ? std::string(text) : std::string(); }
 
 std::string_view GetEmptyViewIsNull(const char* text) { return text ? std::string_view(text) : std::string_view(); }
+
+std::optional<double> FiniteRealOf(const char* text) {
+  if (!text || !*text) return std::nullopt;
+  char* end = nullptr;
+  const double value = std::strtod(text, &end);
+  if (*end != '\0' || !std::isfinite(value)) return std::nullopt;
+  return value;
+}

@@ -2,6 +2,7 @@
 #define YH_COMMON_COLUMNHELPERS_H
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -11,5 +12,7 @@ int32_t GetZeroLongIsNull(const char* text);
 std::string GetEmptyStringIsNull(const char* text);
 // The same text without a copy; it lives as long as the row.
 std::string_view GetEmptyViewIsNull(const char* text);
+// The finite number a whole text holds; none for NULL, "" or anything else.
+std::optional<double> FiniteRealOf(const char* text);
 
 #endif

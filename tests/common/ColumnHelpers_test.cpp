@@ -42,4 +42,15 @@ TEST(ColumnHelpers, EmptyStringIsNull) {
   EXPECT_EQ(GetEmptyStringIsNull("text"), "text");
 }
 
+TEST(ColumnHelpers, FiniteRealOfAWholeNumberTextOnly) {
+  EXPECT_EQ(FiniteRealOf("51.5099"), 51.5099);
+  EXPECT_EQ(FiniteRealOf("-0.1425"), -0.1425);
+  EXPECT_EQ(FiniteRealOf("12"), 12.0);
+  EXPECT_FALSE(FiniteRealOf(nullptr));
+  EXPECT_FALSE(FiniteRealOf(""));
+  EXPECT_FALSE(FiniteRealOf("51.5 N"));
+  EXPECT_FALSE(FiniteRealOf("inf"));
+  EXPECT_FALSE(FiniteRealOf("nan"));
+}
+
 }  // namespace

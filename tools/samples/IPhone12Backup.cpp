@@ -140,20 +140,28 @@ std::string Calendar() {
   return Schema("Calendar.sqlitedb-ios18") +
          Insert("Calendar", "ROWID, title",
                 {{"1", Sql("Home")}, {"2", Sql("Work")}, {"3", Sql("Birthdays")}, {"4", Sql("Reminders")}}) +
-         Insert("Location", "ROWID, title", {{"1", Sql("Royal Institution, 21 Albemarle Street")}}) +
+         Insert("Location", "ROWID, title, latitude, longitude",
+                {{"1", Sql("Royal Institution, 21 Albemarle Street"), "51.5099", "-0.1425"}}) +
+         // Mary organises the lecture (entity type 8) and invites Charles (7).
+         Insert("Identity", "ROWID, display_name, address, first_name, last_name",
+                {{"1", Sql("Mary Somerville"), Sql("mailto:mary.somerville@example.com"), "NULL", "NULL"},
+                 {"2", "NULL", Sql("mailto:charles@example.org"), Sql("Charles"), Sql("Babbage")}}) +
+         Insert("Participant", "ROWID, entity_type, identity_id, owner_id, email",
+                {{"1", "8", "1", "1", Sql("mary.somerville@example.com")},
+                 {"2", "7", "2", "1", Sql("charles@example.org")}}) +
          Insert("CalendarItem",
                 "ROWID, summary, location_id, description, url, start_date, end_date, start_tz, all_day, status, "
-                "calendar_id",
+                "calendar_id, organizer_id",
                 {{"1", Sql("Evening lecture"), "1", Sql("Tickets in the wallet"), Sql("https://www.rigb.org/"),
-                  Time(9, 20, 18, 0, 0), Time(9, 20, 19, 30, 0), Sql("Europe/London"), "0", "0", "1"},
+                  Time(9, 20, 18, 0, 0), Time(9, 20, 19, 30, 0), Sql("Europe/London"), "0", "0", "1", "1"},
                  {"2", Sql("Sprint review"), "NULL", "NULL", "NULL", Time(9, 14, 14, 0, 0), Time(9, 14, 15, 0, 0),
-                  Sql("Europe/London"), "0", "0", "2"},
+                  Sql("Europe/London"), "0", "0", "2", "NULL"},
                  {"3", Sql("Water the plants"), "NULL", "NULL", "NULL", Time(9, 13, 7, 0, 0), Time(9, 13, 7, 0, 0),
-                  Sql("Europe/London"), "0", "1", "4"},
+                  Sql("Europe/London"), "0", "1", "4", "NULL"},
                  {"4", Sql("Call the bank"), "NULL", Sql("About the new card"), "NULL", Time(9, 15, 9, 0, 0),
-                  Time(9, 15, 9, 0, 0), Sql("Europe/London"), "0", "0", "4"},
+                  Time(9, 15, 9, 0, 0), Sql("Europe/London"), "0", "0", "4", "NULL"},
                  {"5", Sql("Mary Somerville’s Birthday"), "NULL", "NULL", "NULL", Time(12, 26, 0, 0, 0),
-                  Time(12, 27, 0, 0, 0), Sql("_float"), "1", "0", "3"}});
+                  Time(12, 27, 0, 0, 0), Sql("_float"), "1", "0", "3", "NULL"}});
 }
 
 std::string VoiceMemos() {

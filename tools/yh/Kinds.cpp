@@ -37,7 +37,7 @@ const std::vector<Kind>& Kinds() {
       {3, "attachments", "file_name", MediaColumns(), {}},
       {4, "notes", "", {"create_date", "modify_date", "title", "body"}, {}},
       {5, "safari", "", {"url", "type", "title", "lastVisitedDate", "visitCount"}, {}},
-      {6, "events", "", CalendarColumns(), {}},
+      {6, "events", "", CalendarColumns(), {"organizer", "invitees"}},
       {7, "reminders", "", CalendarColumns(), {}},
       {8, "recordings", "name", {"date", "title", "duration", "name", "path", "size"}, {}},
       {9, "camera-photos", "file_name", MediaColumns(), {}},

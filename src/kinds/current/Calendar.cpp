@@ -22,6 +22,13 @@ bool IsReminderStore(std::string_view domain, std::string_view path) {
          path.compare(path.size() - suffix.size(), suffix.size(), suffix) == 0;
 }
 
+plist_t PersonDict(const CalendarPerson& person) {
+  plist_t dict = plist_new_dict();
+  InsertPlistDictString(dict, "name", person.name.c_str());
+  InsertPlistDictString(dict, "address", person.address.c_str());
+  return dict;
+}
+
 }  // namespace
 
 std::vector<CalendarEntry> Calendar::Read(const BackupDevice* device) {
@@ -50,6 +57,15 @@ void Calendar::InsertKeys(const CalendarEntry& entry, plist_t dict) const {
     InsertPlistDictString(dict, "list", entry.list.c_str());
   } else {
     InsertPlistDictString(dict, "time_zone", entry.timeZone.c_str());
+    InsertPlistDictString(dict, "calendar", entry.list.c_str());
+    plist_dict_set_item(dict, "organizer", PersonDict(entry.organizer));
+    plist_t invitees = plist_new_array();
+    for (const CalendarPerson& invitee : entry.invitees) plist_array_append_item(invitees, PersonDict(invitee));
+    plist_dict_set_item(dict, "invitees", invitees);
+    if (entry.latitude && entry.longitude) {
+      plist_dict_set_item(dict, "latitude", plist_new_real(*entry.latitude));
+      plist_dict_set_item(dict, "longitude", plist_new_real(*entry.longitude));
+    }
   }
 }
 

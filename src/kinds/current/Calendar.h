@@ -13,7 +13,9 @@ namespace current {
 // generation and from each store of the Reminders app (iOS 13 on), on both
 // index kinds, with their true dates; read once for both types, the calendar
 // database first, then each store, every one in stored order. Besides the
-// described keys, an event has "time_zone"; a reminder "completed",
+// described keys, an event has "time_zone", "calendar", "organizer" and
+// "invitees" (dictionaries of "name" and "address"), and "latitude" and
+// "longitude" where its place has both; a reminder "completed",
 // "completion_date" and "list". NULL when the backup holds neither events
 // nor reminders.
 class Calendar : public StoredRecordKind<CalendarEntry> {

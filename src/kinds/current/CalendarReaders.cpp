@@ -1,11 +1,15 @@
 #include "kinds/current/CalendarReaders.h"
 
+#include <cstdint>
+#include <map>
 #include <string>
+#include <vector>
 
 #include "common/ColumnHelpers.h"
 #include "common/LocalDate.h"
 #include "common/SchemaInfo.h"
 #include "kinds/ReminderCalendars.h"
+#include "kinds/current/CalendarPeople.h"
 
 namespace current {
 namespace {
@@ -37,16 +41,23 @@ std::vector<CalendarEntry> ReadCalendarDatabase(Database& database) {
   if (!schema.HasTable("CalendarItem")) return entries;
   const bool hasLocation = schema.HasTable("Location") && schema.HasColumn("CalendarItem", "location_id");
   const bool hasCalendar = schema.HasTable("Calendar") && schema.HasColumn("CalendarItem", "calendar_id");
+  const auto location = [&](const char* column) {
+    return (hasLocation ? schema.ColumnOrNull("Location", column, "l") : std::string("NULL")) + " AS " + column;
+  };
+  const CalendarPeople people(schema);
+  const CalendarPeople::Query organizer = people.Organizer("ci");
   std::string query =
-      "select " +
+      "select ci.ROWID AS item_id, " +
       schema.SelectList("CalendarItem", {"summary", "description", "url", "start_date", "end_date", "start_tz",
                                          "all_day", "status", "entity_type", "due_date", "due_tz", "completion_date"},
                         "ci") +
       ", " + (hasLocation ? schema.ColumnOrNull("Location", "title", "l") : "NULL") + " AS location, " +
+      location("latitude") + ", " + location("longitude") + ", " + organizer.columns + ", " +
       (hasCalendar ? schema.ColumnOrNull("Calendar", "title", "c") : "NULL") + " AS list from CalendarItem ci";
   if (hasLocation) query += " left join Location l on l.ROWID = ci.location_id";
   if (hasCalendar) query += " left join Calendar c on c.ROWID = ci.calendar_id";
-  query += " order by ci.ROWID";
+  query += organizer.joins + " order by ci.ROWID";
+  std::map<int64_t, std::vector<CalendarPerson>> invitees = people.Invitees(database);
   Database::Statement rows(database, query.c_str());
   const int summary = rows.Column("summary");
   const int description = rows.Column("description");
@@ -60,7 +71,11 @@ std::vector<CalendarEntry> ReadCalendarDatabase(Database& database) {
   const int dueDate = rows.Column("due_date");
   const int dueZone = rows.Column("due_tz");
   const int completion = rows.Column("completion_date");
-  const int location = rows.Column("location");
+  const int place = rows.Column("location");
+  const int latitude = rows.Column("latitude");
+  const int longitude = rows.Column("longitude");
+  const CalendarPersonColumns organizerColumns(rows, "organizer_");
+  const int item = rows.Column("item_id");
   const int list = rows.Column("list");
   while (rows.Step()) {
     CalendarEntry entry;
@@ -77,8 +92,15 @@ std::vector<CalendarEntry> ReadCalendarDatabase(Database& database) {
     entry.allDay = IsSet(rows, allDay);
     entry.completed = task ? !rows.IsNull(completion) : IsSet(rows, status);
     if (task) entry.completionDate = LocalDateText(rows.Text(completion), TimeBase::Since2001);
-    entry.location = Text(rows, location);
+    entry.location = Text(rows, place);
     entry.list = Text(rows, list);
+    entry.organizer = organizerColumns.PersonAt(rows);
+    const auto invited = invitees.find(rows.Int64(item));
+    if (invited != invitees.end()) entry.invitees = std::move(invited->second);
+    // A place is somewhere only with both coordinates.
+    entry.latitude = FiniteRealOf(rows.Text(latitude));
+    entry.longitude = FiniteRealOf(rows.Text(longitude));
+    if (!entry.latitude || !entry.longitude) entry.latitude = entry.longitude = std::nullopt;
     entries.push_back(std::move(entry));
   }
   return entries;

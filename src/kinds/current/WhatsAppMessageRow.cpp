@@ -1,11 +1,10 @@
 #include "kinds/current/WhatsAppMessageRow.h"
 
 #include <algorithm>
-#include <cmath>
-#include <cstdlib>
 #include <string_view>
 #include <unordered_map>
 
+#include "common/ColumnHelpers.h"
 #include "common/LocalDate.h"
 #include "common/QuotedReference.h"
 #include "common/VCardFields.h"
@@ -42,15 +41,6 @@ std::string_view FirstWebAddress(std::string_view text) {
   if (start == std::string_view::npos) return std::string_view();
   const size_t end = text.find_first_of(" \t\r\n", start);
   return text.substr(start, end == std::string_view::npos ? std::string_view::npos : end - start);
-}
-
-std::optional<double> RealOf(const Database::Statement& rows, int column) {
-  const char* text = rows.Text(column);
-  if (!text || !*text) return std::nullopt;
-  char* end = nullptr;
-  const double value = std::strtod(text, &end);
-  if (*end != '\0' || !std::isfinite(value)) return std::nullopt;
-  return value;
 }
 
 bool StartsWith(std::string_view text, std::string_view start) { return text.compare(0, start.size(), start) == 0; }
@@ -97,8 +87,8 @@ std::unique_ptr<WhatsAppDetails> DetailsOf(const Database::Statement& rows, cons
   if (!hasFile && kind != WhatsAppKind::Location && card.numbers.empty()) return nullptr;
   auto details = std::make_unique<WhatsAppDetails>();
   if (kind == WhatsAppKind::Location) {
-    details->latitude = RealOf(rows, columns.latitude);
-    details->longitude = RealOf(rows, columns.longitude);
+    details->latitude = FiniteRealOf(rows.Text(columns.latitude));
+    details->longitude = FiniteRealOf(rows.Text(columns.longitude));
   }
   details->contactNumbers = card.numbers;
   if (hasFile && kind != WhatsAppKind::ContactCard)

@@ -14,8 +14,14 @@ namespace {
 const IndexKind kIndexKinds[] = {IndexKind::ManifestDb, IndexKind::Mbdb};
 const char kCalendarPath[] = "Library/Calendar/Calendar.sqlitedb";
 
+// The keys of an event without an organizer, invitees or coordinates.
+const char kNoPeople[] = ",\"organizer\":{\"name\":\"\",\"address\":\"\"},\"invitees\":[]";
+
 struct Event {
   std::string title, location, description, url, start, end, zone, allDay, status;
+  std::string calendar = "Home";
+  // The keys after "calendar", as dumped.
+  std::string people = kNoPeople;
 };
 
 std::string Expected(const std::vector<Event>& events) {
@@ -25,7 +31,7 @@ std::string Expected(const std::vector<Event>& events) {
     text += "{\"title\":\"" + e.title + "\",\"type\":1u,\"location\":\"" + e.location + "\",\"description\":\"" +
             e.description + "\",\"url\":\"" + e.url + "\",\"start_date\":\"" + e.start + "\",\"end_date\":\"" + e.end +
             "\",\"area\":\"" + e.zone + "\",\"all_day\":\"" + e.allDay + "\",\"status\":\"" + e.status +
-            "\",\"time_zone\":\"" + e.zone + "\"}";
+            "\",\"time_zone\":\"" + e.zone + "\",\"calendar\":\"" + e.calendar + "\"" + e.people + "}";
   }
   return text + "]";
 }
@@ -77,6 +83,98 @@ TEST(CurrentCalendar, EventsWithTrueDatesFloatingAllDayDatesAndNoEndInEitherZone
       EXPECT_EQ(served.Answer(ContentCalendarReminder), kBirthday) << zone;
     }
   }
+}
+
+// A lecture organised by Mary, to which Charles (named by his identity's
+// first and last names), Alan (known only by his identity's address) and Ada
+// (an address without an identity) are invited, at a place with
+// coordinates; and an event of no calendar, without people or place.
+const char kPeopleAndPlaces[] =
+    "INSERT INTO Calendar (ROWID, title) VALUES (1, 'Work');\n"
+    "INSERT INTO Location (ROWID, title, latitude, longitude) VALUES (1, 'Royal Institution', 51.5099, -0.1425);\n"
+    "INSERT INTO Identity (ROWID, display_name, address, first_name, last_name) VALUES "
+    "(1, 'Mary Somerville', 'mailto:mary@example.org', NULL, NULL), "
+    "(2, NULL, 'mailto:charles@example.org', 'Charles', 'Babbage'), "
+    "(3, NULL, 'mailto:alan@example.org', NULL, NULL);\n"
+    "INSERT INTO Participant (ROWID, entity_type, identity_id, owner_id, email) VALUES "
+    "(10, 8, 1, 1, 'mary@example.org'), (11, 7, 2, 1, 'charles@example.org'), (12, 7, 3, 1, NULL), "
+    "(13, 7, NULL, 1, 'ada@example.org'), (14, 7, 1, 2, NULL);\n"
+    "INSERT INTO CalendarItem (ROWID, summary, start_date, start_tz, end_date, calendar_id, location_id, "
+    "organizer_id, entity_type) VALUES "
+    "(1, 'Lecture', 583675200, 'Europe/London', 583678800, 1, 1, 10, 2), "
+    "(2, 'Tea', 600000000, 'Europe/London', 600003600, NULL, NULL, NULL, 2);\n";
+
+TEST(CurrentCalendar, AnEventsCalendarOrganizerInviteesAndCoordinates) {
+  const std::string lecturePeople =
+      ",\"organizer\":{\"name\":\"Mary Somerville\",\"address\":\"mary@example.org\"},"
+      "\"invitees\":[{\"name\":\"Charles Babbage\",\"address\":\"charles@example.org\"},"
+      "{\"name\":\"\",\"address\":\"alan@example.org\"},{\"name\":\"\",\"address\":\"ada@example.org\"}],"
+      "\"latitude\":51.5099r,\"longitude\":-0.1425r";
+  const std::string teaPeople =
+      ",\"organizer\":{\"name\":\"\",\"address\":\"\"},"
+      "\"invitees\":[{\"name\":\"Mary Somerville\",\"address\":\"mary@example.org\"}]";
+  for (const char* schema : {"Calendar.sqlitedb-ios18", "Calendar.sqlitedb-ios7"}) {
+    TempDir root;
+    const std::string backup = BackupBuilder(IndexKind::ManifestDb)
+                                   .AddDatabase("HomeDomain", kCalendarPath, Schema(schema) + kPeopleAndPlaces)
+                                   .Write(root.Path() + "b");
+    // Berlin is two hours ahead in July and one in January.
+    for (const char* zone : {"UTC", "Europe/Berlin"}) {
+      const bool utc = std::string(zone) == "UTC";
+      ScopedTimeZone timeZone(zone);
+      ServedBackup served(backup, Service::Current);
+      EXPECT_EQ(served.Answer(ContentCalendarEvent),
+                Expected({{"Lecture", "Royal Institution", "", "", utc ? "2019-07-01 12:00:00" : "2019-07-01 14:00:00",
+                           utc ? "2019-07-01 13:00:00" : "2019-07-01 15:00:00", "Europe/London", "NO", "Uncompleted",
+                           "Work", lecturePeople},
+                          {"Tea", "", "", "", utc ? "2020-01-06 10:40:00" : "2020-01-06 11:40:00",
+                           utc ? "2020-01-06 11:40:00" : "2020-01-06 12:40:00", "Europe/London", "NO", "Uncompleted",
+                           "", teaPeople}}))
+          << schema << " " << zone;
+    }
+  }
+}
+
+// The current events answer, in UTC, of a backup whose calendar database is `sql`.
+std::string EventsInUtc(const std::string& sql, IndexKind kind) {
+  TempDir root;
+  const std::string backup = BackupBuilder(kind).AddDatabase("HomeDomain", kCalendarPath, sql).Write(root.Path() + "b");
+  ScopedTimeZone utc("UTC");
+  return ServedBackup(backup, Service::Current).Answer(ContentCalendarEvent);
+}
+
+// The answer of one half-hour call of no calendar in UTC, with these keys after "calendar".
+std::string CallWith(const std::string& people) {
+  return Expected(
+      {{"Call", "", "", "", "2019-07-01 12:00:00", "2019-07-01 12:30:00", "UTC", "NO", "Uncompleted", "", people}});
+}
+
+// iOS 18 names some participants by their phone number alone; an identity
+// without a display name or names gives none.
+TEST(CurrentCalendar, AnInviteeKnownByPhoneNumberOnly) {
+  const std::string sql = Schema("Calendar.sqlitedb-ios18") +
+                          "INSERT INTO Identity (ROWID, address) VALUES (1, 'tel:+16175550199');\n"
+                          "INSERT INTO Participant (ROWID, entity_type, identity_id, owner_id, phone_number) VALUES "
+                          "(1, 7, NULL, 1, '+44 20 7946 0018'), (2, 7, 1, 1, NULL), (3, 7, 7, 1, NULL);\n"
+                          "INSERT INTO CalendarItem (ROWID, summary, start_date, start_tz, end_date, entity_type) "
+                          "VALUES (1, 'Call', 583675200, 'UTC', 583677000, 2);\n";
+  EXPECT_EQ(EventsInUtc(sql, IndexKind::Mbdb),
+            CallWith(",\"organizer\":{\"name\":\"\",\"address\":\"\"},\"invitees\":["
+                     "{\"name\":\"\",\"address\":\"+44 20 7946 0018\"},{\"name\":\"\",\"address\":\"+16175550199\"},"
+                     "{\"name\":\"\",\"address\":\"\"}]"));
+}
+
+// Some trimmed databases keep participants without their Identity table.
+TEST(CurrentCalendar, ParticipantsWithoutTheIdentityTableKeepTheirAddresses) {
+  const std::string sql = Schema("Calendar.sqlitedb-ios7") +
+                          "DROP TABLE Identity;\n"
+                          "INSERT INTO Participant (ROWID, entity_type, identity_id, owner_id, email) VALUES "
+                          "(1, 8, 1, 1, 'mary@example.org'), (2, 7, 2, 1, 'charles@example.org');\n"
+                          "INSERT INTO CalendarItem (ROWID, summary, start_date, start_tz, end_date, organizer_id, "
+                          "entity_type) VALUES (1, 'Call', 583675200, 'UTC', 583677000, 1, 2);\n";
+  EXPECT_EQ(EventsInUtc(sql, IndexKind::ManifestDb),
+            CallWith(",\"organizer\":{\"name\":\"\",\"address\":\"mary@example.org\"},"
+                     "\"invitees\":[{\"name\":\"\",\"address\":\"charles@example.org\"}]"));
 }
 
 TEST(CurrentCalendar, ADatabaseWithoutItsLocationTableStillListsItsEvents) {

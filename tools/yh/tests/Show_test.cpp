@@ -83,6 +83,13 @@ void ExpectSameTree(const Json& json, plist_t node, const std::string& where) {
       EXPECT_EQ(json.get<bool>(), value != 0);
       break;
     }
+    case PLIST_REAL: {
+      double value = 0;
+      plist_get_real_val(node, &value);
+      EXPECT_TRUE(json.is_number_float());
+      EXPECT_EQ(json.get<double>(), value);
+      break;
+    }
     default:
       ADD_FAILURE() << "a node type the answers do not hold";
   }
@@ -263,6 +270,21 @@ TEST(YhShow, MessagesAsCsvGiveParticipantsInAColumnOfTheConversationsRows) {
   EXPECT_EQ(rows[1][column], R"([{"address":"+16175550199","name":"Mary Somerville"}])");
   EXPECT_EQ(rows[5][column], R"([{"address":"+442079460018","name":"Charles Babbage"}])");
   for (const auto& row : rows) EXPECT_EQ(row.size(), rows[0].size());
+}
+
+// One row per event: its organizer and invitees fill a cell each.
+TEST(YhShow, EventsAsCsvGiveTheirPeopleInACellEach) {
+  const auto rows = ParseCsv(OutOf(Show(kNewSample, "events", "csv")));
+  ASSERT_EQ(rows.size(), 1 + 2u) << "a header and two events";
+  const std::vector<std::string> tail(rows[0].end() - 6, rows[0].end());
+  EXPECT_EQ(tail, (std::vector<std::string>{"time_zone", "calendar", "organizer", "invitees", "latitude",
+                                             "longitude"}));
+  EXPECT_EQ(std::vector<std::string>(rows[1].end() - 5, rows[1].end()),
+            (std::vector<std::string>{"Home", R"({"name":"Mary Somerville","address":"mary.somerville@example.com"})",
+                                      R"([{"name":"Charles Babbage","address":"charles@example.org"}])", "51.5099",
+                                      "-0.1425"}));
+  EXPECT_EQ(std::vector<std::string>(rows[2].end() - 5, rows[2].end()),
+            (std::vector<std::string>{"Work", R"({"name":"","address":""})", "[]", "", ""}));
 }
 
 TEST(YhShow, VoicemailComesFromTheCurrentServiceOnly) {
