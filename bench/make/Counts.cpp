@@ -28,6 +28,10 @@ Counts::Counts(double scale)
       visits(Scaled(50000, scale)),
       pages(Scaled(10000, scale)),
       bookmarks(Scaled(500, scale)),
-      attachments(Scaled(5000, scale)) {}
+      attachments(Scaled(5000, scale)),
+      whatsAppMessages(Scaled(100000, scale)),
+      whatsAppChats(Scaled(2000, scale)),
+      whatsAppMedia(Scaled(20000, scale)),
+      whatsAppCalls(Scaled(5000, scale)) {}
 
 }  // namespace bench

@@ -26,6 +26,10 @@ struct Counts {
   size_t pages;
   size_t bookmarks;
   size_t attachments;
+  size_t whatsAppMessages;
+  size_t whatsAppChats;
+  size_t whatsAppMedia;
+  size_t whatsAppCalls;
 };
 
 }  // namespace bench

@@ -47,6 +47,8 @@ void AddPhotos(Generation& generation);
 void AddRecordings(Generation& generation);
 void AddCalendar(Generation& generation);
 void AddSafari(Generation& generation);
+// WhatsApp's chats, media and calls: newer devices only.
+void AddWhatsApp(Generation& generation, const std::vector<Contact>& contacts);
 
 }  // namespace bench
 

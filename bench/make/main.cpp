@@ -63,6 +63,7 @@ int main(int argc, char** argv) {
   bench::AddSafari(generation);
   bench::AddPhotos(generation);
   bench::AddRecordings(generation);
+  if (generation.Newer()) bench::AddWhatsApp(generation, contacts);
   apps.AddUntil(rows);
 
   const std::filesystem::path folder = std::filesystem::path(argv[1]) / kDeviceId;

@@ -47,10 +47,11 @@ bool MeasureLibrary(const std::string& folder, Service which, bool copyAnswers, 
       plist_t answer = nullptr;
       times->first[type] = Milliseconds([&] { answer = service->GetContentList(devices, content); });
       times->items[type] = answer && plist_get_node_type(answer) == PLIST_ARRAY ? plist_array_get_size(answer) : 0;
-      if (copyAnswers) times->answerTrees += TreeMilliseconds(answer);
+      if (copyAnswers) times->trees[type] += TreeMilliseconds(answer);
       Release(answer);
       times->second[type] = Milliseconds([&] { answer = service->GetContentList(devices, content); });
-      if (copyAnswers) times->answerTrees += TreeMilliseconds(answer);
+      if (copyAnswers) times->trees[type] += TreeMilliseconds(answer);
+      times->answerTrees += times->trees[type];
       Release(answer);
     }
   }

@@ -1,12 +1,14 @@
 #ifndef YH_BENCH_RUN_LIBRARY_H
 #define YH_BENCH_RUN_LIBRARY_H
 
+#include <libYH.h>
+
 #include <cstddef>
 #include <string>
 
 namespace bench {
 
-constexpr int kContentTypes = 11;
+constexpr int kContentTypes = ContentWhatsAppCalls + 1;
 
 // What the library takes through its public interface, in milliseconds:
 // finding the backups, analysing the one found, then the first and the
@@ -21,6 +23,7 @@ struct LibraryTimes {
   // every answer, node for node, with no reading behind it. Measured only
   // when asked for, in a run of its own: a copy doubles the memory held.
   double answerTrees = 0;
+  double trees[kContentTypes] = {};  // of each content type, both requests
   double Total() const;
 };
 

@@ -91,6 +91,18 @@ RecordedQueries LoadQueries(const std::string& file) {
   return queries;
 }
 
+RecordedQueries ConnectionsMentioning(const RecordedQueries& queries, const std::string& text) {
+  std::vector<bool> wanted(queries.opened.size(), false);
+  for (const RecordedQueries::Statement& statement : queries.statements) {
+    if (statement.sql.find(text) != std::string::npos) wanted[statement.connection] = true;
+  }
+  RecordedQueries kept{queries.opened, {}};
+  for (const RecordedQueries::Statement& statement : queries.statements) {
+    if (wanted[statement.connection]) kept.statements.push_back(statement);
+  }
+  return kept;
+}
+
 void ReplayQueries(const RecordedQueries& queries) {
   std::vector<sqlite3*> connections(queries.opened.size(), nullptr);
   for (const RecordedQueries::Statement& statement : queries.statements) {
@@ -105,7 +117,8 @@ void ReplayQueries(const RecordedQueries& queries) {
 
 // Every connection opened while recording is traced. The library reaches
 // SQLite through this definition: the program's own exported symbols come first.
-extern "C" __attribute__((visibility("default"))) int sqlite3_open_v2(const char* filename, sqlite3** db, int flags, const char* vfs) {
+extern "C" __attribute__((visibility("default"))) int sqlite3_open_v2(const char* filename, sqlite3** db, int flags,
+                                                                      const char* vfs) {
   using Open = int (*)(const char*, sqlite3**, int, const char*);
   static const Open real = reinterpret_cast<Open>(dlsym(RTLD_NEXT, "sqlite3_open_v2"));
   const int status = real(filename, db, flags, vfs);

@@ -29,6 +29,10 @@ RecordedQueries StopRecording();
 bool SaveQueries(const RecordedQueries& queries, const std::string& file);
 RecordedQueries LoadQueries(const std::string& file);
 
+// The statements of the connections on which any statement mentions
+// `text` (a table's name), all of them, in order: the queries of one kind.
+RecordedQueries ConnectionsMentioning(const RecordedQueries& queries, const std::string& text);
+
 // Opens each connection as the library does (read-only, immutable) when its
 // first statement comes and runs every statement to its last row, reading
 // each column.

@@ -31,9 +31,9 @@ using bench::Spread;
 using bench::SpreadOf;
 using bench::Verdict;
 
-const char* const kTypeNames[kContentTypes] = {"call history", "contacts",        "messages",      "attachments",
-                                               "notes",        "Safari",          "events",        "reminders",
-                                               "recordings",   "camera pictures", "other pictures"};
+const char* const kTypeNames[kContentTypes] = {
+    "call history", "contacts",   "messages",        "attachments",    "notes",     "Safari",         "events",
+    "reminders",    "recordings", "camera pictures", "other pictures", "voicemail", "WhatsApp chats", "WhatsApp calls"};
 
 // The library against what no reader can avoid: the floor of the requests
 // made plus making the answers' trees.
@@ -58,7 +58,17 @@ struct ServiceRound {
   double floorAsRequested = 0;
   double listing = 0;
   double peakMb = 0;
+  // WhatsApp's two kinds alone: the floor of their databases' queries and
+  // the trees of their answers.
+  double whatsAppFloor = 0;
+  double whatsAppTrees = 0;
   double Ratio() const { return timed.Total() / (floorAsRequested + trees); }
+  double WhatsApp() const {
+    double library = 0;
+    for (int type : {ContentWhatsApp, ContentWhatsAppCalls}) library += timed.first[type] + timed.second[type];
+    return library;
+  }
+  double WhatsAppRatio() const { return WhatsApp() / (whatsAppFloor + whatsAppTrees); }
 };
 
 void PrintService(const char* name, const std::vector<ServiceRound>& rounds) {
@@ -75,6 +85,13 @@ void PrintService(const char* name, const std::vector<ServiceRound>& rounds) {
   PrintFigure("floor as requested", SpreadOf(rounds, [](auto& r) { return r.floorAsRequested; }));
   PrintFigure("answer trees made by libplist alone", SpreadOf(rounds, [](auto& r) { return r.trees; }));
   PrintRatio("ratio to floor as requested + trees", SpreadOf(rounds, [](auto& r) { return r.Ratio(); }), kMaxRatio);
+  if (rounds.front().WhatsApp() > 0 && rounds.front().whatsAppFloor > 0) {
+    PrintFigure("WhatsApp kinds: library", SpreadOf(rounds, [](auto& r) { return r.WhatsApp(); }));
+    PrintFigure("WhatsApp kinds: floor of their queries", SpreadOf(rounds, [](auto& r) { return r.whatsAppFloor; }));
+    PrintFigure("WhatsApp kinds: answer trees", SpreadOf(rounds, [](auto& r) { return r.whatsAppTrees; }));
+    PrintRatio("WhatsApp kinds: ratio to floor + trees", SpreadOf(rounds, [](auto& r) { return r.WhatsAppRatio(); }),
+               kMaxRatio);
+  }
   PrintRatio("AnalyzeBackup / index listing", SpreadOf(rounds, [](auto& r) { return r.timed.analysis / r.listing; }),
              kMaxAnalysisRatio);
   const double peak = SpreadOf(rounds, [](auto& r) { return r.peakMb; }).most;
@@ -115,6 +132,8 @@ int main(int argc, char** argv) {
       },
       &ignored, &ignoredPeak);
   const bench::RecordedQueries currentQueries = bench::LoadQueries(recording);
+  // Every WhatsApp table's name begins so; no other kind's does.
+  const bench::RecordedQueries whatsAppQueries = bench::ConnectionsMentioning(currentQueries, "ZWA");
   std::filesystem::remove(recording);
   if (!recorded) {
     std::fprintf(stderr, "the library could not analyse %s\n", backup.c_str());
@@ -130,6 +149,7 @@ int main(int argc, char** argv) {
     const double replayed = bench::Milliseconds([&] { bench::ReplayQueries(currentQueries); });
     described[round].floorAsRequested = floor.TotalForTwoRequests();
     current[round].floorAsRequested = floor.listing + floor.propertyLists + replayed;
+    current[round].whatsAppFloor = bench::Milliseconds([&] { bench::ReplayQueries(whatsAppQueries); });
     for (ServiceRound* service : {&described[round], &current[round]}) service->listing = floor.listing;
 
     const Service services[] = {Service::Described, Service::Current};
@@ -143,6 +163,7 @@ int main(int argc, char** argv) {
         return 1;
       }
       results[which]->trees = copied.answerTrees;
+      results[which]->whatsAppTrees = copied.trees[ContentWhatsApp] + copied.trees[ContentWhatsAppCalls];
     }
   }
 

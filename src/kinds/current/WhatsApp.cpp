@@ -24,12 +24,19 @@ void InsertAttachment(const WhatsAppAttachment& attachment, plist_t message) {
   plist_dict_set_item(message, "attachments", list);
 }
 
+// Inserts the address of `jid`, through `scratch`: a hundred thousand
+// messages name their senders, and a string each would be made and freed.
+void InsertAddress(plist_t dict, const char* key, std::string_view jid, std::string& scratch) {
+  scratch.assign(AddressViewOfJid(jid));
+  InsertPlistDictString(dict, key, scratch.c_str());
+}
+
 void InsertText(plist_t dict, const char* key, const PackedTexts& texts, size_t at) {
   if (!texts.View(at).empty()) InsertPlistDictString(dict, key, texts.AsCString(at));
 }
 
 // The keys only some kinds have, each where the message has it.
-void InsertDetails(const WhatsAppMessage& message, plist_t item) {
+void InsertDetails(const WhatsAppMessage& message, plist_t item, std::string& scratch) {
   InsertText(item, "caption", message.texts, WhatsAppMessage::kCaption);
   InsertText(item, "url", message.texts, WhatsAppMessage::kUrl);
   if (message.kind == WhatsAppKind::ContactCard) {
@@ -46,8 +53,7 @@ void InsertDetails(const WhatsAppMessage& message, plist_t item) {
   }
   if (message.quotes) {
     InsertPlistDictString(item, "quoted_id", message.texts.AsCString(WhatsAppMessage::kQuotedId));
-    const std::string sender = AddressOfJid(message.texts.View(WhatsAppMessage::kQuotedSender));
-    InsertPlistDictString(item, "quoted_sender", sender.c_str());
+    InsertAddress(item, "quoted_sender", message.texts.View(WhatsAppMessage::kQuotedSender), scratch);
     InsertPlistDictString(item, "quoted_text", message.texts.AsCString(WhatsAppMessage::kQuotedText));
   }
   if (message.details && message.details->attachment) {
@@ -55,31 +61,32 @@ void InsertDetails(const WhatsAppMessage& message, plist_t item) {
   }
 }
 
-// A deleted message's `deletion` is its mark, after the keys every message has.
-plist_t MessageDict(const WhatsAppMessage& message, const Deletion* deletion = nullptr) {
+// A deleted message's `deletion` is its mark, after the keys every message
+// has. `scratch` is reused from message to message.
+plist_t MessageDict(const WhatsAppMessage& message, std::string& scratch, const Deletion* deletion = nullptr) {
   plist_t item = plist_new_dict();
   InsertPlistDictString(item, "country", "");
   InsertPlistDictString(item, "service", "WhatsApp");
   InsertPlistDictString(item, "text", message.texts.AsCString(WhatsAppMessage::kText));
   InsertPlistDictString(item, "date", message.texts.AsCString(WhatsAppMessage::kDate));
   plist_dict_set_item(item, "type", plist_new_uint(message.fromMe ? 1 : 0));
-  const std::string sender = AddressOfJid(message.texts.View(WhatsAppMessage::kSender));
-  InsertPlistDictString(item, "sender", sender.c_str());
+  InsertAddress(item, "sender", message.texts.View(WhatsAppMessage::kSender), scratch);
   InsertPlistDictString(item, "sender_name", message.senderName ? message.senderName->c_str() : "");
   InsertPlistDictString(item, "id", message.texts.AsCString(WhatsAppMessage::kId));
   InsertPlistDictString(item, "kind", WhatsAppKindName(message.kind));
   plist_dict_set_item(item, "starred", plist_new_bool(message.starred));
   if (deletion) InsertDeletion(*deletion, item);
-  InsertDetails(message, item);
+  InsertDetails(message, item, scratch);
   return item;
 }
 
 // Two versions of a message show the same when their keys are the same.
 bool SameContent(const WhatsAppMessage& a, const WhatsAppMessage& b) {
   std::string bytes[2];
+  std::string scratch;
   const WhatsAppMessage* versions[] = {&a, &b};
   for (size_t at = 0; at < 2; ++at) {
-    plist_t dict = MessageDict(*versions[at]);
+    plist_t dict = MessageDict(*versions[at], scratch);
     char* binary = nullptr;
     uint32_t length = 0;
     plist_to_bin(dict, &binary, &length);
@@ -103,20 +110,21 @@ LocateInDomain LocatorOf(const BackupDevice* device, const StoredFile& file) {
 
 }  // namespace
 
-const std::string* WhatsApp::NameOf(const BackupDevice* device, const std::string& jid) {
-  const auto [at, added] = names_.try_emplace(jid, nullptr);
+const std::string* WhatsApp::NameOf(const BackupDevice* device, std::string_view jid, FoundNames& found) {
+  const auto [at, added] = found.try_emplace(jid, nullptr);
   if (!added) return at->second;
+  const std::string address(jid);
   for (const auto* names : {&partnerNames_, &pushNames_}) {
-    const auto found = names->find(jid);
-    if (found != names->end()) return at->second = &found->second;
+    const auto named = names->find(address);
+    if (named != names->end()) return at->second = &named->second;
   }
-  return at->second = directory_.NameOf(device, jid);
+  return at->second = directory_.NameOf(device, address);
 }
 
 // `another` falls back on the number of a person's address.
-void WhatsApp::Name(const BackupDevice* device, WhatsAppChat& chat) {
+void WhatsApp::Name(const BackupDevice* device, WhatsAppChat& chat, FoundNames& found) {
   for (const std::string& participant : chat.participants) {
-    const std::string* name = NameOf(device, participant);
+    const std::string* name = NameOf(device, participant, found);
     chat.participantNames.push_back(name ? *name : std::string());
   }
   if (chat.group) {
@@ -126,11 +134,19 @@ void WhatsApp::Name(const BackupDevice* device, WhatsAppChat& chat) {
   } else {
     chat.phone = PhoneOfJid(chat.id);
   }
-  const std::string* name = chat.partnerName.empty() ? NameOf(device, chat.id) : &chat.partnerName;
+  const std::string* name = chat.partnerName.empty() ? NameOf(device, chat.id, found) : &chat.partnerName;
   chat.another = name ? *name : PhoneOfJid(chat.id);
+  // A chat's messages come mostly from one sender at a time.
+  std::string_view last;
+  const std::string* lastName = nullptr;
   for (WhatsAppMessage& message : chat.messages) {
     const std::string_view sender = message.texts.View(WhatsAppMessage::kSender);
-    if (!sender.empty()) message.senderName = NameOf(device, std::string(sender));
+    if (sender.empty()) continue;
+    if (sender != last) {
+      last = sender;
+      lastName = NameOf(device, sender, found);
+    }
+    message.senderName = lastName;
   }
 }
 
@@ -144,7 +160,8 @@ std::vector<WhatsAppChat> WhatsApp::Read(const BackupDevice* device) {
         }
         return std::move(storage.chats);
       });
-  for (WhatsAppChat& chat : chats) Name(device, chat);
+  FoundNames found;
+  for (WhatsAppChat& chat : chats) Name(device, chat, found);
   return chats;
 }
 
@@ -168,11 +185,10 @@ std::vector<Deleted<WhatsAppChat>> WhatsApp::ReadDeleted(const BackupDevice* dev
   // named only by a deleted chat session names its messages too.
   const std::vector<WhatsAppChat>& live = Records(device);
   for (const WhatsAppChat& chat : found) {
-    if (chat.group || chat.partnerName.empty() || !partnerNames_.try_emplace(chat.id, chat.partnerName).second) continue;
-    const auto unnamed = names_.find(chat.id);
-    if (unnamed != names_.end() && !unnamed->second) names_.erase(unnamed);
+    if (!chat.group && !chat.partnerName.empty()) partnerNames_.try_emplace(chat.id, chat.partnerName);
   }
-  for (WhatsAppChat& chat : found) Name(device, chat);
+  FoundNames names;
+  for (WhatsAppChat& chat : found) Name(device, chat, names);
   DropUnchangedVersions(found, [&live]() -> const std::vector<WhatsAppChat>& { return live; }, SameContent);
   std::vector<Deleted<WhatsAppChat>> deleted;
   for (WhatsAppChat& chat : found) {
@@ -187,8 +203,10 @@ void WhatsApp::InsertKeys(const WhatsAppChat& chat, plist_t dict) const {
   InsertPlistDictString(dict, "phone", chat.phone.c_str());
   InsertPlistDictString(dict, "another", chat.another.c_str());
   plist_t messages = plist_new_array();
+  std::string scratch;
   for (const WhatsAppMessage& message : chat.messages) {
-    plist_array_append_item(messages, MessageDict(message, message.deletion ? &MarkOf(chat, message) : nullptr));
+    plist_array_append_item(messages,
+                            MessageDict(message, scratch, message.deletion ? &MarkOf(chat, message) : nullptr));
   }
   plist_dict_set_item(dict, "message", messages);
   InsertParticipants(chat.participants, chat.participantNames, dict);

@@ -2,6 +2,7 @@
 #define YH_KINDS_CURRENT_WHATSAPP_H
 
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -37,14 +38,16 @@ class WhatsApp : public StoredRecordKind<WhatsAppChat> {
 
   // The name of an address: its one-to-one chat's partner name, else the
   // name its owner gave themselves, else an address book's; NULL for none.
-  const std::string* NameOf(const BackupDevice* device, const std::string& jid);
-  void Name(const BackupDevice* device, WhatsAppChat& chat);
+  // Each address is looked up once: `found` keeps every answer given, keyed
+  // by views of the chats' own texts, which stay where they are while read.
+  using FoundNames = std::unordered_map<std::string_view, const std::string*>;
+  const std::string* NameOf(const BackupDevice* device, std::string_view jid, FoundNames& found);
+  void Name(const BackupDevice* device, WhatsAppChat& chat, FoundNames& found);
 
   WhatsAppDirectory& directory_;
   // Names kept for the record's life: messages point at them.
   std::unordered_map<std::string, std::string> partnerNames_;
   std::unordered_map<std::string, std::string> pushNames_;
-  std::unordered_map<std::string, const std::string*> names_;
 };
 
 }  // namespace current

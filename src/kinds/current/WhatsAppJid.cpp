@@ -1,5 +1,7 @@
 #include "kinds/current/WhatsAppJid.h"
 
+#include <optional>
+
 namespace current {
 namespace {
 
@@ -9,18 +11,20 @@ bool EndsWith(std::string_view text, std::string_view end) {
   return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
 }
 
+// The number part of a person's address; nothing for any other.
+std::optional<std::string_view> NumberOfJid(std::string_view jid) {
+  if (!EndsWith(jid, kPersonServer)) return std::nullopt;
+  const std::string_view user = jid.substr(0, jid.size() - kPersonServer.size());
+  return user.substr(0, user.find(':'));
+}
+
 }  // namespace
 
-std::string PhoneOfJid(std::string_view jid) {
-  if (!EndsWith(jid, kPersonServer)) return std::string();
-  const std::string_view user = jid.substr(0, jid.size() - kPersonServer.size());
-  return std::string(user.substr(0, user.find(':')));
-}
+std::string PhoneOfJid(std::string_view jid) { return std::string(NumberOfJid(jid).value_or(std::string_view())); }
 
-std::string AddressOfJid(std::string_view jid) {
-  std::string phone = PhoneOfJid(jid);
-  return phone.empty() ? std::string(jid) : phone;
-}
+std::string AddressOfJid(std::string_view jid) { return std::string(AddressViewOfJid(jid)); }
+
+std::string_view AddressViewOfJid(std::string_view jid) { return NumberOfJid(jid).value_or(jid); }
 
 JidKind KindOfJid(std::string_view jid) {
   if (jid == "status@broadcast") return JidKind::Status;

@@ -14,6 +14,8 @@ std::string PhoneOfJid(std::string_view jid);
 // The number of a person's address, or the address itself when it has none:
 // how an address is shown.
 std::string AddressOfJid(std::string_view jid);
+// The same text without a copy: a part of `jid`.
+std::string_view AddressViewOfJid(std::string_view jid);
 
 // What an address names, by its server part.
 enum class JidKind { Person, Group, Broadcast, Status, Other };

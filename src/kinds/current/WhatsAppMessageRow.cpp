@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "common/ColumnHelpers.h"
 #include "common/LocalDate.h"
@@ -195,15 +196,21 @@ WhatsAppMessage ReadMessageRow(const Database::Statement& rows, const MessageCol
 }
 
 void ResolveQuotes(std::vector<WhatsAppChat>& chats) {
-  const auto quotes = [](const WhatsAppChat& chat) {
-    return std::any_of(chat.messages.begin(), chat.messages.end(), [](const WhatsAppMessage& m) { return m.quotes; });
-  };
-  if (std::none_of(chats.begin(), chats.end(), quotes)) return;
+  // Only the messages some reply quotes are kept by id: a set of a few
+  // thousand ids is asked about every message, where a map of every message
+  // would be a hundred thousand entries made and freed.
+  std::unordered_set<std::string_view> quoted;
+  for (const WhatsAppChat& chat : chats) {
+    for (const WhatsAppMessage& message : chat.messages) {
+      if (message.quotes) quoted.insert(message.texts.View(WhatsAppMessage::kQuotedId));
+    }
+  }
+  if (quoted.empty()) return;
   std::unordered_map<std::string_view, const WhatsAppMessage*> byId;
   for (const WhatsAppChat& chat : chats) {
     for (const WhatsAppMessage& message : chat.messages) {
       const std::string_view id = message.texts.View(WhatsAppMessage::kId);
-      if (!id.empty()) byId.emplace(id, &message);
+      if (!id.empty() && quoted.count(id) != 0) byId.emplace(id, &message);
     }
   }
   // Replaced once every lookup is done: the ids are views of the texts.
