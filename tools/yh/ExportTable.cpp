@@ -15,7 +15,7 @@ void WriteExportTable(std::ostream& out, const std::vector<KindExport>& results)
     total.bytes += result.bytes;
     total.skipped += result.skipped;
     total.missing += result.missing;
-    if (!result.kind->IsMedia()) {
+    if (!result.kind->HasFiles()) {
       rows.cells.push_back({result.kind->name, std::to_string(result.records), "-", "-", "-", "-"});
       continue;
     }

@@ -28,6 +28,7 @@ Plist AnswerWithCopies(const Library& library, BackupDevice& device, const Kind&
   Plist answer = library.Content(device, kind.contentType);
   result.records = RecordCount(answer.get());
   if (kind.IsMedia()) media.Copy(kind, answer.get(), result);
+  if (!kind.picturePathKey.empty()) media.CopyPictures(kind, answer.get(), result);
   if (kind.name == "messages") media.CopyMessageAttachments(answer.get());
   return answer;
 }

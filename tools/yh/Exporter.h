@@ -17,8 +17,9 @@ namespace yh {
 void RefuseInsideBackup(const BackupDevice& device, const std::string& out);
 
 // Copies the media files a kind's answer names into media/<kind>/ (a
-// message's attachments into media/attachments/), gives each record that
-// names a file its copy's path, and returns the answer.
+// message's attachments into media/attachments/, a contact's picture into
+// media/contacts/), gives each record that names a file its copy's path, and
+// returns the answer.
 Plist AnswerWithCopies(const Library& library, BackupDevice& device, const Kind& kind, MediaCopier& media,
                        KindExport& result);
 
