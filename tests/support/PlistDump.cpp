@@ -114,4 +114,14 @@ std::string DumpAndFree(plist_t node) {
   return out;
 }
 
+std::string StringAt(plist_t dict, const char* key) {
+  plist_t node = plist_dict_get_item(dict, key);
+  if (!node || plist_get_node_type(node) != PLIST_STRING) return std::string();
+  char* text = nullptr;
+  plist_get_string_val(node, &text);
+  std::string value = text ? text : "";
+  free(text);
+  return value;
+}
+
 }  // namespace yhtest

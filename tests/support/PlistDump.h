@@ -19,6 +19,9 @@ std::string Dump(plist_t node);
 // Dump() of the tree, then plist_free() of it.
 std::string DumpAndFree(plist_t node);
 
+// The text under `key` of a dictionary; "" when it holds none.
+std::string StringAt(plist_t dict, const char* key);
+
 }  // namespace yhtest
 
 #endif

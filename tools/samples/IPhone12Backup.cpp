@@ -32,12 +32,13 @@ std::string Time(int month, int day, int hour, int minute, int second) {
 
 std::string AddressBook() {
   return Schema("AddressBook.sqlitedb-ios15") +
-         Insert("ABPerson", "ROWID, First, Last, Organization, JobTitle, Nickname, CreationDate",
+         Insert("ABPerson", "ROWID, First, Last, Organization, JobTitle, Nickname, CreationDate, ModificationDate",
                 {{"1", Sql("Charles"), Sql("Babbage"), Sql("Analytical Engines Ltd"), Sql("Inventor"), "NULL",
-                  Time(2, 11, 10, 0, 0)},
-                 {"2", Sql("Mary"), Sql("Somerville"), "NULL", "NULL", "NULL", Time(4, 2, 16, 45, 0)},
+                  Time(2, 11, 10, 0, 0), Time(8, 30, 17, 5, 0)},
+                 {"2", Sql("Mary"), Sql("Somerville"), "NULL", "NULL", "NULL", Time(4, 2, 16, 45, 0),
+                  Time(4, 2, 16, 45, 0)},
                  {"3", Sql("Alan"), Sql("Turing"), Sql("Bletchley Park"), Sql("Cryptanalyst"), Sql("Prof"),
-                  Time(6, 23, 9, 30, 0)}}) +
+                  Time(6, 23, 9, 30, 0), Time(9, 1, 12, 0, 0)}}) +
          Insert("ABMultiValueLabel", "ROWID, value",
                 {{"1", Sql("_$!<Mobile>!$_")},
                  {"2", Sql("_$!<Work>!$_")},
@@ -55,6 +56,16 @@ std::string AddressBook() {
 // Rows deleted without overwriting them, as a device leaves them, so that
 // the sample has deleted records to give back.
 const char kUnsecured[] = "PRAGMA secure_delete=OFF;\n";
+
+// Charles's picture, whole and as a thumbnail; Mary's a thumbnail alone.
+std::string ContactPictures() {
+  return Schema("AddressBookImages.sqlitedb-ios9") +
+         Insert("ABFullSizeImage", "ROWID, record_id, crop_x, crop_y, crop_width, data",
+                {{"1", "1", "0", "0", "320", yhtest::SqlBlob(JpegSample(320, 320, 51))}}) +
+         Insert("ABThumbnailImage", "ROWID, record_id, format, derived_from_format, data",
+                {{"1", "1", "0", "2", yhtest::SqlBlob(JpegSample(120, 120, 52))},
+                 {"2", "2", "0", "2", yhtest::SqlBlob(JpegSample(120, 120, 53))}});
+}
 
 // ZORIGINATED 0 is an incoming call, 1 an outgoing one; dates and durations
 // carry fractions of a second. The owner deleted a fifth call.
@@ -275,6 +286,7 @@ void WriteIPhone12Backup(const std::string& backups) {
       .LockdownString("SerialNumber", "G6TDX2MLPQ")
       .LockdownString("UniqueDeviceID", kFolder)
       .AddDatabase(kHome, "Library/AddressBook/AddressBook.sqlitedb", AddressBook())
+      .AddDatabase(kHome, "Library/AddressBook/AddressBookImages.sqlitedb", ContactPictures())
       .AddDatabase(kHome, "Library/CallHistoryDB/CallHistory.storedata", CallHistory())
       .AddDatabase(kHome, "Library/SMS/sms.db", Messages())
       .AddFile(kMedia, kPicture, HeicSample(640, 480, 21))

@@ -32,6 +32,8 @@ std::string MediaFile(const std::string& signature, size_t size, unsigned seed);
 // A HEIC picture of `width` by `height` (libheif) where the build has
 // libheif, else a stand-in with HEIC's signature whose filler follows `seed`.
 std::string HeicSample(int width, int height, unsigned seed);
+// The same for a JPEG picture (libjpeg).
+std::string JpegSample(int width, int height, unsigned seed);
 
 // File signatures for MediaFile.
 extern const std::string kJpeg;

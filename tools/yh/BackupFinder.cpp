@@ -41,23 +41,27 @@ std::string WhyNotABackup(const Library& library, const std::string& folder) {
   return "not a backup (no Info.plist, Manifest.plist or index)";
 }
 
-// Unlocks an encrypted backup. The library's decrypted copies go into a
-// folder of yh's own, so that media files named in answers are known to be
-// copies, not files of anywhere.
-std::unique_ptr<PrivateFolder> Unlock(BackupDevice& device, const std::string& passwordFile) {
+// The library's private folder (decrypted copies, copies of databases, the
+// pictures it writes out) goes into a folder of yh's own, so that files named
+// in answers are known to be the library's copies, not files of anywhere.
+// NULL when none can be made.
+std::unique_ptr<PrivateFolder> CopiesFolder(BackupDevice& device) {
+  auto copies = std::make_unique<PrivateFolder>();
+  if (copies->Path().empty() || !SetTemporaryFolder(&device, copies->Path().c_str())) return nullptr;
+  return copies;
+}
+
+// Unlocks an encrypted backup, whose copies need a folder.
+void Unlock(BackupDevice& device, const std::string& passwordFile, bool hasCopiesFolder) {
   const std::string name = Describe(device);
   std::string password = BackupPassword(passwordFile, name);
-  auto copies = std::make_unique<PrivateFolder>();
-  if (copies->Path().empty() || !SetTemporaryFolder(&device, copies->Path().c_str())) {
-    throw Failure("backup " + name + ": no private temporary folder could be made");
-  }
+  if (!hasCopiesFolder) throw Failure("backup " + name + ": no private temporary folder could be made");
   std::cerr << "Checking the password (backups of iOS 10.2 and later take a few seconds)...\n";
   const int32_t result = UnlockBackup(&device, password.c_str());
   Wipe(&password);
   // A backup listed as encrypted whose Manifest.plist says otherwise is read as it is.
-  if (result == YHNotEncrypted) return nullptr;
-  if (result != YHUnlocked) throw Failure("backup " + name + ": " + UnlockProblem(result));
-  return copies;
+  if (result == YHNotEncrypted || result == YHUnlocked) return;
+  throw Failure("backup " + name + ": " + UnlockProblem(result));
 }
 
 void ReadIndex(const Library& library, BackupDevice& device) {
@@ -163,7 +167,8 @@ FoundBackup LocateBackup(const Library& library, const std::string& name, const 
 FoundBackup FindBackup(const Library& library, const std::string& name, const std::string& root,
                        const std::string& passwordFile) {
   FoundBackup found = Find(library, name, root);
-  if (found.device->isEncrypted) found.copies = Unlock(*found.device, passwordFile);
+  found.copies = CopiesFolder(*found.device);
+  if (found.device->isEncrypted) Unlock(*found.device, passwordFile, found.copies != nullptr);
   ReadIndex(library, *found.device);
   return found;
 }

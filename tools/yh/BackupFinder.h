@@ -11,13 +11,15 @@ namespace yh {
 
 // The backup a command works on, its index read. `device` is in `list`.
 struct FoundBackup {
-  // Holds the decrypted files of an encrypted backup; declared first so that
-  // it goes after the list, whose records remove their own copies.
+  // Holds the library's private folder of the record (an encrypted backup's
+  // decrypted files, the pictures the library writes out); declared first so
+  // that it goes after the list, whose records remove their own copies.
   std::unique_ptr<PrivateFolder> copies;
   DeviceList list;
   BackupDevice* device;
 
-  // Where answers may name files besides the backup: "" for a plain backup.
+  // Where answers may name files besides the backup: "" when no folder could
+  // be made.
   std::string CopiesFolder() const { return copies ? copies->Path() : std::string(); }
 };
 

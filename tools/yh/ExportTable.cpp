@@ -12,7 +12,7 @@ std::vector<std::string> Cells(const KindExport& result, const std::string& name
   std::vector<std::string> cells{name, std::to_string(result.records)};
   if (deleted) cells.push_back(std::to_string(result.deleted.value_or(0)));
   for (const uint64_t count : {uint64_t{result.files}, result.bytes, uint64_t{result.skipped}, uint64_t{result.missing}}) {
-    cells.push_back(!result.kind || result.kind->IsMedia() ? std::to_string(count) : "-");
+    cells.push_back(!result.kind || result.kind->HasFiles() ? std::to_string(count) : "-");
   }
   return cells;
 }

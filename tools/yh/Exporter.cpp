@@ -34,6 +34,7 @@ Plist AnswerWithCopies(const Library& library, BackupDevice& device, const Kind&
     result.records = count;
   }
   if (kind.IsMedia()) media.Copy(kind, answer.get(), result);
+  if (!kind.picturePathKey.empty()) media.CopyPictures(kind, answer.get(), result);
   if (kind.name == "messages") media.CopyMessageAttachments(answer.get());
   return answer;
 }

@@ -20,9 +20,10 @@ void RefuseInsideBackup(const BackupDevice& device, const std::string& out);
 enum class Records { Live, Deleted };
 
 // Copies the media files a kind's answer names into media/<kind>/ (a
-// message's attachments into media/attachments/), gives each record that
-// names a file its copy's path, and returns the answer. Counts its records
-// (as `records`, or `deleted` for deleted ones) and its files into `result`.
+// message's attachments into media/attachments/, a contact's picture into
+// media/contacts/), gives each record that names a file its copy's path, and
+// returns the answer. Counts its records (as `records`, or `deleted` for
+// deleted ones) and its files into `result`.
 Plist AnswerWithCopies(const Library& library, BackupDevice& device, const Kind& kind, MediaCopier& media,
                        KindExport& result, Records records = Records::Live);
 

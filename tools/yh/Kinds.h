@@ -22,8 +22,13 @@ struct Kind {
   // The keys that lead from a record down to the lists of its media records
   // (a chat's messages, then their attachments); none when each record is one.
   std::vector<std::string> mediaLists = {};
+  // Records of other kinds may each name a picture, a file the library wrote
+  // out of a database (a contact's), under this key ("" for none).
+  std::string picturePathKey = {};
 
   bool IsMedia() const { return !fileNameKey.empty(); }
+  // Whether an export copies files of the kind's records.
+  bool HasFiles() const { return IsMedia() || !picturePathKey.empty(); }
 };
 
 // The name that selects every kind.

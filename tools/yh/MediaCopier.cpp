@@ -80,43 +80,63 @@ void MediaCopier::CopyAll(const Kind& kind, const std::vector<std::string>& list
   progress_.Finish();
 }
 
+void MediaCopier::CopyPictures(const Kind& kind, plist_t answer, KindExport& result) {
+  ForEachDictionary(answer, [&](plist_t record, uint32_t i, uint32_t total) {
+    StopIfInterrupted();
+    const std::string path = StringAt(record, kind.picturePathKey.c_str());
+    if (path.empty()) {
+      plist_dict_set_item(record, kExportedPathKey, plist_new_string(""));
+    } else {
+      CopyMedium(kind, record, {path, path.substr(path.find_last_of("/\\") + 1), StringAt(record, "modification_date")},
+                 result);
+    }
+    progress_.Show("copying pictures of " + kind.name, i + 1, total, std::to_string(result.bytes / 1000000) + " MB");
+  });
+  progress_.Finish();
+}
+
 void MediaCopier::CopyRecord(const Kind& kind, plist_t record, KindExport& result) {
   StopIfInterrupted();
-  const std::string path = StringAt(record, "path");
-  Copied copy;
-  if (path.empty() || IsFalse(record, "present")) {
+  const Medium medium{StringAt(record, "path"), CopyName(kind, record), StringAt(record, "date")};
+  if (medium.path.empty() || IsFalse(record, "present")) {
     ++result.missing;
-  } else if (const auto found = copied_.find(path); found != copied_.end()) {
+    plist_dict_set_item(record, kExportedPathKey, plist_new_string(""));
+    return;
+  }
+  CopyMedium(kind, record, medium, result);
+}
+
+void MediaCopier::CopyMedium(const Kind& kind, plist_t record, const Medium& medium, KindExport& result) {
+  Copied copy;
+  if (const auto found = copied_.find(medium.path); found != copied_.end()) {
     copy = found->second;
     copy.relative.empty() ? ++result.skipped : ++result.files;
     result.bytes += copy.size;
   } else {
-    copy = CopyFileOf(kind, record, path, result);
-    copied_.emplace(path, copy);
+    copy = CopyFileOf(kind, medium, result);
+    copied_.emplace(medium.path, copy);
   }
   plist_dict_set_item(record, kExportedPathKey, plist_new_string(copy.relative.c_str()));
   if (onCopy_ && !copy.relative.empty()) onCopy_(kind, record, copy.relative);
 }
 
-MediaCopier::Copied MediaCopier::CopyFileOf(const Kind& kind, plist_t record, const std::string& path,
-                                            KindExport& result) {
-  const std::string name = CopyName(kind, record);
-  BackupFiles::Source source = files_.Open(path);
+MediaCopier::Copied MediaCopier::CopyFileOf(const Kind& kind, const Medium& medium, KindExport& result) {
+  BackupFiles::Source source = files_.Open(medium.path);
   if (!source.problem.empty()) {
     progress_.Finish();
-    std::cerr << "yh: skipped " << kind.name << " file \"" << Printable(name) << "\": " << source.problem << " ("
-              << Printable(path) << ")\n";
+    std::cerr << "yh: skipped " << kind.name << " file \"" << Printable(medium.name) << "\": " << source.problem
+              << " (" << Printable(medium.path) << ")\n";
     ++result.skipped;
     return {};
   }
   OutputFolder& folder = media_.Of(kind.name);
-  std::string copyName = folder.Reserve(SafeFileName(name, kUnnamed));
+  std::string copyName = folder.Reserve(SafeFileName(medium.name, kUnnamed));
   if (resumed_ && folder.Holds(copyName, source.size)) {
     ++result.kept;
   } else {
     OutputFolder::NewFile copy = folder.Create(copyName);
     CopyFile(source.fd.Get(), copy.Fd(), copy.Path());
-    DateFile(copy.Fd(), StringAt(record, "date"));
+    DateFile(copy.Fd(), medium.date);
     copyName = copy.Keep();
   }
   ++result.files;

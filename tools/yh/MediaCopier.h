@@ -57,6 +57,11 @@ class MediaCopier {
   // The attachments of every message of a messages answer, into
   // media/attachments/.
   void CopyMessageAttachments(plist_t chats);
+  // The picture each record of a kind's answer names under the kind's
+  // picturePathKey (a contact's, which the library wrote into its private
+  // folder), into media/<kind>/ under the name the library gave it; a record
+  // without one gains an empty path and counts as no file.
+  void CopyPictures(const Kind& kind, plist_t answer, KindExport& result);
 
   void SetOnCopy(OnCopy onCopy) { onCopy_ = std::move(onCopy); }
 
@@ -69,8 +74,17 @@ class MediaCopier {
   // Every media record of an answer, found through `lists` below each record.
   void CopyAll(const Kind& kind, const std::vector<std::string>& lists, plist_t answer, KindExport& result,
                const std::string& doing);
+  // A file a record names: where it is, the name and date its copy gets.
+  struct Medium {
+    std::string path;
+    std::string name;
+    std::string date;
+  };
+
   void CopyRecord(const Kind& kind, plist_t record, KindExport& result);
-  Copied CopyFileOf(const Kind& kind, plist_t record, const std::string& path, KindExport& result);
+  // Copies a medium once, gives the record its copy's path.
+  void CopyMedium(const Kind& kind, plist_t record, const Medium& medium, KindExport& result);
+  Copied CopyFileOf(const Kind& kind, const Medium& medium, KindExport& result);
 
   BackupFiles files_;
   KindFolders media_;

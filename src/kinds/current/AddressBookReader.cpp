@@ -116,7 +116,7 @@ AddressBook ReadAddressBook(Database& database) {
   const std::string personQuery =
       "select ABPerson.ROWID AS ROWID, " +
       schema.SelectList("ABPerson", {"First", "Middle", "Last", "Organization", "Department", "Note", "Birthday",
-                                     "JobTitle", "Nickname", "CreationDate"}) +
+                                     "JobTitle", "Nickname", "CreationDate", "ModificationDate"}) +
       " from ABPerson";
   Database::Statement personRows(database, personQuery.c_str());
   const int rowId = personRows.Column("ROWID");
@@ -130,6 +130,7 @@ AddressBook ReadAddressBook(Database& database) {
   const int jobTitle = personRows.Column("JobTitle");
   const int nickname = personRows.Column("Nickname");
   const int created = personRows.Column("CreationDate");
+  const int modified = personRows.Column("ModificationDate");
   while (personRows.Step()) {
     Person person;
     person.id = personRows.Int64(rowId);
@@ -144,6 +145,7 @@ AddressBook ReadAddressBook(Database& database) {
                                GetEmptyViewIsNull(personRows.Text(jobTitle)),
                                GetEmptyViewIsNull(personRows.Text(nickname)),
                                LocalDateText(personRows.Text(created), TimeBase::Since2001)};
+    person.modificationDate = LocalDateText(personRows.Text(modified), TimeBase::Since2001);
     people.push_back(Reading{std::move(person), {}, {}});
   }
   const auto byId = [](const Reading& a, const Reading& b) { return a.person.id < b.person.id; };

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "common/PackedTexts.h"
+#include "kinds/current/ContactPictures.h"
 #include "kinds/current/PhoneDirectory.h"
 #include "kinds/current/StoredRecordKind.h"
 #include "libYH.h"
@@ -19,6 +20,8 @@ struct Person {
   // The PersonText texts (the birthday as a day), then each label and
   // value in row order.
   PackedTexts texts;
+  std::string modificationDate;  // local date text
+  ContactPicture picture;
 };
 
 // The address book as today's devices keep it, nothing lost: a structured
@@ -26,7 +29,10 @@ struct Person {
 // repeated label is kept, and a value without a label is kept under the name
 // of what it is. Also the directory that names the other parties of calls
 // and messages, from every address book of the backup. An empty array when
-// the backup holds no person.
+// the backup holds no person. Besides the described keys, a person has
+// "modification_date" and its picture's "picture_path" (a copy in the
+// record's private folder, written when the people are first read),
+// "picture_mime_type" and "picture_size".
 class Contact : public StoredRecordKind<Person> {
  public:
   Contact() : StoredRecordKind(WhenNone::EmptyList) {}
@@ -40,6 +46,7 @@ class Contact : public StoredRecordKind<Person> {
   void InsertKeys(const Person& person, plist_t dict) const override;
 
   PhoneDirectory directory_;
+  std::vector<ContactPicture> pictures_;  // of the first address book's people
 };
 
 }  // namespace current

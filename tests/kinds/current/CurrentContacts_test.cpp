@@ -16,8 +16,8 @@ const IndexKind kIndexKinds[] = {IndexKind::ManifestDb, IndexKind::Mbdb};
 // several lines, an unlabelled web page and a mobile number.
 AddressBook AdaBook(const std::string& schema) {
   AddressBook book(schema);
-  book.Person(1, "First, Last, Note, Birthday, CreationDate",
-              "'Ada', 'Lovelace', 'Analyst', '-496195200', 583675200")
+  book.Person(1, "First, Last, Note, Birthday, CreationDate, ModificationDate",
+              "'Ada', 'Lovelace', 'Analyst', '-496195200', 583675200, 600000000")
       .Label(1, "'_$!<Mobile>!$_'")
       .Label(2, "'_$!<Home>!$_'")
       .Value(10, 1, 1, "'+1 (617) 555-0199'")
@@ -37,7 +37,12 @@ const char kAda[] =
     "{\"id\":1u,\"name\":\"Ada Lovelace\",\"organization\":\"\",\"department\":\"\",\"note\":\"Analyst\","
     "\"birthday\":\"1985-04-12\",\"jobTitle\":\"\",\"nickName\":\"\",\"creationDate\":\"2019-07-01 12:00:00\","
     "\"properties\":{\"Mobile\":\"+1 (617) 555-0199\",\"Home\":\"555-0100\",\"Home 2\":\"ada@example.org\","
-    "\"Home 3\":\"12 St James's Square\nLondon\nSW1Y 4JH\nUnited Kingdom\",\"url\":\"https://ada.example\"}}";
+    "\"Home 3\":\"12 St James's Square\nLondon\nSW1Y 4JH\nUnited Kingdom\",\"url\":\"https://ada.example\"},"
+    "\"modification_date\":\"2020-01-06 10:40:00\",\"picture_path\":\"\",\"picture_mime_type\":\"\","
+    "\"picture_size\":0u}";
+// The keys of a person without a modification date or a picture.
+const char kNoExtras[] =
+    "\"modification_date\":\"\",\"picture_path\":\"\",\"picture_mime_type\":\"\",\"picture_size\":0u";
 
 TEST(CurrentContacts, NothingLostOfRepeatedLabelsAddressesAndUnlabelledValues) {
   for (const char* schema : {"AddressBook.sqlitedb-ios7", "AddressBook.sqlitedb-ios15"}) {
@@ -52,6 +57,23 @@ TEST(CurrentContacts, NothingLostOfRepeatedLabelsAddressesAndUnlabelledValues) {
   }
 }
 
+// Both dates are instants shown in the host's zone: Berlin is two hours
+// ahead in July and one in January.
+TEST(CurrentContacts, TheModificationDateIsALocalDate) {
+  TempDir root;
+  const std::string backup =
+      BackupBuilder(IndexKind::ManifestDb)
+          .AddDatabase("HomeDomain", kAddressBookPath, AdaBook("AddressBook.sqlitedb-ios15").Sql())
+          .Write(root.Path() + "b");
+  ScopedTimeZone berlin("Europe/Berlin");
+  ServedBackup served(backup, Service::Current);
+  const std::string answer = served.Answer(ContentContact);
+  EXPECT_NE(answer.find("\"creationDate\":\"2019-07-01 14:00:00\""), std::string::npos) << answer;
+  EXPECT_NE(answer.find("\"modification_date\":\"2020-01-06 11:40:00\""), std::string::npos) << answer;
+  ServedBackup described(backup, Service::Described);
+  EXPECT_EQ(described.Answer(ContentContact).find("modification_date"), std::string::npos);
+}
+
 TEST(CurrentContacts, PeopleAddedInTheWalAreListed) {
   TempDir root;
   const std::string backup = BackupBuilder(IndexKind::ManifestDb)
@@ -63,7 +85,8 @@ TEST(CurrentContacts, PeopleAddedInTheWalAreListed) {
   EXPECT_EQ(served.Answer(ContentContact),
             std::string("[") + kAda +
                 ",{\"id\":2u,\"name\":\"Grace\",\"organization\":\"\",\"department\":\"\",\"note\":\"\","
-                "\"birthday\":\"\",\"jobTitle\":\"\",\"nickName\":\"\",\"creationDate\":\"\",\"properties\":{}}]");
+                "\"birthday\":\"\",\"jobTitle\":\"\",\"nickName\":\"\",\"creationDate\":\"\",\"properties\":{}," +
+                kNoExtras + "}]");
   ServedBackup described(backup, Service::Described);
   EXPECT_EQ(described.Answer(ContentContact).find("Grace"), std::string::npos);
 }
@@ -90,8 +113,9 @@ TEST(CurrentContacts, PeopleOutOfOrderOrRepeatedAreListedByIdWithTheirValues) {
       "\"nickName\":\"\",\"creationDate\":\"\",";
   EXPECT_EQ(served.Answer(ContentContact),
             "[{\"id\":3u,\"name\":\"Grace Hopper\"," + empty +
-                "\"properties\":{\"Mobile\":\"555-0103\",\"Mobile 2\":\"555-0113\"}},"
-                "{\"id\":7u,\"name\":\"Ada Lovelace\"," + empty + "\"properties\":{\"Mobile\":\"555-0107\"}}]");
+                "\"properties\":{\"Mobile\":\"555-0103\",\"Mobile 2\":\"555-0113\"}," + kNoExtras +
+                "},{\"id\":7u,\"name\":\"Ada Lovelace\"," + empty + "\"properties\":{\"Mobile\":\"555-0107\"}," +
+                kNoExtras + "}]");
 }
 
 // Some address books write their line keys in lower case: they are matched

@@ -115,7 +115,9 @@ std::string Person(int id, const std::string& name, const std::string& organizat
                    const std::string& from) {
   return "{\"id\":" + std::to_string(id) + "u,\"name\":\"" + name + "\",\"organization\":\"" + organization +
          "\",\"department\":\"\",\"note\":\"\",\"birthday\":\"\",\"jobTitle\":\"\",\"nickName\":\"\","
-         "\"creationDate\":\"\",\"properties\":{" + properties + "},\"deleted_from\":\"" + from +
+         "\"creationDate\":\"\",\"properties\":{" + properties +
+         "},\"modification_date\":\"\",\"picture_path\":\"\",\"picture_mime_type\":\"\",\"picture_size\":0u,"
+         "\"deleted_from\":\"" + from +
          "\",\"deleted_date\":\"\"}";
 }
 

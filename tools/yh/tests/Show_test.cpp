@@ -64,8 +64,9 @@ void ExpectSameTree(const Json& json, plist_t node, const std::string& where) {
     case PLIST_STRING: {
       char* text = nullptr;
       plist_get_string_val(node, &text);
-      EXPECT_TRUE(json.is_string());
-      EXPECT_EQ(json, text);
+      ASSERT_TRUE(json.is_string());
+      // Each run writes the pictures into a private folder of its own.
+      EXPECT_EQ(WithoutPrivateFolders(json.get<std::string>()), WithoutPrivateFolders(text));
       std::free(text);
       break;
     }
@@ -189,7 +190,8 @@ TEST(YhShow, XmlIsLibplistsOwn) {
       const yh::Plist answer = Answer(SamplePath(sample), kind.contentType);
       // A kind with nothing is an empty array: a property list has no null.
       const yh::Plist empty(plist_new_array());
-      EXPECT_EQ(run.out, LibplistXml(answer ? answer.get() : empty.get()));
+      EXPECT_EQ(WithoutPrivateFolders(run.out),
+                WithoutPrivateFolders(LibplistXml(answer ? answer.get() : empty.get())));
     }
   }
 }
@@ -326,7 +328,8 @@ TEST(YhShow, ContactPropertiesAreOneRowEachWithThePersonsId) {
   const auto rows = ParseCsv(OutOf(Show(kOldSample, "contacts", "csv")));
   ASSERT_EQ(rows.size(), 7u);
   EXPECT_EQ(rows[3], (std::vector<std::string>{"2", "Kate Bell", "Creative Consulting", "", "", "", "Producer", "",
-                                               "2014-02-03 18:30:00", "Mobile", "+1 (555) 564-8583"}));
+                                               "2014-02-03 18:30:00", "Mobile", "+1 (555) 564-8583", "", "", "",
+                                               "0"}));
   EXPECT_EQ(rows[4][0], "2");
   EXPECT_EQ(rows[4][9], "Home");
 }
@@ -345,7 +348,7 @@ void ExpectEveryKindInOrder(const Json& all, const std::function<YhResult(const 
   for (const auto& [name, answer] : all.items()) {
     const yh::Kind& kind = yh::Kinds()[i++];
     EXPECT_EQ(name, kind.name);
-    EXPECT_EQ(answer, Json::parse(OutOf(show(kind.name))));
+    EXPECT_EQ(WithoutCopyPaths(answer), WithoutCopyPaths(Json::parse(OutOf(show(kind.name)))));
   }
 }
 

@@ -1,6 +1,7 @@
 #include "YhRun.h"
 
 #include <fstream>
+#include <regex>
 #include <sstream>
 
 #include "RunProcess.h"
@@ -72,7 +73,13 @@ std::string ReadFile(const std::string& path) {
   return ::testing::AssertionFailure() << "\"" << text << "\" does not hold \"" << part << "\"";
 }
 
+std::string WithoutPrivateFolders(const std::string& text) {
+  static const std::regex kPrivate(R"([^"\s,<>]*libYH-[A-Za-z0-9]+[/\\])");
+  return std::regex_replace(text, kPrivate, "<private>/");
+}
+
 nlohmann::ordered_json WithoutCopyPaths(nlohmann::ordered_json json) {
+  if (json.is_string()) return WithoutPrivateFolders(json.get<std::string>());
   if (json.is_object()) {
     json.erase("exported_path");
     json.erase("preview_path");

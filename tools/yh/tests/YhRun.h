@@ -43,8 +43,13 @@ std::string ReadFile(const std::string& path);
 // Succeeds when `text` holds `part`; a failure shows both.
 ::testing::AssertionResult Contains(const std::string& text, const std::string& part);
 
+// A text with every path into a record's private folder (the pictures the
+// library writes out there, a new folder each run) cut to "<private>/".
+std::string WithoutPrivateFolders(const std::string& text);
+
 // A JSON answer as yh wrote it into an export or a report without the paths
-// it adds ("exported_path", "preview_path"), at any depth: what yh show gives.
+// it adds ("exported_path", "preview_path"), at any depth, and its texts
+// WithoutPrivateFolders: what yh show gives, so cut.
 nlohmann::ordered_json WithoutCopyPaths(nlohmann::ordered_json json);
 
 // The data a report's data script (data/NAME.js) hands to the page under

@@ -35,7 +35,7 @@
     if (how === 'properties') {
       return properties(record).map(function ([label, value]) { return label + ': ' + value; }).join('\n');
     }
-    if (how === 'audio') return '';
+    if (how === 'audio' || how === 'picture') return '';
     if (how === 'deleted') {
       return YH.isDeleted(record) ? [record.deleted_from, record.deleted_date].map(text).filter(Boolean).join(' ') : '';
     }
@@ -71,6 +71,17 @@
     return el('audio', {controls: true, preload: 'none', src: playable});
   }
 
+  // A contact's picture as a small thumbnail (its preview where browsers
+  // show no such file) linked to its copy; nothing for a contact without one.
+  function pictureCell(record) {
+    const href = YH.fileHref(record.exported_path);
+    if (!href) return null;
+    const shown = YH.fileHref(record.preview_path) || (YH.PICTURES.test(record.exported_path) ? href : null);
+    if (!shown) return el('a', {href: href}, YH.fileName(record));
+    return el('a', {href: href}, el('img', {src: shown, alt: 'Picture of ' + text(record.name), className: 'avatar',
+      loading: 'lazy', decoding: 'async'}));
+  }
+
   function cell(kind, record, key, how, value) {
     if (how === 'link' && YH.isWebAddress(value)) {
       return el('a', {href: value, rel: 'noreferrer noopener', target: '_blank'}, value);
@@ -80,6 +91,7 @@
     if (how === 'deleted') {
       return YH.isDeleted(record) ? el('span', null, YH.deletedMark(record), ' ' + text(record.deleted_date)) : null;
     }
+    if (how === 'picture') return pictureCell(record);
     return el('span', {className: how === 'long' ? 'long' : ''}, String(value));
   }
 
@@ -111,7 +123,7 @@
       const button = el('button', {type: 'button'}, heading);
       const th = el('th', {scope: 'col'}, button);
       th.dataset.key = key;
-      if (how === 'audio') {
+      if (how === 'audio' || how === 'picture') {
         th.replaceChildren(heading);
       } else {
         button.addEventListener('click', function () {

@@ -164,6 +164,19 @@ describe('the report of a Manifest.db sample', () => {
     await page.screenshot({path: path.join(out, 'contacts.png')});
   });
 
+  test("shows each contact's picture linked to its copy", async () => {
+    await go(page, '#kind/contacts', '#table tbody tr');
+    const pictures = await page.$$eval('#table tbody td:nth-child(2)', (cells) => cells.map((cell) => {
+      const link = cell.querySelector('a');
+      return link && [link.getAttribute('href'), link.querySelector('img').getAttribute('src')];
+    }));
+    assert.deepEqual(pictures, [['media/contacts/1.jpg', 'media/contacts/1.jpg'],
+      ['media/contacts/2.jpg', 'media/contacts/2.jpg'], null]);
+    await page.waitForFunction(() => [...document.images].every((image) => image.complete && image.naturalWidth));
+    assert.deepEqual(await columnTexts(page, 10), ['2023-08-30 17:05:00', '2023-04-02 16:45:00', '2023-09-01 12:00:00']);
+    await page.screenshot({path: path.join(out, 'contact-pictures.png')});
+  });
+
   test('shows the service of each call and marks the missed ones', async () => {
     await go(page, '#kind/calls', '#table tbody tr');
     assert.deepEqual(await columnTexts(page, 6), ['FaceTime Audio', 'Phone', 'FaceTime Video', 'Phone']);
