@@ -37,6 +37,9 @@ const size_t kMaxFragment = 3;
 // Longest payload-length and rowid varints before a record header that a
 // carved freeblock cell is looked for after.
 const size_t kMaxPrefix = 9;
+// The longest value whose serial type takes one byte (below 128: a text or
+// blob of 57 bytes), as a freeblock cell's overwritten first type must.
+const int64_t kLongestOneByteTypeValue = 57;
 
 // Whether the bytes from `from` up to `end` are the last bytes of the varint
 // of `headerLength` (the ones before `from` were overwritten).
@@ -73,6 +76,14 @@ bool Carver::TypeFits(size_t column, int64_t type) const {
       return true;
   }
   return false;
+}
+
+bool Carver::RestFits(const std::vector<int64_t>& rest) const {
+  if (rest.size() + 1 != table_.columns.size()) return false;
+  for (size_t i = 0; i < rest.size(); ++i) {
+    if (!TypeFits(i + 1, rest[i])) return false;
+  }
+  return true;
 }
 
 bool Carver::Fits(const std::vector<int64_t>& types) const {
@@ -115,27 +126,40 @@ std::optional<CarvedRecord> Carver::Assemble(std::string_view page, size_t cellS
   return record;
 }
 
+CellStart ReadCellStart(std::string_view page, size_t offset, size_t limit) {
+  const std::string_view region = page.substr(0, std::min(limit, page.size()));
+  CellStart start;
+  const int sizeLength = ReadVarint(region, offset, &start.payloadSize);
+  if (sizeLength == 0) return start;
+  const int rowidLength = ReadVarint(region, offset + sizeLength, &start.rowid);
+  if (rowidLength == 0 || start.rowid <= 0) return start;
+  start.payloadStart = offset + sizeLength + rowidLength;
+  start.headerLengthSize = ReadVarint(region, start.payloadStart, &start.headerLength);
+  start.valid = start.headerLengthSize != 0 && start.headerLengthSize <= 3 && start.payloadSize >= start.headerLength;
+  return start;
+}
+
 std::optional<CarvedRecord> Carver::CellAt(std::string_view page, size_t offset, size_t limit) const {
-  limit = std::min(limit, page.size());
-  const std::string_view region = page.substr(0, limit);
-  int64_t payloadSize = 0;
-  int64_t rowid = 0;
-  int64_t headerLength = 0;
-  const int sizeLength = ReadVarint(region, offset, &payloadSize);
-  if (sizeLength == 0) return std::nullopt;
-  const int rowidLength = ReadVarint(region, offset + sizeLength, &rowid);
-  if (rowidLength == 0 || rowid <= 0) return std::nullopt;
-  const size_t payloadStart = offset + sizeLength + rowidLength;
-  const int headerLengthSize = ReadVarint(region, payloadStart, &headerLength);
+  return CellAt(page, offset, limit, ReadCellStart(page, offset, limit));
+}
+
+std::optional<CarvedRecord> Carver::CellAt(std::string_view page, size_t offset, size_t limit,
+                                           const CellStart& start) const {
   // The header length, then at least one byte per column's type.
   const int64_t columns = static_cast<int64_t>(table_.columns.size());
-  if (headerLengthSize == 0 || headerLengthSize > 3 || headerLength < headerLengthSize + columns ||
-      headerLength > headerLengthSize + 9 * columns || payloadSize < headerLength) {
+  const int64_t headerLength = start.headerLength;
+  if (!start.valid || headerLength < start.headerLengthSize + columns ||
+      headerLength > start.headerLengthSize + 9 * columns) {
     return std::nullopt;
   }
+  limit = std::min(limit, page.size());
+  const std::string_view region = page.substr(0, limit);
+  const size_t payloadStart = start.payloadStart;
+  const int64_t payloadSize = start.payloadSize;
+  const int64_t rowid = start.rowid;
   std::vector<int64_t> types;
   size_t typesEnd = 0;
-  const size_t typesStart = payloadStart + headerLengthSize;
+  const size_t typesStart = payloadStart + start.headerLengthSize;
   if (!ReadSerialTypes(region, typesStart, table_.columns.size(), &types, &typesEnd)) return std::nullopt;
   if (static_cast<int64_t>(typesEnd - payloadStart) != headerLength || HeaderLength(types) != headerLength) {
     return std::nullopt;
@@ -146,25 +170,23 @@ std::optional<CarvedRecord> Carver::CellAt(std::string_view page, size_t offset,
   return record;
 }
 
-std::vector<int64_t> Carver::TypesOfLength(size_t column, int64_t length, const std::vector<int64_t>& seen) const {
-  std::vector<int64_t> candidates;
+Carver::Types Carver::TypesOfLength(size_t column, int64_t length, const std::vector<int64_t>& seen) const {
+  Types candidates;
+  const auto add = [&](int64_t type) {
+    if (SerialTypeLength(type) != length || !TypeFits(column, type) || VarintLength(type) != 1) return;
+    if (std::find(candidates.begin(), candidates.end(), type) == candidates.end()) {
+      candidates.types[candidates.count++] = type;
+    }
+  };
   if (length == 0) {
     // NULL, 0 and 1 take no bytes: the intact records say which is usual.
-    candidates = seen;
-    for (int64_t type : {0, 8, 9}) candidates.push_back(type);
-    candidates.erase(std::remove_if(candidates.begin(), candidates.end(),
-                                    [](int64_t type) { return SerialTypeLength(type) != 0; }),
-                     candidates.end());
+    for (int64_t type : seen) add(type);
+    for (int64_t type : {0, 8, 9}) add(type);
   } else {
-    for (int64_t type = 1; type <= 7; ++type) {
-      if (SerialTypeLength(type) == length) candidates.push_back(type);
-    }
-    candidates.push_back(12 + 2 * length);
-    candidates.push_back(13 + 2 * length);
+    for (int64_t type = 1; type <= 7; ++type) add(type);
+    add(12 + 2 * length);
+    add(13 + 2 * length);
   }
-  candidates.erase(std::remove_if(candidates.begin(), candidates.end(),
-                                  [&](int64_t type) { return !TypeFits(column, type) || VarintLength(type) != 1; }),
-                   candidates.end());
   return candidates;
 }
 
@@ -196,11 +218,18 @@ std::optional<CarvedRecord> Carver::FreeblockCell(std::string_view page, size_t 
   // serial type the fourth: the rest of the types follow.
   std::vector<int64_t> rest;
   size_t restEnd = 0;
-  const bool restRead = ReadSerialTypes(region, typesStart, columns - 1, &rest, &restEnd) && BodyLength(rest) >= 0;
+  // Rest types that do not fit the columns after the first make no record
+  // whatever the first type.
+  const bool restRead = ReadSerialTypes(region, typesStart, columns - 1, &rest, &restEnd) && BodyLength(rest) >= 0 &&
+                        RestFits(rest);
+  std::vector<int64_t> withRest;  // the first type, then the rest
   auto withFirst = [&](int64_t first) {
-    std::vector<int64_t> types{first};
-    types.insert(types.end(), rest.begin(), rest.end());
-    return Assemble(page, offset, offset + 3, limit, types);
+    if (withRest.empty()) {
+      withRest.push_back(first);
+      withRest.insert(withRest.end(), rest.begin(), rest.end());
+    }
+    withRest[0] = first;
+    return Assemble(page, offset, offset + 3, limit, withRest);
   };
   if (restRead) {
     const int64_t known = static_cast<int64_t>(restEnd - offset) + BodyLength(rest);
@@ -232,7 +261,8 @@ std::optional<CarvedRecord> Carver::FreeblockCell(std::string_view page, size_t 
   std::vector<CarvedRecord> ending;
   std::vector<int64_t> endingTypes;
   const int64_t known = static_cast<int64_t>(restEnd - offset) + BodyLength(rest);
-  for (int64_t length = 0; length <= static_cast<int64_t>(limit - offset) - known; ++length) {
+  const int64_t longest = std::min(static_cast<int64_t>(limit - offset) - known, kLongestOneByteTypeValue);
+  for (int64_t length = 0; length <= longest; ++length) {
     for (int64_t first : TypesOfLength(0, length, {})) {
       std::optional<CarvedRecord> record = withFirst(first);
       if (!record || !FreedCellsFill(page, record->end, limit)) continue;

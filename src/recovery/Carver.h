@@ -20,6 +20,20 @@ struct CarvedRecord {
   bool partial = false;  // its overflow chain was cut: values past the cut are NULL
 };
 
+// What a table leaf cell begins with, read before any table is tried: the
+// payload's length, the rowid and the record header's length.
+struct CellStart {
+  bool valid = false;  // false when these do not decode as a cell's
+  int64_t payloadSize = 0;
+  int64_t rowid = 0;
+  int64_t headerLength = 0;
+  int headerLengthSize = 0;
+  size_t payloadStart = 0;
+};
+
+// The start of a cell at page[offset], reading no byte from `limit` on.
+CellStart ReadCellStart(std::string_view page, size_t offset, size_t limit);
+
 // Rebuilds records of one table from free bytes. A record is returned only
 // when all of it decodes consistently with the table: one serial type per
 // column, each allowed by the column's declared type, lengths inside the
@@ -35,6 +49,8 @@ class Carver {
 
   // A whole cell (payload length, rowid, record) at page[offset], ending by `limit`.
   std::optional<CarvedRecord> CellAt(std::string_view page, size_t offset, size_t limit) const;
+  // The same with its start read by ReadCellStart(page, offset, limit).
+  std::optional<CarvedRecord> CellAt(std::string_view page, size_t offset, size_t limit, const CellStart& start) const;
 
   // A cell whose first four bytes a freeblock's header (next pointer and
   // size) overwrote: the cell's payload length, rowid, header length and,
@@ -56,6 +72,8 @@ class Carver {
   std::vector<Affinity> affinities_;
 
   bool TypeFits(size_t column, int64_t type) const;
+  // Whether the serial types fit the columns after the first.
+  bool RestFits(const std::vector<int64_t>& rest) const;
   // The record whose serial types, these, start at typesStart (after the
   // header length's varint), through its overflow chain. A chain that
   // reaches a freelist trunk gives the record's start, marked partial.
@@ -66,8 +84,15 @@ class Carver {
   // kept the header it got then, whose size is the cell's (or more, when it
   // took in free space after it).
   bool FreedCellsFill(std::string_view page, size_t from, size_t limit) const;
-  // Serial types of a value of `length` bytes the column allows.
-  std::vector<int64_t> TypesOfLength(size_t column, int64_t length, const std::vector<int64_t>& seen) const;
+  // Serial types of one byte that a value of `length` bytes of the column
+  // may have, each once; for a length of 0 those of `seen` first.
+  struct Types {
+    int64_t types[8];
+    size_t count = 0;
+    const int64_t* begin() const { return types; }
+    const int64_t* end() const { return types + count; }
+  };
+  Types TypesOfLength(size_t column, int64_t length, const std::vector<int64_t>& seen) const;
 };
 
 #endif

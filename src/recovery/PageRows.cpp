@@ -38,8 +38,9 @@ void PageRows::Add(const PageImage& page, size_t table, CarvedRecord record, Row
 }
 
 std::optional<CarvedRecord> PageRows::RecordAt(std::string_view page, size_t offset, size_t end, bool damaged,
-                                               size_t table, const std::vector<int64_t>& firstTypes) const {
-  std::optional<CarvedRecord> record = carvers_[table].CellAt(page, offset, end);
+                                               size_t table, const std::vector<int64_t>& firstTypes,
+                                               const CellStart& start) const {
+  std::optional<CarvedRecord> record = carvers_[table].CellAt(page, offset, end, start);
   if (!record && damaged) record = carvers_[table].FreeblockCell(page, offset, end, firstTypes);
   return record;
 }
@@ -51,8 +52,11 @@ void PageRows::Carve(const PageImage& page, size_t start, size_t end, bool freeb
   bool damaged = freeblock;
   while (offset < end) {
     std::optional<CarvedRecord> record;
+    // Read once for every table: at most offsets no cell starts.
+    const CellStart cell = ReadCellStart(page.bytes, offset, end);
     for (size_t table : candidates) {
-      record = RecordAt(page.bytes, offset, end, damaged, table, firstTypes);
+      if (!cell.valid && !damaged) break;
+      record = RecordAt(page.bytes, offset, end, damaged, table, firstTypes, cell);
       if (record) {
         offset = record->end;
         Add(page, table, std::move(*record), source, rows);

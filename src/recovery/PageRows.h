@@ -73,8 +73,10 @@ class PageRows {
   // the cells that fill the block they name are carved.
   void CarveEmptiedPage(const PageImage& page, size_t start, size_t end, const std::vector<size_t>& candidates,
                         RowSource source, std::vector<RecoveredRow>* rows) const;
+  // The record of `table` at page[offset]: a whole cell (whose start is
+  // `start`), else, when the cell may have lost its first bytes, a freeblock's.
   std::optional<CarvedRecord> RecordAt(std::string_view page, size_t offset, size_t end, bool damaged, size_t table,
-                                       const std::vector<int64_t>& firstTypes) const;
+                                       const std::vector<int64_t>& firstTypes, const CellStart& start) const;
   void Add(const PageImage& page, size_t table, CarvedRecord record, RowSource source,
            std::vector<RecoveredRow>* rows) const;
 };

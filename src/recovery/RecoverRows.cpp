@@ -1,6 +1,7 @@
 #include "recovery/RecoverRows.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <functional>
 #include <unordered_map>
 #include <unordered_set>
@@ -48,7 +49,7 @@ void ForEachLiveLeaf(const FileImage& image, const std::vector<TableShape>& tabl
 
 }  // namespace
 
-RecoveredRows RecoverRows(const FileImage& image, bool withLive) {
+RecoveredRows RecoverRows(const FileImage& image, bool withLive, const LiveValues& liveValues) {
   RecoveredRows result;
   result.tables = ReadSchema(image);
   std::vector<TableShape> dropped = DroppedTables(image, result.tables);
@@ -107,17 +108,29 @@ RecoveredRows RecoverRows(const FileImage& image, bool withLive) {
                         [&](const SqlValues& entry) { classifier.MeetIndexEntry(table, key, entry); });
     }
   }
+  std::vector<size_t> kept(result.tables.size(), SIZE_MAX);
+  for (size_t table = 0; liveValues && table < kept.size(); ++table) kept[table] = liveValues(result.tables[table]);
   ForEachLiveLeaf(image, result.tables, readable, [&](const PageImage& page, const BtreePage& header, size_t table) {
     if (!withLive && !classifier.Wants(table)) return;
     pageRows.ReadCells(page, header, table, [&](RecoveredRow& row) {
       classifier.Meet(row);
-      if (withLive) result.rows.push_back(row);
+      if (!withLive) return;
+      if (row.values.size() <= kept[table]) {
+        result.rows.push_back(row);
+        return;
+      }
+      // The values past those kept are not copied at all.
+      SqlValues values;
+      std::swap(values, row.values);
+      result.rows.push_back(row);
+      result.rows.back().values.assign(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(kept[table]));
+      std::swap(values, row.values);
     });
   });
-  std::vector<bool> kept(found.size());
-  for (size_t i = 0; i < found.size(); ++i) kept[i] = classifier.Classify(i, &found[i]);
+  std::vector<bool> reported(found.size());
+  for (size_t i = 0; i < found.size(); ++i) reported[i] = classifier.Classify(i, &found[i]);
   for (size_t i = 0; i < found.size(); ++i) {
-    if (kept[i]) result.rows.push_back(std::move(found[i]));
+    if (reported[i]) result.rows.push_back(std::move(found[i]));
   }
   return result;
 }

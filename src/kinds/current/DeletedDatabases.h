@@ -8,7 +8,6 @@
 #include "kinds/StoredFiles.h"
 #include "kinds/current/Deletion.h"
 #include "kinds/current/LostRows.h"
-#include "kinds/current/StoredDatabaseRows.h"
 #include "kinds/current/StoredDatabases.h"
 #include "libYH.h"
 
@@ -24,7 +23,7 @@ auto ReadDeletedDatabases(const BackupDevice* device, const std::vector<StoredFi
   using Records = decltype(reader(std::declval<Database&>()));
   std::vector<Deleted<typename Records::value_type>> deleted;
   for (const StoredFile& file : files) {
-    ForEachLostLayer(RecoverStoredDatabase(device, file), lost, [&](Database& database, const Deletion& deletion) {
+    ForEachLostLayer(device, file, lost, [&](Database& database, const Deletion& deletion) {
       for (auto& record : reader(database)) deleted.push_back({std::move(record), deletion});
     });
   }

@@ -9,6 +9,7 @@
 #include <unordered_set>
 
 #include "kinds/current/ScratchDatabase.h"
+#include "kinds/current/StoredDatabaseRows.h"
 
 namespace current {
 namespace {
@@ -138,6 +139,19 @@ void ForEachLostLayer(const RecoveredRows& rows, const LostRowsOf& lost,
     scratch.Add(positions, ScratchDatabase::WhenTaken::Replace);
     read(scratch.Get(), Deletion{RowSourceName(std::get<0>(key)), "", std::get<1>(key) == RowStatus::EarlierVersion});
   }
+}
+
+void ForEachLostLayer(const BackupDevice* device, const StoredFile& file, const LostRowsOf& lost,
+                      const std::function<void(Database& database, const Deletion& deletion)>& read) {
+  const LiveValues liveValues = [&lost](const TableShape& table) -> size_t {
+    if (lost.keepLiveSubjects || !Named(lost.subjects, table.name)) return SIZE_MAX;
+    size_t kept = 0;  // through the identity column, the last of its name as ColumnOf finds it
+    for (size_t at = 0; at < table.columns.size() && !lost.identity.empty(); ++at) {
+      if (Named({lost.identity}, table.columns[at].name)) kept = at + 1;
+    }
+    return kept;
+  };
+  ForEachLostLayer(RecoverStoredDatabase(device, file, liveValues), lost, read);
 }
 
 }  // namespace current

@@ -6,7 +6,9 @@
 #include <vector>
 
 #include "common/Database.h"
+#include "kinds/StoredFiles.h"
 #include "kinds/current/Deletion.h"
+#include "libYH.h"
 #include "recovery/RecoveredRow.h"
 
 namespace current {
@@ -39,6 +41,12 @@ struct LostRowsOf {
 // the next layer. A content found in several places counts once, with its
 // rowid when one place kept it. `read` is not called when nothing was lost.
 void ForEachLostLayer(const RecoveredRows& rows, const LostRowsOf& lost,
+                      const std::function<void(Database& database, const Deletion& deletion)>& read);
+
+// The same for the rows of a stored database (see RecoverStoredDatabase),
+// whose subjects' live rows are kept only as far as the layers need them:
+// their identity, unless they stay beside the lost ones.
+void ForEachLostLayer(const BackupDevice* device, const StoredFile& file, const LostRowsOf& lost,
                       const std::function<void(Database& database, const Deletion& deletion)>& read);
 
 }  // namespace current

@@ -7,7 +7,6 @@
 #include "kinds/current/DeletedMessages.h"
 #include "kinds/current/LostRows.h"
 #include "kinds/current/MessageReaders.h"
-#include "kinds/current/StoredDatabaseRows.h"
 #include "kinds/current/StoredDatabases.h"
 
 namespace current {
@@ -88,7 +87,7 @@ std::vector<Deleted<Conversation>> Sms::ReadDeleted(const BackupDevice* device) 
     MergeById(conversations, ReadStoredDatabases(device, std::vector<StoredFile>{file}, [](Database& database) {
                 return ReadMessageDatabase(database, MessageSelection::RecentlyDeleted);
               }));
-    ForEachLostLayer(RecoverStoredDatabase(device, file), kLostMessages,
+    ForEachLostLayer(device, file, kLostMessages,
                      [&conversations](Database& database, const Deletion& deletion) {
                        std::vector<Conversation> layer = ReadMessageDatabase(database);
                        MarkDeleted(layer, deletion);

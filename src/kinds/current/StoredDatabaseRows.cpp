@@ -7,7 +7,6 @@
 #include "recovery/ByteSource.h"
 #include "recovery/FileBytes.h"
 #include "recovery/FileImage.h"
-#include "recovery/RecoverRows.h"
 
 namespace current {
 namespace {
@@ -27,9 +26,9 @@ std::unique_ptr<ByteSource> BesideBytes(const BackupDevice* device, const Stored
 
 }  // namespace
 
-RecoveredRows RecoverStoredDatabase(const BackupDevice* device, const StoredFile& file) {
+RecoveredRows RecoverStoredDatabase(const BackupDevice* device, const StoredFile& file, const LiveValues& liveValues) {
   const FileImage image(StoredBytes(file.path), BesideBytes(device, file, "-wal"), BesideBytes(device, file, "-journal"));
-  return RecoverRows(image, true);
+  return RecoverRows(image, true, liveValues);
 }
 
 }  // namespace current

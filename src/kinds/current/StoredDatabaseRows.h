@@ -3,6 +3,7 @@
 
 #include "kinds/StoredFiles.h"
 #include "libYH.h"
+#include "recovery/RecoverRows.h"
 #include "recovery/RecoveredRow.h"
 
 namespace current {
@@ -10,8 +11,9 @@ namespace current {
 // Every row a stored database holds, read page by page and never through
 // SQLite: the file where kinds read it (the decrypted copy of an encrypted
 // backup) with the -wal and -journal files the index lists beside it. The
-// one place the kinds ask the recovery reader.
-RecoveredRows RecoverStoredDatabase(const BackupDevice* device, const StoredFile& file);
+// one place the kinds ask the recovery reader. `liveValues` as for RecoverRows.
+RecoveredRows RecoverStoredDatabase(const BackupDevice* device, const StoredFile& file,
+                                    const LiveValues& liveValues = nullptr);
 
 }  // namespace current
 

@@ -3,7 +3,6 @@
 #include "common/PlistHelpers.h"
 #include "kinds/current/DeletedMessages.h"
 #include "kinds/current/LostRows.h"
-#include "kinds/current/StoredDatabaseRows.h"
 #include "kinds/current/StoredDatabases.h"
 #include "kinds/current/WhatsAppChatReader.h"
 #include "kinds/current/WhatsAppFiles.h"
@@ -172,7 +171,7 @@ std::vector<Deleted<WhatsAppChat>> WhatsApp::ReadDeleted(const BackupDevice* dev
   for (const StoredFile& file : WhatsAppFilesAt(device, kChatDatabase)) {
     ChatsById<WhatsAppChat> chats;
     const LocateInDomain locate = LocatorOf(device, file);
-    ForEachLostLayer(RecoverStoredDatabase(device, file), kLostMessages,
+    ForEachLostLayer(device, file, kLostMessages,
                      [&](Database& database, const Deletion& deletion) {
                        std::vector<WhatsAppChat> layer = ReadChatStorage(database, locate).chats;
                        MarkDeleted(layer, deletion);
