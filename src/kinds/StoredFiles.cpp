@@ -45,7 +45,9 @@ std::vector<StoredFile> StoredFilesAt(const BackupDevice* device, const std::str
 }
 
 // The path map holds one record per relative path; only when that one lies
-// in another domain are the records scanned for the one asked for.
+// in another domain and others have the path too are the records scanned for
+// the one asked for (a kind looks for its database in each of its app's
+// domains, and most hold none).
 std::optional<StoredFile> StoredFileIn(const BackupDevice* device, const std::string& domain,
                                        const std::string& relativePath) {
   IndexReader* reader = ReaderOf(device);
@@ -53,6 +55,7 @@ std::optional<StoredFile> StoredFileIn(const BackupDevice* device, const std::st
   const std::optional<size_t> hit = reader->MappedAt(relativePath);
   if (!hit) return std::nullopt;
   if (reader->DomainAt(*hit) == domain) return FileAt(device, *reader, *hit);
+  if (!reader->Repeated(relativePath)) return std::nullopt;
   std::vector<StoredFile> found = Find(device, *reader, [&](std::string_view fileDomain, std::string_view path) {
     return fileDomain == domain && path == relativePath;
   });

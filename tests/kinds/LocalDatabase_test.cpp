@@ -107,6 +107,7 @@ TEST(StoredFiles, FindsFilesByPathAndDomainOnBothIndexKinds) {
     EXPECT_EQ(StoredFileIn(device.Get(), "AppDomain-x", "Library/a")->path, both[1].path);
     EXPECT_FALSE(StoredFileIn(device.Get(), "OtherDomain", "Library/a").has_value());
     EXPECT_FALSE(StoredFileIn(device.Get(), "HomeDomain", "Library/c").has_value());
+    EXPECT_FALSE(StoredFileIn(device.Get(), "AppDomain-x", "Library/b").has_value());
     const std::vector<StoredFile> one = StoredFilesAt(device.Get(), "Library/b");
     ASSERT_EQ(one.size(), 1u);
     EXPECT_EQ(one[0].path, backup + builder.StoredPath("HomeDomain", "Library/b"));

@@ -13,6 +13,10 @@
 namespace current {
 namespace {
 
+// How many messages ahead their texts are asked for while a chat's are gone
+// through.
+constexpr size_t kAhead = 8;
+
 void InsertAttachment(const WhatsAppAttachment& attachment, plist_t message) {
   plist_t item = plist_new_dict();
   InsertAttachmentKeys(attachment.file, item);
@@ -138,7 +142,11 @@ void WhatsApp::Name(const BackupDevice* device, WhatsAppChat& chat, FoundNames& 
   // A chat's messages come mostly from one sender at a time.
   std::string_view last;
   const std::string* lastName = nullptr;
-  for (WhatsAppMessage& message : chat.messages) {
+  for (size_t at = 0; at < chat.messages.size(); ++at) {
+    WhatsAppMessage& message = chat.messages[at];
+    if (at + kAhead < chat.messages.size()) chat.messages[at + kAhead].texts.Prefetch();
+    // The owner's messages name no sender.
+    if (message.fromMe) continue;
     const std::string_view sender = message.texts.View(WhatsAppMessage::kSender);
     if (sender.empty()) continue;
     if (sender != last) {
@@ -203,7 +211,9 @@ void WhatsApp::InsertKeys(const WhatsAppChat& chat, plist_t dict) const {
   InsertPlistDictString(dict, "another", chat.another.c_str());
   plist_t messages = plist_new_array();
   std::string scratch;
-  for (const WhatsAppMessage& message : chat.messages) {
+  for (size_t at = 0; at < chat.messages.size(); ++at) {
+    if (at + kAhead < chat.messages.size()) chat.messages[at + kAhead].texts.Prefetch();
+    const WhatsAppMessage& message = chat.messages[at];
     plist_array_append_item(messages,
                             MessageDict(message, scratch, message.deletion ? &MarkOf(chat, message) : nullptr));
   }

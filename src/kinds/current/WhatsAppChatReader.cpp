@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <functional>
+#include <optional>
 #include <unordered_map>
+#include <utility>
 
 #include "common/LocalDate.h"
 #include "common/SchemaInfo.h"
@@ -16,13 +19,21 @@ namespace {
 // The chats read so far and where each session's chat lies.
 struct Chats {
   std::vector<WhatsAppChat> list;
-  std::unordered_map<int64_t, size_t> bySession;
+  // Each session's rowid with its chat's position, in rowid order as read:
+  // a hundred thousand messages each look theirs up.
+  std::vector<std::pair<int64_t, size_t>> bySession;
   std::unordered_map<std::string, size_t> byAddress;  // the first chat of each address
 
-  WhatsAppChat& Add(std::string id) {
+  size_t Add(std::string id) {
     list.emplace_back();
     list.back().id = std::move(id);
-    return list.back();
+    return list.size() - 1;
+  }
+
+  std::optional<size_t> OfSession(int64_t rowId) const {
+    const auto at = std::lower_bound(bySession.begin(), bySession.end(), std::make_pair(rowId, size_t{0}));
+    if (at == bySession.end() || at->first != rowId) return std::nullopt;
+    return at->second;
   }
 };
 
@@ -43,9 +54,9 @@ void ReadSessions(Database& database, const SchemaInfo& schema, Chats& chats) {
   const int jid = rows.Column("ZCONTACTJID");
   const int partnerName = rows.Column("ZPARTNERNAME");
   while (rows.Step()) {
-    chats.bySession[rows.Int64(rowId)] = chats.list.size();
+    chats.bySession.emplace_back(rows.Int64(rowId), chats.list.size());
     chats.byAddress.try_emplace(rows.WholeText(jid), chats.list.size());
-    chats.Add(rows.WholeText(jid)).partnerName = rows.WholeText(partnerName);
+    chats.list[chats.Add(rows.WholeText(jid))].partnerName = rows.WholeText(partnerName);
   }
 }
 
@@ -57,8 +68,8 @@ void ReadMembers(Database& database, const SchemaInfo& schema, Chats& chats) {
   const int session = rows.Column("ZCHATSESSION");
   const int member = rows.Column("ZMEMBERJID");
   while (rows.Step()) {
-    const auto chat = chats.bySession.find(rows.Int64(session));
-    if (chat != chats.bySession.end()) AddParticipant(chats.list[chat->second], rows.WholeText(member));
+    const std::optional<size_t> chat = chats.OfSession(rows.Int64(session));
+    if (chat) AddParticipant(chats.list[*chat], rows.WholeText(member));
   }
 }
 
@@ -79,22 +90,28 @@ std::vector<std::pair<std::string, std::string>> ReadPushNames(Database& databas
 }
 
 // The chat of a message: its session's, else the first of its other party.
-WhatsAppChat& ChatOf(Chats& chats, const Database::Statement& rows, const MessageColumns& columns) {
+size_t ChatOf(Chats& chats, const Database::Statement& rows, const MessageColumns& columns) {
   if (!rows.IsNull(columns.session)) {
-    const auto chat = chats.bySession.find(rows.Int64(columns.session));
-    if (chat != chats.bySession.end()) return chats.list[chat->second];
+    const std::optional<size_t> chat = chats.OfSession(rows.Int64(columns.session));
+    if (chat) return *chat;
   }
   std::string party = rows.WholeText(rows.Int64(columns.fromMe) != 0 ? columns.toJid : columns.fromJid);
   const auto [at, added] = chats.byAddress.try_emplace(party, chats.list.size());
-  if (!added) return chats.list[at->second];
+  if (!added) return at->second;
   return chats.Add(std::move(party));
 }
 
+// The messages are read in one list, their quotes resolved, then moved
+// into their chats, each chat's list made once at its size: a hundred
+// thousand messages would move again at every growth of two thousand lists,
+// and once more to fit.
 void ReadMessages(Database& database, const SchemaInfo& schema, Chats& chats, const LocateInDomain& locate) {
   if (!schema.HasTable("ZWAMESSAGE")) return;
   const std::string query = MessageQuery(schema);
   Database::Statement rows(database, query.c_str());
   const MessageColumns columns(rows);
+  std::vector<WhatsAppMessage> messages;
+  std::vector<MessagePlace> places;
   int64_t previous = 0;
   bool first = true;
   while (rows.Step()) {
@@ -103,9 +120,15 @@ void ReadMessages(Database& database, const SchemaInfo& schema, Chats& chats, co
     if (!first && rowId == previous) continue;
     first = false;
     previous = rowId;
-    WhatsAppChat& chat = ChatOf(chats, rows, columns);
-    chat.messages.push_back(ReadMessageRow(rows, columns, locate));
+    const size_t chat = ChatOf(chats, rows, columns);
+    messages.push_back(ReadMessageRow(rows, columns, locate));
+    places.push_back({chat, std::hash<std::string_view>()(messages.back().texts.View(WhatsAppMessage::kId))});
   }
+  ResolveQuotes(messages, places);
+  std::vector<size_t> counts(chats.list.size());
+  for (const MessagePlace& place : places) ++counts[place.chat];
+  for (size_t chat = 0; chat < counts.size(); ++chat) chats.list[chat].messages.reserve(counts[chat]);
+  for (size_t at = 0; at < messages.size(); ++at) chats.list[places[at].chat].messages.push_back(std::move(messages[at]));
 }
 
 // The chat's kind, whether it is a group, and its one party when it has no
@@ -138,7 +161,6 @@ ChatStorage ReadChatStorage(Database& database, const LocateInDomain& locate) {
   ReadSessions(database, schema, chats);
   ReadMembers(database, schema, chats);
   ReadMessages(database, schema, chats, locate);
-  ResolveQuotes(chats.list);
   for (WhatsAppChat& chat : chats.list) Settle(chat);
   return {std::move(chats.list), ReadPushNames(database, schema)};
 }

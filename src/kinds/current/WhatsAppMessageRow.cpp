@@ -1,6 +1,7 @@
 #include "kinds/current/WhatsAppMessageRow.h"
 
 #include <algorithm>
+#include <functional>
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
@@ -195,41 +196,39 @@ WhatsAppMessage ReadMessageRow(const Database::Statement& rows, const MessageCol
   return message;
 }
 
-void ResolveQuotes(std::vector<WhatsAppChat>& chats) {
-  // Only the messages some reply quotes are kept by id: a set of a few
-  // thousand ids is asked about every message, where a map of every message
-  // would be a hundred thousand entries made and freed.
-  std::unordered_set<std::string_view> quoted;
-  for (const WhatsAppChat& chat : chats) {
-    for (const WhatsAppMessage& message : chat.messages) {
-      if (message.quotes) quoted.insert(message.texts.View(WhatsAppMessage::kQuotedId));
-    }
+void ResolveQuotes(std::vector<WhatsAppMessage>& messages, const std::vector<MessagePlace>& places) {
+  // The ids are compared by their hashes first: only the few messages some
+  // reply quotes have their texts read again, where every message's would be.
+  const std::hash<std::string_view> hash;
+  std::unordered_set<size_t> quoted;
+  for (const WhatsAppMessage& message : messages) {
+    if (message.quotes) quoted.insert(hash(message.texts.View(WhatsAppMessage::kQuotedId)));
   }
   if (quoted.empty()) return;
-  std::unordered_map<std::string_view, const WhatsAppMessage*> byId;
-  for (const WhatsAppChat& chat : chats) {
-    for (const WhatsAppMessage& message : chat.messages) {
-      const std::string_view id = message.texts.View(WhatsAppMessage::kId);
-      if (!id.empty() && quoted.count(id) != 0) byId.emplace(id, &message);
-    }
+  std::unordered_map<std::string_view, size_t> byId;
+  for (size_t at = 0; at < messages.size(); ++at) {
+    if (quoted.count(places[at].idHash) == 0) continue;
+    const std::string_view id = messages[at].texts.View(WhatsAppMessage::kId);
+    if (id.empty()) continue;
+    const auto [found, added] = byId.try_emplace(id, at);
+    if (!added && places[at].chat < places[found->second].chat) found->second = at;
   }
   // Replaced once every lookup is done: the ids are views of the texts.
-  std::vector<std::pair<WhatsAppMessage*, PackedTexts>> resolved;
-  for (WhatsAppChat& chat : chats) {
-    for (WhatsAppMessage& message : chat.messages) {
-      if (!message.quotes) continue;
-      const auto found = byId.find(message.texts.View(WhatsAppMessage::kQuotedId));
-      if (found == byId.end()) continue;
-      const PackedTexts& quoted = found->second->texts;
-      std::string_view texts[WhatsAppMessage::kQuotedText + 1];
-      for (size_t at = 0; at < std::size(texts); ++at) texts[at] = message.texts.View(at);
-      std::string_view& sender = texts[WhatsAppMessage::kQuotedSender];
-      if (sender.empty()) sender = quoted.View(WhatsAppMessage::kSender);
-      texts[WhatsAppMessage::kQuotedText] = quoted.View(WhatsAppMessage::kText);
-      resolved.emplace_back(&message, PackedTexts(texts, std::size(texts)));
-    }
+  std::vector<std::pair<size_t, PackedTexts>> resolved;
+  for (size_t at = 0; at < messages.size(); ++at) {
+    const WhatsAppMessage& message = messages[at];
+    if (!message.quotes) continue;
+    const auto found = byId.find(message.texts.View(WhatsAppMessage::kQuotedId));
+    if (found == byId.end()) continue;
+    const PackedTexts& quotedTexts = messages[found->second].texts;
+    std::string_view texts[WhatsAppMessage::kQuotedText + 1];
+    for (size_t text = 0; text < std::size(texts); ++text) texts[text] = message.texts.View(text);
+    std::string_view& sender = texts[WhatsAppMessage::kQuotedSender];
+    if (sender.empty()) sender = quotedTexts.View(WhatsAppMessage::kSender);
+    texts[WhatsAppMessage::kQuotedText] = quotedTexts.View(WhatsAppMessage::kText);
+    resolved.emplace_back(at, PackedTexts(texts, std::size(texts)));
   }
-  for (auto& [message, texts] : resolved) message->texts = std::move(texts);
+  for (auto& [at, texts] : resolved) messages[at].texts = std::move(texts);
 }
 
 }  // namespace current

@@ -28,9 +28,18 @@ struct MessageColumns {
 WhatsAppMessage ReadMessageRow(const Database::Statement& rows, const MessageColumns& columns,
                                const LocateInDomain& locate);
 
+// Where a message read lies: its chat, and the hash of its id
+// (std::hash of the text), taken while the message is at hand.
+struct MessagePlace {
+  size_t chat;
+  size_t idHash;
+};
+
 // Gives each reply the text of the message it quotes, and its sender where
-// the reply's metadata does not name one, when the chats hold that message.
-void ResolveQuotes(std::vector<WhatsAppChat>& chats);
+// the reply's metadata does not name one, when `messages` (in the order
+// read, each at its place in `places`) hold that message; of two with the
+// quoted id, the one of the earlier chat, then the one read first.
+void ResolveQuotes(std::vector<WhatsAppMessage>& messages, const std::vector<MessagePlace>& places);
 
 }  // namespace current
 

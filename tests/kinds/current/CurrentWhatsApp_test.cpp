@@ -240,6 +240,31 @@ TEST(CurrentWhatsApp, GroupsStatusBroadcastEmptyAndSystemChatsAreKeptApart) {
   }
 }
 
+// Two chats hold a message of the quoted id, the later chat's read first,
+// and the earlier chat holds it twice.
+TEST(CurrentWhatsApp, AReplyQuotesTheFirstMessageOfItsIdInChatOrder) {
+  ChatStorageSql sql;
+  sql.Session(1, kAda, "'Ada'").Session(2, kMary, "'Mary'");
+  sql.Media(kMediaColumns, "1, NULL, NULL, NULL, NULL, NULL, NULL, NULL, " + SqlBlob(ProtoField(5, "D1")));
+  const auto message = [&](int id, int session, const std::string& from, const std::string& text,
+                           const std::string& stanza, const std::string& media) {
+    sql.Message(kMessageColumns, std::to_string(id) + ", " + std::to_string(session) + ", 0, " + At(id) + ", 0, '" +
+                                     text + "', 0, " + from + ", '" + stanza + "', NULL, " + media);
+  };
+  message(1, 2, kMary, "first in Mary chat", "D1", "NULL");
+  message(2, 1, kAda, "first in Ada chat", "D1", "NULL");
+  message(3, 1, kAda, "again in Ada chat", "D1", "NULL");
+  message(4, 2, kMary, "Reply", "D4", "1");
+  TempDir root;
+  ServedBackup served(
+      BackupBuilder(IndexKind::ManifestDb).AddDatabase(kWhatsAppDomain, kChatStorage, sql.Sql()).Write(root.Path() + "b"),
+      Service::Current);
+  const std::string answer = served.Answer(ContentWhatsApp);
+  EXPECT_NE(answer.find("\"quoted_id\":\"D1\",\"quoted_sender\":\"447700900123\",\"quoted_text\":\"first in Ada chat\""),
+            std::string::npos)
+      << answer;
+}
+
 TEST(CurrentWhatsApp, TheDescribedServiceAnswersNullAndBackupsWithoutChatsToo) {
   TempDir root;
   BackupBuilder builder(IndexKind::ManifestDb);
