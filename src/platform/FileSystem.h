@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -53,6 +54,13 @@ std::string TemporaryFolder();
 // never followed.
 void RemoveTree(const std::string& path);
 
+// A file name (one component, free of control characters and "/" already)
+// made one this system takes as it is: unchanged on POSIX systems; on
+// Windows each of <>:"|?* becomes "_", and so does a last dot or space,
+// and a device name (CON, PRN, AUX, NUL, COM1 to COM9, LPT1 to LPT9 in any
+// case, alone or before a dot) gets "_" before it.
+std::string SystemFileName(const std::string& name);
+
 // Renames `from` to `to`, replacing what `to` names.
 bool RenameReplacing(const std::string& from, const std::string& to);
 bool RemoveFile(const std::string& path);
@@ -63,6 +71,9 @@ FILE* OpenStream(const char* path, const char* mode);
 // A descriptor to read `path` from, -1 when it cannot be opened; opening a
 // named pipe does not wait for a writer.
 int OpenForReading(const std::string& path);
+// OpenForReading of a path whose last name is no link, junction or reparse
+// point: -1 with errno ELOOP when it is one.
+int OpenForReadingNoFollow(const std::string& path);
 // Creates or truncates `path` for writing, private to the user; refuses a
 // path that is a link, junction or reparse point. -1 on failure.
 int CreatePrivateFile(const std::string& path);
@@ -82,6 +93,25 @@ bool StatOpen(int fd, PathInfo* info);
 void AdviseSequential(int fd);
 // Copies `size` bytes from the current offset of `in` to `out`.
 bool CopyBytes(int in, int out, uint64_t size);
+
+// Gives an open file (opened for writing) `instant` (seconds since 1970) as
+// its modification and access time.
+bool SetFileTimes(int fd, int64_t instant);
+
+// A stretch [start, end) of an open file that holds data.
+struct DataRun {
+  uint64_t start = 0;
+  uint64_t end = 0;
+};
+// The first stretch of data at or after `offset` within the file's first
+// `size` bytes, holes skipped where the system tells them (Linux); where it
+// cannot, all that is left is data. Nothing when only holes are left.
+std::optional<DataRun> NextData(int fd, uint64_t offset, uint64_t size);
+// Moves the descriptor's offset to `offset`.
+bool Seek(int fd, uint64_t offset);
+// Makes an open file `size` bytes long; what it grows by is a hole where
+// the system makes holes, zeros elsewhere.
+bool SetFileSize(int fd, uint64_t size);
 
 }  // namespace platform
 

@@ -24,6 +24,12 @@ std::optional<ZoneReading> ZoneAt(int64_t instant);
 // marked "no summer time"; nothing when the host cannot tell.
 std::optional<int64_t> StandardTimeInstant(int year, int month, int day, int hour);
 
+// The instant at which the zone's local clock reads the given fields (month
+// 1 to 12), summer time as the zone's rules have it for that day, as mktime
+// gives it for fields that leave summer time open; nothing when the host
+// cannot tell.
+std::optional<int64_t> LocalInstant(int year, int month, int day, int hour, int minute, int second);
+
 // Changes whenever the zone is read anew (TZ changed, a test named a zone),
 // so that values worked out from the rules can be kept until then. The rules
 // are read again at most once per second of the clock, and at once when the

@@ -31,6 +31,12 @@ bool HasModes();
 const char* WhyNoFifos();
 const char* WhyNoModes();
 
+// Whether copies of sparse files keep their holes (not on Windows, where
+// every byte is copied), why not, and the bytes a file takes on disk.
+bool KeepsHoles();
+const char* WhyNoHoles();
+unsigned long long BytesOnDisk(const std::string& path);
+
 // A named pipe at `path`; only where HasFifos().
 bool MakeFifo(const std::string& path);
 // Opens and closes the pipe's writing end without waiting for a reader, so

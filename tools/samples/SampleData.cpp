@@ -1,7 +1,6 @@
 #include "SampleData.h"
 
-#include <ctime>
-
+#include "common/CivilTime.h"
 #include "support/NoteDocumentWriter.h"
 #include "support/NoteStoreBody.h"
 
@@ -22,14 +21,7 @@ const std::string kCaf("caff\x00\x01", 6);
 const std::string kAmr("#!AMR\n");
 
 int64_t UnixTime(int year, int month, int day, int hour, int minute, int second) {
-  std::tm utc{};
-  utc.tm_year = year - 1900;
-  utc.tm_mon = month - 1;
-  utc.tm_mday = day;
-  utc.tm_hour = hour;
-  utc.tm_min = minute;
-  utc.tm_sec = second;
-  return static_cast<int64_t>(timegm(&utc));
+  return DaysFromCivil(year, month, day) * 86400 + hour * 3600 + minute * 60 + second;
 }
 
 int64_t Since2001(int64_t unixTime) { return unixTime - kSeconds1970To2001; }

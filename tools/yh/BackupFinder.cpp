@@ -17,20 +17,21 @@ namespace {
 
 namespace fs = std::filesystem;
 
-bool IsFolder(const fs::path& path) {
+// Paths are UTF-8 on every system, hence fs::u8path.
+bool IsFolder(const std::string& path) {
   std::error_code error;
-  return fs::is_directory(path, error);
+  return fs::is_directory(fs::u8path(path), error);
 }
 
-bool HasAny(const fs::path& folder, std::initializer_list<const char*> names) {
+bool HasAny(const std::string& folder, std::initializer_list<const char*> names) {
   std::error_code error;
   for (const char* name : names) {
-    if (fs::exists(folder / name, error)) return true;
+    if (fs::exists(fs::u8path(folder) / name, error)) return true;
   }
   return false;
 }
 
-bool HasIndex(const fs::path& folder) { return HasAny(folder, {"Manifest.mbdb", "Manifest.db"}); }
+bool HasIndex(const std::string& folder) { return HasAny(folder, {"Manifest.mbdb", "Manifest.db"}); }
 
 // Why the library takes a folder for no backup.
 std::string WhyNotABackup(const Library& library, const std::string& folder) {
@@ -136,9 +137,9 @@ FoundBackup FromRoot(const Library& library, const std::string& name, const std:
 FoundBackup Find(const Library& library, const std::string& name, const std::string& root) {
   if (name.find('/') != std::string::npos || IsFolder(name)) return FromPath(library, name);
   // A folder of the root that the library did not list still gets its reason.
-  if (!root.empty() && !name.empty() && IsFolder(fs::path(root) / name)) {
-    return FromPath(library, (fs::path(root) / name).string());
-  }
+  // "/" between names on every system, as the library writes them.
+  const std::string inRoot = root + (!root.empty() && root.back() == '/' ? "" : "/") + name;
+  if (!root.empty() && !name.empty() && IsFolder(inRoot)) return FromPath(library, inRoot);
   return FromRoot(library, name, root);
 }
 

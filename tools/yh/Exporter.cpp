@@ -13,9 +13,9 @@ namespace fs = std::filesystem;
 
 void RefuseInsideBackup(const BackupDevice& device, const std::string& out) {
   std::error_code error;
-  const fs::path backup = fs::canonical(Text(device.backupPath), error);
+  const fs::path backup = fs::canonical(fs::u8path(Text(device.backupPath)), error);
   if (error) return;
-  const fs::path target = fs::weakly_canonical(fs::absolute(out), error);
+  const fs::path target = fs::weakly_canonical(fs::absolute(fs::u8path(out)), error);
   if (error) return;
   auto [inBackup, inTarget] = std::mismatch(backup.begin(), backup.end(), target.begin(), target.end());
   if (inBackup == backup.end()) {

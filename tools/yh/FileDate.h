@@ -1,7 +1,7 @@
 #ifndef YH_TOOL_FILEDATE_H
 #define YH_TOOL_FILEDATE_H
 
-#include <ctime>
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -9,7 +9,7 @@ namespace yh {
 
 // The instant of a date as the library writes it, "YYYY-MM-DD hh:mm:ss" in
 // local time; nothing for "" or any other text.
-std::optional<std::time_t> LocalDate(const std::string& text);
+std::optional<int64_t> LocalDate(const std::string& text);
 
 // Gives an open file the record's date as its modification (and access)
 // time, so that a copy sorts by when its content was made; a file whose

@@ -1,14 +1,7 @@
 #include "OutputFolder.h"
 
-#include <fcntl.h>
-#include <stdio.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstring>
-#include <filesystem>
-#include <vector>
 
 #include "Failure.h"
 #include "SafeName.h"
@@ -26,16 +19,6 @@ const char kTemporaryPrefix[] = ".yh-partial-";
   throw Failure("cannot write " + Printable(path) + ": " + std::strerror(error));
 }
 
-// Renames without replacing: fails with EEXIST when `to` is taken. File
-// systems without an atomic no-replace rename get a link and an unlink.
-int RenameNew(int folder, const std::string& from, const std::string& to) {
-  if (::renameat2(folder, from.c_str(), folder, to.c_str(), RENAME_NOREPLACE) == 0) return 0;
-  if (errno != EINVAL && errno != ENOSYS) return -1;
-  if (::linkat(folder, from.c_str(), folder, to.c_str(), 0) != 0) return -1;
-  ::unlinkat(folder, from.c_str(), 0);
-  return 0;
-}
-
 }  // namespace
 
 OutputFolder::NewFile::NewFile(OutputFolder& folder, std::string name, std::string temporary, yh::Fd fd)
@@ -47,16 +30,18 @@ OutputFolder::NewFile::NewFile(NewFile&& other) noexcept
       temporary_(std::exchange(other.temporary_, std::string())),
       fd_(std::move(other.fd_)) {}
 
+// Closed first: Windows removes no file that is open.
 OutputFolder::NewFile::~NewFile() {
-  if (!temporary_.empty()) ::unlinkat(folder_->fd_.Get(), temporary_.c_str(), 0);
+  fd_ = yh::Fd();
+  if (!temporary_.empty()) folder_->folder_.Remove(temporary_);
 }
 
-std::string OutputFolder::NewFile::Path() const { return folder_->path_ + "/" + name_; }
+std::string OutputFolder::NewFile::Path() const { return folder_->Path() + "/" + name_; }
 
 std::string OutputFolder::NewFile::Keep() {
   fd_ = yh::Fd();
   for (int tries = 0; tries <= kMaxNumber; ++tries) {
-    if (RenameNew(folder_->fd_.Get(), temporary_, name_) == 0) {
+    if (folder_->folder_.RenameNew(temporary_, name_)) {
       temporary_.clear();
       return name_;
     }
@@ -68,21 +53,15 @@ std::string OutputFolder::NewFile::Keep() {
 }
 
 OutputFolder OutputFolder::Open(const std::string& path) {
-  std::error_code error;
-  std::filesystem::create_directories(path, error);
-  if (error) Fail(path, error.value());
-  yh::Fd fd(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (!fd) Fail(path, errno);
-  return OutputFolder(std::move(fd), path);
+  platform::WritableFolder folder;
+  if (!folder.Open(path)) Fail(path, errno);
+  return OutputFolder(std::move(folder));
 }
 
 OutputFolder OutputFolder::Sub(const std::string& name) const {
-  const std::string path = path_ + "/" + name;
-  if (::mkdirat(fd_.Get(), name.c_str(), 0755) != 0 && errno != EEXIST) Fail(path, errno);
-  // O_NOFOLLOW: a symbolic link planted under this name is refused.
-  yh::Fd fd(::openat(fd_.Get(), name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-  if (!fd) Fail(path, errno);
-  return OutputFolder(std::move(fd), path);
+  platform::WritableFolder sub;
+  if (!folder_.OpenSub(name, &sub)) Fail(Path() + "/" + name, errno);
+  return OutputFolder(std::move(sub));
 }
 
 std::string OutputFolder::Reserve(const std::string& name) {
@@ -90,44 +69,47 @@ std::string OutputFolder::Reserve(const std::string& name) {
     const std::string candidate = number ? NumberedName(name, number) : name;
     if (given_.insert(candidate).second) return candidate;
   }
-  Fail(path_ + "/" + name, EEXIST);
+  Fail(Path() + "/" + name, EEXIST);
 }
 
 bool OutputFolder::Holds(const std::string& name) const {
-  struct stat status {};
-  return ::fstatat(fd_.Get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISREG(status.st_mode);
+  platform::PathInfo info;
+  return folder_.StatNoFollow(name, &info) && info.regular && !info.link;
 }
 
 bool OutputFolder::Holds(const std::string& name, uint64_t size) const {
-  struct stat status {};
-  return ::fstatat(fd_.Get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISREG(status.st_mode) &&
-         static_cast<uint64_t>(status.st_size) == size;
+  platform::PathInfo info;
+  return folder_.StatNoFollow(name, &info) && info.regular && !info.link && info.size == size;
 }
 
 OutputFolder::NewFile OutputFolder::Create(const std::string& name) {
   const std::string temporary = kTemporaryPrefix + name;
-  // O_EXCL with O_NOFOLLOW: never an existing file, never through a link. A
-  // name left by a run that was killed is taken back.
+  // Never an existing file, never through a link. A name left by a run that
+  // was killed is taken back.
   for (int tries = 0; tries < 2; ++tries) {
-    yh::Fd fd(::openat(fd_.Get(), temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0644));
+    yh::Fd fd(folder_.CreateNew(temporary));
     if (fd) return NewFile(*this, name, temporary, std::move(fd));
-    if (errno != EEXIST || ::unlinkat(fd_.Get(), temporary.c_str(), 0) != 0) break;
+    if (errno != EEXIST || !folder_.Remove(temporary)) break;
   }
-  Fail(path_ + "/" + name, errno);
+  Fail(Path() + "/" + name, errno);
 }
 
 void OutputFolder::Remove(const std::string& name) const {
-  if (::unlinkat(fd_.Get(), name.c_str(), 0) != 0 && errno != ENOENT) Fail(path_ + "/" + name, errno);
+  if (!folder_.Remove(name) && errno != ENOENT) Fail(Path() + "/" + name, errno);
 }
 
+// Folders are walked without following links, so nothing outside is touched.
 void OutputFolder::RemoveLeftovers(const std::string& path) {
-  namespace fs = std::filesystem;
-  std::error_code error;
-  std::vector<fs::path> leftovers;
-  for (fs::recursive_directory_iterator it(path, error), end; !error && it != end; it.increment(error)) {
-    if (it->path().filename().string().rfind(kTemporaryPrefix, 0) == 0) leftovers.push_back(it->path());
+  for (const std::string& name : platform::ListFolder(path)) {
+    const std::string entry = path + "/" + name;
+    platform::PathInfo info;
+    if (!platform::StatNoFollow(entry, &info)) continue;
+    if (!info.folder && name.rfind(kTemporaryPrefix, 0) == 0) {
+      platform::RemoveFile(entry);
+    } else if (info.folder && !info.link) {
+      RemoveLeftovers(entry);
+    }
   }
-  for (const fs::path& leftover : leftovers) fs::remove(leftover, error);
 }
 
 }  // namespace yh

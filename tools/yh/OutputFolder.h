@@ -7,6 +7,7 @@
 #include <string>
 
 #include "Fd.h"
+#include "platform/WritableFolder.h"
 
 namespace yh {
 
@@ -66,17 +67,16 @@ class OutputFolder {
   // Removes the file `name`, when there.
   void Remove(const std::string& name) const;
 
-  const std::string& Path() const { return path_; }
+  const std::string& Path() const { return folder_.Path(); }
 
   // Removes what interrupted runs left under temporary names in `path` and
   // the folders below it.
   static void RemoveLeftovers(const std::string& path);
 
  private:
-  OutputFolder(yh::Fd fd, std::string path) : fd_(std::move(fd)), path_(std::move(path)) {}
+  explicit OutputFolder(platform::WritableFolder folder) : folder_(std::move(folder)) {}
 
-  yh::Fd fd_;
-  std::string path_;
+  platform::WritableFolder folder_;
   std::set<std::string> given_;
 };
 

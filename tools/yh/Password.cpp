@@ -1,6 +1,7 @@
 #include "Password.h"
 
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <optional>
 #include <iostream>
@@ -13,7 +14,7 @@ namespace yh {
 namespace {
 
 std::string FromFile(const std::string& path, const std::string& backup) {
-  std::ifstream in(path, std::ios::binary);
+  std::ifstream in(std::filesystem::u8path(path), std::ios::binary);
   if (!in) throw Failure("backup " + backup + ": cannot read the password file " + path);
   std::string password;
   std::getline(in, password);

@@ -2,11 +2,13 @@
 
 #include <ctime>
 
+#include "common/CivilTime.h"
+
 namespace yh {
 namespace {
 
 // libplist counts dates from 2001-01-01 00:00:00 UTC.
-constexpr time_t kSeconds1970To2001 = 978307200;
+constexpr int64_t kSeconds1970To2001 = 978307200;
 
 }  // namespace
 
@@ -14,9 +16,8 @@ std::string DateText(plist_t node) {
   int32_t seconds = 0;
   int32_t microseconds = 0;
   plist_get_date_val(node, &seconds, &microseconds);
-  const time_t unixSeconds = kSeconds1970To2001 + seconds;
   std::tm utc{};
-  gmtime_r(&unixSeconds, &utc);
+  UtcFields(kSeconds1970To2001 + seconds, &utc);
   char text[32];
   std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &utc);
   return text;

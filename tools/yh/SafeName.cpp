@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "platform/FileSystem.h"
+
 namespace yh {
 namespace {
 
@@ -71,9 +73,9 @@ std::string SafeFileName(const std::string& text, const std::string& fallback) {
   }
   for (size_t i = 0; i < name.size() && name[i] == '.'; ++i) name[i] = '_';
   if (name.empty()) return fallback;
-  if (name.size() <= kMaxNameBytes) return name;
+  if (name.size() <= kMaxNameBytes) return platform::SystemFileName(name);
   const auto [stem, extension] = SplitExtension(name);
-  return CutAt(stem, kMaxNameBytes - extension.size()) + extension;
+  return platform::SystemFileName(CutAt(stem, kMaxNameBytes - extension.size()) + extension);
 }
 
 std::string NumberedName(const std::string& name, int number) {

@@ -13,15 +13,17 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// Paths are UTF-8 on every system, hence fs::u8path.
 bool IsEmpty(const std::string& folder) {
   std::error_code error;
-  return fs::is_empty(folder, error) && !error;
+  return fs::is_empty(fs::u8path(folder), error) && !error;
 }
 
 std::string MarkText(const std::string& path) {
   std::error_code error;
-  if (!fs::is_regular_file(fs::symlink_status(path + "/" + UnfinishedMark::kName, error))) return "";
-  std::ifstream in(path + "/" + UnfinishedMark::kName, std::ios::binary);
+  const fs::path mark = fs::u8path(path + "/" + UnfinishedMark::kName);
+  if (!fs::is_regular_file(fs::symlink_status(mark, error))) return "";
+  std::ifstream in(mark, std::ios::binary);
   std::ostringstream text;
   text << in.rdbuf();
   return text.str();
@@ -30,7 +32,7 @@ std::string MarkText(const std::string& path) {
 // Why `out` may not be written, with the ways out; "" when it may.
 std::string Refusal(const std::string& out, const std::string& command, const std::string& backup, bool resume) {
   std::error_code error;
-  if (!fs::is_directory(out, error)) return "";  // made, or found unwritable, when opened
+  if (!fs::is_directory(fs::u8path(out), error)) return "";  // made, or found unwritable, when opened
   const std::string folder = "--out " + Printable(out);
   const std::string mark = MarkText(out);
   if (mark.empty()) {

@@ -8,6 +8,7 @@
 #include <sys/sendfile.h>
 #endif
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
@@ -15,39 +16,21 @@
 #include <system_error>
 
 #include "platform/CopyByReading.h"
+#include "platform/posix/PathInfoOf.h"
 
 namespace platform {
-
-namespace {
-
-void Fill(const struct stat& found, PathInfo* info) {
-  if (!info) return;
-  info->size = static_cast<uint64_t>(found.st_size);
-  info->folder = S_ISDIR(found.st_mode);
-  info->regular = S_ISREG(found.st_mode);
-  info->link = S_ISLNK(found.st_mode);
-#ifdef __APPLE__
-  const struct timespec& modified = found.st_mtimespec;
-#else
-  const struct timespec& modified = found.st_mtim;
-#endif
-  info->modified = static_cast<int64_t>(modified.tv_sec) * 1000000000 + modified.tv_nsec;
-  info->permissions = static_cast<uint32_t>(found.st_mode & 07777);
-}
-
-}  // namespace
 
 bool Stat(const std::string& path, PathInfo* info) {
   struct stat found;
   if (stat(path.c_str(), &found) != 0) return false;
-  Fill(found, info);
+  if (info) *info = PathInfoOf(found);
   return true;
 }
 
 bool StatNoFollow(const std::string& path, PathInfo* info) {
   struct stat found;
   if (lstat(path.c_str(), &found) != 0) return false;
-  Fill(found, info);
+  if (info) *info = PathInfoOf(found);
   return true;
 }
 
@@ -94,6 +77,8 @@ void RemoveTree(const std::string& path) {
   std::filesystem::remove_all(path, ignored);
 }
 
+std::string SystemFileName(const std::string& name) { return name; }
+
 bool RenameReplacing(const std::string& from, const std::string& to) { return std::rename(from.c_str(), to.c_str()) == 0; }
 
 bool RemoveFile(const std::string& path) { return unlink(path.c_str()) == 0; }
@@ -101,6 +86,10 @@ bool RemoveFile(const std::string& path) { return unlink(path.c_str()) == 0; }
 FILE* OpenStream(const char* path, const char* mode) { return std::fopen(path, mode); }
 
 int OpenForReading(const std::string& path) { return open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); }
+
+int OpenForReadingNoFollow(const std::string& path) {
+  return open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK);
+}
 
 int CreatePrivateFile(const std::string& path) {
   return open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0600);
@@ -144,7 +133,7 @@ bool WriteAll(int fd, const void* data, size_t size) {
 bool StatOpen(int fd, PathInfo* info) {
   struct stat found;
   if (fstat(fd, &found) != 0) return false;
-  Fill(found, info);
+  if (info) *info = PathInfoOf(found);
   return true;
 }
 
@@ -170,5 +159,26 @@ bool CopyBytes(int in, int out, uint64_t size) {
   return CopyByReading(in, out, size);
 #endif
 }
+
+bool SetFileTimes(int fd, int64_t instant) {
+  const timespec times[2] = {{static_cast<time_t>(instant), 0}, {static_cast<time_t>(instant), 0}};
+  return futimens(fd, times) == 0;
+}
+
+std::optional<DataRun> NextData(int fd, uint64_t offset, uint64_t size) {
+  if (offset >= size) return std::nullopt;
+  const off_t data = lseek(fd, static_cast<off_t>(offset), SEEK_DATA);
+  // ENXIO: only holes from `offset` on; any other error: a file system that
+  // cannot tell holes.
+  if (data < 0) return errno == ENXIO ? std::nullopt : std::optional<DataRun>(DataRun{offset, size});
+  if (static_cast<uint64_t>(data) >= size) return std::nullopt;
+  const off_t hole = lseek(fd, data, SEEK_HOLE);
+  const uint64_t end = hole < 0 ? size : std::min(size, static_cast<uint64_t>(hole));
+  return DataRun{static_cast<uint64_t>(data), end};
+}
+
+bool Seek(int fd, uint64_t offset) { return lseek(fd, static_cast<off_t>(offset), SEEK_SET) >= 0; }
+
+bool SetFileSize(int fd, uint64_t size) { return ftruncate(fd, static_cast<off_t>(size)) == 0; }
 
 }  // namespace platform

@@ -42,6 +42,22 @@ void Refresh() {
   state.generation = generation.load();
 }
 
+// mktime of the fields once the zone is read anew; `summer` as tm_isdst.
+std::optional<int64_t> Mktime(int year, int month, int day, int hour, int minute, int second, int summer) {
+  Refresh();
+  std::tm fields{};
+  fields.tm_year = year - 1900;
+  fields.tm_mon = month - 1;
+  fields.tm_mday = day;
+  fields.tm_hour = hour;
+  fields.tm_min = minute;
+  fields.tm_sec = second;
+  fields.tm_isdst = summer;
+  const time_t when = std::mktime(&fields);
+  if (when == static_cast<time_t>(-1)) return std::nullopt;
+  return static_cast<int64_t>(when);
+}
+
 }  // namespace
 
 std::optional<ZoneReading> ZoneAt(int64_t instant) {
@@ -53,16 +69,11 @@ std::optional<ZoneReading> ZoneAt(int64_t instant) {
 }
 
 std::optional<int64_t> StandardTimeInstant(int year, int month, int day, int hour) {
-  Refresh();
-  std::tm fields{};
-  fields.tm_year = year - 1900;
-  fields.tm_mon = month - 1;
-  fields.tm_mday = day;
-  fields.tm_hour = hour;
-  fields.tm_isdst = 0;
-  const time_t when = std::mktime(&fields);
-  if (when == static_cast<time_t>(-1)) return std::nullopt;
-  return static_cast<int64_t>(when);
+  return Mktime(year, month, day, hour, 0, 0, 0);
+}
+
+std::optional<int64_t> LocalInstant(int year, int month, int day, int hour, int minute, int second) {
+  return Mktime(year, month, day, hour, minute, second, -1);
 }
 
 uint32_t ZoneGeneration() {

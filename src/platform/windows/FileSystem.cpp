@@ -7,10 +7,12 @@
 
 #include <cctype>
 #include <cerrno>
+#include <cstring>
 #include <filesystem>
 #include <system_error>
 
 #include "platform/CopyByReading.h"
+#include "platform/windows/Win32Files.h"
 #include "platform/windows/Wide.h"
 
 namespace platform {
@@ -18,18 +20,7 @@ namespace platform {
 namespace {
 
 bool FromAttributes(const WIN32_FILE_ATTRIBUTE_DATA& data, PathInfo* info) {
-  if (info) {
-    const bool folder = (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-    info->folder = folder;
-    info->regular = !folder && (data.dwFileAttributes & FILE_ATTRIBUTE_DEVICE) == 0;
-    info->link = (data.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
-    info->size = folder ? 0 : (static_cast<uint64_t>(data.nFileSizeHigh) << 32) | data.nFileSizeLow;
-    // FILETIME counts 100 ns from 1601.
-    const uint64_t ticks = (static_cast<uint64_t>(data.ftLastWriteTime.dwHighDateTime) << 32) |
-                           data.ftLastWriteTime.dwLowDateTime;
-    info->modified = (static_cast<int64_t>(ticks) - 116444736000000000LL) * 100;
-    info->permissions = ((data.dwFileAttributes & FILE_ATTRIBUTE_READONLY) ? 0444u : 0666u) | (folder ? 0111u : 0u);
-  }
+  if (info) *info = PathInfoOf(data);
   return true;
 }
 
@@ -49,27 +40,6 @@ bool StatFollowing(const std::wstring& path, PathInfo* info) {
   data.nFileSizeLow = found.nFileSizeLow;
   data.ftLastWriteTime = found.ftLastWriteTime;
   return FromAttributes(data, info);
-}
-
-int ErrnoOf(DWORD error) {
-  switch (error) {
-    case ERROR_FILE_NOT_FOUND:
-    case ERROR_PATH_NOT_FOUND: return ENOENT;
-    case ERROR_ACCESS_DENIED: return EACCES;
-    case ERROR_FILE_EXISTS:
-    case ERROR_ALREADY_EXISTS: return EEXIST;
-    default: return EIO;
-  }
-}
-
-int DescriptorOf(HANDLE handle, int flags) {
-  if (handle == INVALID_HANDLE_VALUE) {
-    errno = ErrnoOf(GetLastError());
-    return -1;
-  }
-  const int fd = _open_osfhandle(reinterpret_cast<intptr_t>(handle), flags | _O_BINARY | _O_NOINHERIT);
-  if (fd < 0) CloseHandle(handle);
-  return fd;
 }
 
 }  // namespace
@@ -187,6 +157,20 @@ void RemoveTree(const std::string& path) {
   std::filesystem::remove_all(std::filesystem::path(Wide(path)), ignored);
 }
 
+std::string SystemFileName(const std::string& name) {
+  std::string made = name;
+  for (char& c : made) {
+    if (std::strchr("<>:\"|?*", c) && c != '\0') c = '_';
+  }
+  if (!made.empty() && (made.back() == '.' || made.back() == ' ')) made.back() = '_';
+  std::string device = made.substr(0, made.find('.'));
+  for (char& c : device) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+  const bool numbered = device.size() == 4 && device[3] >= '1' && device[3] <= '9' &&
+                        (device.compare(0, 3, "COM") == 0 || device.compare(0, 3, "LPT") == 0);
+  if (numbered || device == "CON" || device == "PRN" || device == "AUX" || device == "NUL") made = "_" + made;
+  return made;
+}
+
 bool RenameReplacing(const std::string& from, const std::string& to) {
   return MoveFileExW(Wide(from).c_str(), Wide(to).c_str(), MOVEFILE_REPLACE_EXISTING) != 0;
 }
@@ -203,6 +187,20 @@ int OpenForReading(const std::string& path) {
   return DescriptorOf(CreateFileW(Wide(path).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                                   nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr),
                       _O_RDONLY);
+}
+
+int OpenForReadingNoFollow(const std::string& path) {
+  const HANDLE handle =
+      CreateFileW(Wide(path).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                  OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
+  BY_HANDLE_FILE_INFORMATION found;
+  if (handle != INVALID_HANDLE_VALUE && GetFileInformationByHandle(handle, &found) &&
+      (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT)) {
+    CloseHandle(handle);
+    errno = ELOOP;
+    return -1;
+  }
+  return DescriptorOf(handle, _O_RDONLY);
 }
 
 int CreatePrivateFile(const std::string& path) {
@@ -274,5 +272,25 @@ bool StatOpen(int fd, PathInfo* info) {
 void AdviseSequential(int) {}
 
 bool CopyBytes(int in, int out, uint64_t size) { return CopyByReading(in, out, size); }
+
+bool SetFileTimes(int fd, int64_t instant) {
+  const HANDLE handle = reinterpret_cast<HANDLE>(_get_osfhandle(fd));
+  // FILETIME counts 100 ns from 1601, and cannot go before.
+  constexpr int64_t kFrom1601 = 11644473600LL;
+  if (handle == INVALID_HANDLE_VALUE || instant < -kFrom1601) return false;
+  const uint64_t ticks = static_cast<uint64_t>(instant + kFrom1601) * 10000000ULL;
+  const FILETIME time{static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
+  return SetFileTime(handle, nullptr, &time, &time) != 0;
+}
+
+// No holes are looked for: every byte counts as data.
+std::optional<DataRun> NextData(int, uint64_t offset, uint64_t size) {
+  if (offset >= size) return std::nullopt;
+  return DataRun{offset, size};
+}
+
+bool Seek(int fd, uint64_t offset) { return _lseeki64(fd, static_cast<long long>(offset), SEEK_SET) >= 0; }
+
+bool SetFileSize(int fd, uint64_t size) { return _chsize_s(fd, static_cast<long long>(size)) == 0; }
 
 }  // namespace platform

@@ -131,6 +131,29 @@ std::optional<int64_t> StandardTimeInstant(int year, int month, int day, int hou
   return SecondsOf(midnight) + int64_t{hour} * 3600 + int64_t{rules.Bias + rules.StandardBias} * 60;
 }
 
+std::optional<int64_t> LocalInstant(int year, int month, int day, int hour, int minute, int second) {
+  DYNAMIC_TIME_ZONE_INFORMATION zone;
+  TIME_ZONE_INFORMATION rules;
+  if (!ZoneInEffect(&zone) || year < 1601 || year > 30827 || month < 1 || month > 12 || day < 1 || day > 31 ||
+      hour < 0 || hour > 23 || minute < 0 || minute > 59 || second < 0 || second > 59 ||
+      !GetTimeZoneInformationForYear(static_cast<USHORT>(year), &zone, &rules)) {
+    return std::nullopt;
+  }
+  SYSTEMTIME local{};
+  local.wYear = static_cast<WORD>(year);
+  local.wMonth = static_cast<WORD>(month);
+  local.wDay = static_cast<WORD>(day);
+  local.wHour = static_cast<WORD>(hour);
+  local.wMinute = static_cast<WORD>(minute);
+  local.wSecond = static_cast<WORD>(second);
+  SYSTEMTIME utc;
+  FILETIME utcTime;
+  if (!TzSpecificLocalTimeToSystemTime(&rules, &local, &utc) || !SystemTimeToFileTime(&utc, &utcTime)) {
+    return std::nullopt;
+  }
+  return SecondsOf(utcTime);
+}
+
 uint32_t ZoneGeneration() {
   {
     const std::lock_guard<std::mutex> lock(namedMutex);

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 namespace {
 
 TEST(FileSystem, AnAbsolutePathStartsAtTheRoot) {
@@ -10,6 +12,12 @@ TEST(FileSystem, AnAbsolutePathStartsAtTheRoot) {
   EXPECT_FALSE(platform::IsAbsolutePath("tmp/x"));
   EXPECT_FALSE(platform::IsAbsolutePath(""));
   EXPECT_FALSE(platform::IsAbsolutePath("C:/Users"));
+}
+
+TEST(FileSystem, FileNamesAreTakenAsTheyAre) {
+  for (const std::string name : {"a<b>c:d\"e|f?g*h.jpg", "name.", "name ", "CON", "nul.txt"}) {
+    EXPECT_EQ(platform::SystemFileName(name), name);
+  }
 }
 
 }  // namespace

@@ -33,4 +33,17 @@ TEST(FileSystem, ANonAsciiNameIsKeptAsUtf8) {
   EXPECT_FALSE(platform::Stat(folder));
 }
 
+TEST(FileSystem, FileNamesLoseWhatWindowsRefuses) {
+  EXPECT_EQ(platform::SystemFileName("IMG_0001.JPG"), "IMG_0001.JPG");
+  EXPECT_EQ(platform::SystemFileName("a<b>c:d\"e|f?g*h.jpg"), "a_b_c_d_e_f_g_h.jpg");
+  EXPECT_EQ(platform::SystemFileName("name."), "name_");
+  EXPECT_EQ(platform::SystemFileName("name "), "name_");
+  EXPECT_EQ(platform::SystemFileName("CON"), "_CON");
+  EXPECT_EQ(platform::SystemFileName("nul.txt"), "_nul.txt");
+  EXPECT_EQ(platform::SystemFileName("Com1.tar.gz"), "_Com1.tar.gz");
+  EXPECT_EQ(platform::SystemFileName("LPT9"), "_LPT9");
+  EXPECT_EQ(platform::SystemFileName("COM0"), "COM0");
+  EXPECT_EQ(platform::SystemFileName("CONSOLE.log"), "CONSOLE.log");
+}
+
 }  // namespace

@@ -22,6 +22,14 @@ bool HasModes() { return true; }
 const char* WhyNoFifos() { return ""; }
 const char* WhyNoModes() { return ""; }
 
+bool KeepsHoles() { return true; }
+const char* WhyNoHoles() { return ""; }
+
+unsigned long long BytesOnDisk(const std::string& path) {
+  struct stat status {};
+  return stat(path.c_str(), &status) == 0 ? static_cast<unsigned long long>(status.st_blocks) * 512 : 0;
+}
+
 bool MakeFifo(const std::string& path) { return mkfifo(path.c_str(), 0644) == 0; }
 
 void ReleaseFifo(const std::string& path) {

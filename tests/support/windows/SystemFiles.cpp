@@ -41,6 +41,15 @@ bool HasModes() { return false; }
 const char* WhyNoFifos() { return "Windows has no named pipes in its file system"; }
 const char* WhyNoModes() { return "Windows has no POSIX permission bits"; }
 
+bool KeepsHoles() { return false; }
+const char* WhyNoHoles() { return "the Windows build copies every byte of a sparse file"; }
+
+unsigned long long BytesOnDisk(const std::string& path) {
+  DWORD high = 0;
+  const DWORD low = GetCompressedFileSizeW(platform::Wide(path).c_str(), &high);
+  return low == INVALID_FILE_SIZE && GetLastError() != NO_ERROR ? 0 : (static_cast<unsigned long long>(high) << 32) | low;
+}
+
 bool MakeFifo(const std::string&) { return false; }
 
 void ReleaseFifo(const std::string&) {}

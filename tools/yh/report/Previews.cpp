@@ -1,8 +1,5 @@
 #include "Previews.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <cctype>
 
@@ -10,12 +7,13 @@
 #include "Fd.h"
 #include "FileIo.h"
 #include "HeifThumbnail.h"
+#include "platform/FileSystem.h"
 
 namespace yh {
 namespace {
 
 // Larger copies get no preview rather than hold the memory.
-constexpr off_t kLargestCopy = 64 << 20;
+constexpr uint64_t kLargestCopy = 64 << 20;
 
 std::string Extension(const std::string& name) {
   const size_t dot = name.rfind('.');
@@ -38,9 +36,9 @@ std::string PreviewExtension(const std::string& copy) {
 
 // The bytes of a copy yh wrote, never through a link.
 std::string ReadCopy(const std::string& path) {
-  Fd fd(::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC));
-  struct stat status {};
-  if (!fd || ::fstat(fd.Get(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size > kLargestCopy) return "";
+  Fd fd(platform::OpenForReadingNoFollow(path));
+  platform::PathInfo info;
+  if (!fd || !platform::StatOpen(fd.Get(), &info) || !info.regular || info.size > kLargestCopy) return "";
   return ReadAll(fd.Get());
 }
 

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <string>
 
+#include "DefaultLocation.h"
 #include "YhRun.h"
 #include "support/BackupBuilder.h"
 
@@ -102,13 +103,16 @@ TEST_F(YhBackupErrors, AnEmptyOrMissingRootFindsNothing) {
   const YhResult missing = Yh({"show", "x", "calls", "--root", root_.Path() + "nope"});
   EXPECT_EQ(missing.code, 1);
   EXPECT_EQ(missing.err, "yh: " + root_.Path() + "nope: no such folder\n");
-  const YhResult noDefault = Yh({"show", "x", "calls"}, {"XDG_DATA_HOME=" + root_.Path()});
+  const DefaultLocation location = DefaultLocationIn(root_.Path());
+  std::string looked;
+  for (const std::string& folder : location.folders) looked += (looked.empty() ? "" : ", ") + folder + " (missing)";
+  const YhResult noDefault = Yh({"show", "x", "calls"}, location.env);
   EXPECT_EQ(noDefault.code, 1);
-  EXPECT_EQ(noDefault.err, "yh: no backups found; looked in " + root_.Path() +
-                              "MobileSync/Backup (missing); give the folder that holds them with --root DIR\n");
-  fs::create_directories(root_.Path() + "MobileSync/Backup");
-  const YhResult empty = Yh({"show", "x", "calls"}, {"XDG_DATA_HOME=" + root_.Path()});
-  EXPECT_TRUE(Contains(empty.err, "looked in " + root_.Path() + "MobileSync/Backup (no backup in it); "));
+  EXPECT_EQ(noDefault.err,
+            "yh: no backups found; looked in " + looked + "; give the folder that holds them with --root DIR\n");
+  fs::create_directories(location.folders.front());
+  const YhResult empty = Yh({"show", "x", "calls"}, location.env);
+  EXPECT_TRUE(Contains(empty.err, "looked in " + location.folders.front() + " (no backup in it)"));
 }
 
 TEST_F(YhBackupErrors, ADeviceNameMatchesWithoutRegardToCaseAndByItsStart) {

@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
+#include "DefaultLocation.h"
 #include "YhRun.h"
 #include "support/BackupBuilder.h"
 
@@ -53,8 +54,7 @@ TEST(YhList, DatesFollowTheLocalTimeZone) {
 }
 
 TEST(YhList, WithoutRootTheDefaultLocationIsListed) {
-  const std::string support = Samples().substr(0, Samples().size() - std::string("/MobileSync/Backup").size());
-  const YhResult run = Yh({"list"}, {"XDG_DATA_HOME=" + support});
+  const YhResult run = Yh({"list"}, SamplesByDefault());
   EXPECT_EQ(run.code, 0);
   EXPECT_EQ(run.out, kTable);
 }
@@ -82,9 +82,10 @@ TEST(YhList, NothingFoundExitsWithOne) {
   EXPECT_EQ(missing.code, 1);
   EXPECT_EQ(missing.err, "yh: " + empty.Path() + "missing: no such folder\n");
 
-  const YhResult noDefault = Yh({"list"}, {"XDG_DATA_HOME=" + empty.Path()});
+  const DefaultLocation location = DefaultLocationIn(empty.Path());
+  const YhResult noDefault = Yh({"list"}, location.env);
   EXPECT_EQ(noDefault.code, 1);
-  EXPECT_TRUE(Contains(noDefault.err, "yh: no backups found; looked in " + empty.Path() + "MobileSync/Backup (missing);"));
+  EXPECT_TRUE(Contains(noDefault.err, "yh: no backups found; looked in " + location.folders.front() + " (missing)"));
   EXPECT_TRUE(Contains(noDefault.err, "--root DIR\n"));
 }
 

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "DefaultLocation.h"
 #include "Kinds.h"
 #include "YhRun.h"
 
@@ -434,8 +435,7 @@ TEST(YhShow, TheBackupIsNamedByPathFolderPrefixOrDeviceName) {
     EXPECT_EQ(run.out, expected);
   }
   EXPECT_EQ(OutOf(Yh({"show", SamplePath(kNewSample), "calls"})), expected) << "a path needs no root";
-  const std::string support = Samples().substr(0, Samples().size() - std::string("/MobileSync/Backup").size());
-  EXPECT_EQ(OutOf(Yh({"show", "Ada’s iPhone", "calls"}, {"XDG_DATA_HOME=" + support})), expected);
+  EXPECT_EQ(OutOf(Yh({"show", "Ada’s iPhone", "calls"}, SamplesByDefault())), expected);
 }
 
 TEST(YhShow, JsonIsTheDefaultFormat) {

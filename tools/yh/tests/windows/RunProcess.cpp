@@ -31,7 +31,7 @@ std::wstring Quoted(const std::wstring& argument) {
 void ReadAll(HANDLE pipe, std::string* sink) {
   char buffer[4096];
   DWORD got = 0;
-  while (ReadFile(pipe, buffer, sizeof buffer, &got, nullptr) && got > 0) sink->append(buffer, got);
+  while (::ReadFile(pipe, buffer, sizeof buffer, &got, nullptr) && got > 0) sink->append(buffer, got);
   CloseHandle(pipe);
 }
 

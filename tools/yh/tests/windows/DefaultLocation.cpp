@@ -1,0 +1,26 @@
+#include "DefaultLocation.h"
+
+#include "YhRun.h"
+#include "support/BackupBuilder.h"
+#include "support/SystemFiles.h"
+
+namespace yhtool {
+
+DefaultLocation DefaultLocationIn(const std::string& folder) {
+  return {{"APPDATA=" + folder + "Roaming", "USERPROFILE=" + folder + "Profile"},
+          {folder + "Roaming/Apple Computer/MobileSync/Backup", folder + "Profile/Apple/MobileSync/Backup"}};
+}
+
+// No folder of the build is named as Windows names the default location: the
+// samples are copied once into one that is.
+std::vector<std::string> SamplesByDefault() {
+  static const yhtest::TempDir home;
+  static const DefaultLocation location = [] {
+    const DefaultLocation made = DefaultLocationIn(home.Path());
+    yhtest::CopyTree(Samples(), made.folders.front());
+    return made;
+  }();
+  return location.env;
+}
+
+}  // namespace yhtool
