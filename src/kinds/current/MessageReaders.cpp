@@ -10,7 +10,7 @@
 #include "common/LocalDate.h"
 #include "common/SchemaInfo.h"
 #include "common/SortByMoving.h"
-#include "common/TextHelpers.h"
+#include "kinds/current/MessagePart.h"
 
 namespace current {
 namespace {
@@ -223,7 +223,7 @@ std::unordered_map<int64_t, std::string> ReadTextPieces(Database& database, cons
   const int type = rows.Column("content_type");
   const int data = rows.Column("data");
   while (rows.Step()) {
-    if (AsciiLower(rows.WholeText(type)).rfind("text/plain", 0) != 0) continue;
+    if (MessagePartOf(rows.WholeText(type)) != MessagePart::Text) continue;
     std::string& text = texts[rows.Int64(message)];
     text += (text.empty() ? "" : "\n") + rows.WholeText(data);
   }

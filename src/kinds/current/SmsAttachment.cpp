@@ -8,6 +8,7 @@
 #include "common/SchemaInfo.h"
 #include "common/TextHelpers.h"
 #include "kinds/MediaLocator.h"
+#include "kinds/current/MessagePart.h"
 #include "kinds/current/StoredDatabases.h"
 
 namespace current {
@@ -68,8 +69,7 @@ void ReadParts(Database& database, const SchemaInfo& schema, size_t databaseInde
   const int location = rows.Column("content_loc");
   while (rows.Step()) {
     const std::string mimeType = rows.WholeText(type);
-    const std::string lower = AsciiLower(mimeType);
-    if (lower.rfind("text/plain", 0) == 0 || lower.rfind("application/smil", 0) == 0) continue;
+    if (MessagePartOf(mimeType) != MessagePart::File) continue;
     Attachment attachment;
     attachment.part = std::to_string(rows.Int64(message)) + "-" + std::to_string(rows.Int64(part));
     attachment.mimeType = mimeType;

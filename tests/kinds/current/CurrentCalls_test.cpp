@@ -34,6 +34,22 @@ std::string Expected(const std::vector<Call>& calls) {
   return text + "]";
 }
 
+// Both call logs (the store with a -wal when `wal` holds rows) and an
+// address book that knows Ada.
+std::string CallBackup(const TempDir& root, IndexKind kind, const std::string& callDb, const std::string& store,
+                       const std::string& wal = "") {
+  BackupBuilder builder(kind);
+  builder.AddDatabase("WirelessDomain", "Library/CallHistory/call_history.db", callDb);
+  if (wal.empty()) {
+    builder.AddDatabase("HomeDomain", "Library/CallHistoryDB/CallHistory.storedata", store);
+  } else {
+    builder.AddDatabaseWithWal("HomeDomain", "Library/CallHistoryDB/CallHistory.storedata", store, wal);
+  }
+  return builder
+      .AddDatabase("HomeDomain", kAddressBookPath, AddressBook().PersonWithNumber(1, "Ada", "'+1 (617) 555-0199'").Sql())
+      .Write(root.Path() + "backup");
+}
+
 // An iOS 5 call database (no network_code column), an iOS 18 call store
 // (one address as a BLOB, FaceTime audio and video) and an address book.
 std::string WriteCallBackup(const TempDir& root, IndexKind kind) {
@@ -47,11 +63,7 @@ std::string WriteCallBackup(const TempDir& root, IndexKind kind) {
       "ZANSWERED, ZCALLTYPE) VALUES "
       "(1, NULL, X'2B3136313735353530313939', 583675350.5, 0, 0, 'us', 0, 16), "
       "(2, '', 'someone@example.org', 583675400, 1, 59.9, NULL, 1, 8);\n";
-  return BackupBuilder(kind)
-      .AddDatabase("WirelessDomain", "Library/CallHistory/call_history.db", callDb)
-      .AddDatabase("HomeDomain", "Library/CallHistoryDB/CallHistory.storedata", store)
-      .AddDatabase("HomeDomain", kAddressBookPath, AddressBook().PersonWithNumber(1, "Ada", "'+1 (617) 555-0199'").Sql())
-      .Write(root.Path() + "backup");
+  return CallBackup(root, kind, callDb, store);
 }
 
 TEST(CurrentCalls, EveryGenerationNewestFirstWithTrueDatesAndNames) {
@@ -174,11 +186,7 @@ std::string WriteDeletedCallBackup(const TempDir& root, IndexKind kind) {
   const std::string wal = "INSERT INTO ZCALLRECORD (Z_PK, ZADDRESS, ZDATE, ZORIGINATED, ZDURATION, ZANSWERED, "
                           "ZCALLTYPE) VALUES (2, 'gone@example.org', 583675500, 0, 0, 0, 8);\n"
                           "DELETE FROM ZCALLRECORD WHERE Z_PK = 2;\n";
-  return BackupBuilder(kind)
-      .AddDatabase("WirelessDomain", "Library/CallHistory/call_history.db", callDb)
-      .AddDatabaseWithWal("HomeDomain", "Library/CallHistoryDB/CallHistory.storedata", store, wal)
-      .AddDatabase("HomeDomain", kAddressBookPath, AddressBook().PersonWithNumber(1, "Ada", "'+1 (617) 555-0199'").Sql())
-      .Write(root.Path() + "backup");
+  return CallBackup(root, kind, callDb, store, wal);
 }
 
 TEST(CurrentCalls, DeletedCallsOfEveryLogNewestFirstNamedFromTheAddressBook) {
