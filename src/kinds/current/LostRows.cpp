@@ -102,6 +102,31 @@ std::vector<size_t> LostOnce(const RecoveredRows& rows, const std::vector<bool>&
   return kept;
 }
 
+// Leaves out of `positions` the rows of link tables whose link names none
+// of `subjects` (rowids).
+std::vector<size_t> Touching(const RecoveredRows& rows, std::vector<size_t> positions, const LostRowsOf& lost,
+                             const std::unordered_set<int64_t>& subjects) {
+  if (lost.links.empty()) return positions;
+  std::vector<int> link(rows.tables.size(), -1);
+  for (const auto& [table, column] : lost.links) {
+    const std::vector<int> columns = ColumnOf(rows, column);
+    for (size_t at = 0; at < rows.tables.size(); ++at) {
+      if (Named({table}, rows.tables[at].name)) link[at] = columns[at];
+    }
+  }
+  const auto touches = [&](size_t at) {
+    const RecoveredRow& row = rows.rows[at];
+    const int column = row.table < link.size() ? link[row.table] : -1;
+    if (column < 0) return true;
+    if (static_cast<size_t>(column) >= row.values.size()) return false;
+    const SqlValue& value = row.values[column];
+    return value.kind == SqlValue::Kind::Integer && subjects.count(value.integer) > 0;
+  };
+  positions.erase(std::remove_if(positions.begin(), positions.end(), [&](size_t at) { return !touches(at); }),
+                  positions.end());
+  return positions;
+}
+
 }  // namespace
 
 void ForEachLostLayer(const RecoveredRows& rows, const LostRowsOf& lost,
@@ -115,8 +140,10 @@ void ForEachLostLayer(const RecoveredRows& rows, const LostRowsOf& lost,
   const auto isSubject = [&](const RecoveredRow& row) { return row.table < subject.size() && subject[row.table]; };
   std::map<LayerKey, std::vector<size_t>> layers;
   std::map<std::tuple<RowSource, RowStatus, size_t, int64_t>, size_t> seen;  // rowids met per source and table
+  std::unordered_set<int64_t> lostRowids;
   for (size_t at : LostOnce(rows, subject, true, lost.identity)) {
     const RecoveredRow& row = rows.rows[at];
+    if (row.rowid) lostRowids.insert(*row.rowid);
     const size_t layer = row.rowid ? seen[{row.source, row.status, row.table, *row.rowid}]++ : 0;
     layers[{row.source, row.status, layer}].push_back(at);
   }
@@ -129,8 +156,8 @@ void ForEachLostLayer(const RecoveredRows& rows, const LostRowsOf& lost,
   }
   // Live rows first, so that a deleted row never takes a live row's rowid.
   ScratchDatabase scratch(rows);
-  scratch.Add(context, ScratchDatabase::WhenTaken::Skip);
-  scratch.Add(LostOnce(rows, joined, false, ""), ScratchDatabase::WhenTaken::Skip);
+  scratch.Add(Touching(rows, std::move(context), lost, lostRowids), ScratchDatabase::WhenTaken::Skip);
+  scratch.Add(Touching(rows, LostOnce(rows, joined, false, ""), lost, lostRowids), ScratchDatabase::WhenTaken::Skip);
   for (const auto& [key, positions] : layers) {
     for (size_t table = 0; table < subject.size(); ++table) {
       if (subject[table]) scratch.Empty(table);

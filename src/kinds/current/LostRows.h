@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "common/Database.h"
@@ -30,6 +31,11 @@ struct LostRowsOf {
   // live row is a stale copy of that row, left behind when its cell moved,
   // not a deleted record. Empty when the table has none.
   std::string identity;
+  // Tables that only tie other rows to a subject row, each with the column
+  // that names the subject's rowid (a message's chat and attachments): only
+  // their rows that name a lost subject row can change a record, so the
+  // others are left out of the layers, which keeps them small.
+  std::vector<std::pair<std::string, std::string>> links = {};
 };
 
 // Calls `read` once per layer of the subjects' lost rows with a database

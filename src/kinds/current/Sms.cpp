@@ -16,7 +16,15 @@ const char kMessageDatabase[] = "Library/SMS/sms.db";
 
 // A deleted message is a row of the message table no longer live; the
 // chats, handles and joins around it, live or recovered, place it.
-const LostRowsOf kLostMessages{{"message"}, {}, false, "guid"};
+const LostRowsOf kLostMessages{{"message"},
+                               {},
+                               false,
+                               "guid",
+                               {{"chat_message_join", "message_id"},
+                                {"chat_recoverable_message_join", "message_id"},
+                                {"message_attachment_join", "message_id"},
+                                {"msg_pieces", "message_id"},
+                                {"madrid_attachment", "message_id"}}};
 
 bool SameContent(const Message& a, const Message& b) {
   for (size_t text : {Message::kCountry, Message::kService, Message::kText, Message::kDate, Message::kSender,

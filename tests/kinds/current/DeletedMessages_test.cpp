@@ -189,6 +189,32 @@ TEST(DeletedMessages, FramesOfTheWalAndEarlierVersionsWhoseContentDiffers) {
   }
 }
 
+// A deleted message whose join to its chat is still live is placed in that
+// chat, beside joins of other chats' live messages that have no part in it.
+TEST(DeletedMessages, ALiveJoinPlacesADeletedMessageInItsChat) {
+  const std::string base = "PRAGMA secure_delete=OFF;\n" + Schema("sms.db-ios18") +
+                           "INSERT INTO handle (ROWID, id, service) VALUES (1, '+16175550199', 'iMessage'), "
+                           "(2, '+447946000000', 'iMessage');\n"
+                           "INSERT INTO chat (ROWID, guid, style, chat_identifier) VALUES "
+                           "(1, 'iMessage;-;+16175550199', 45, '+16175550199'), (2, 'iMessage;+;chat9', 43, 'chat9');\n"
+                           "INSERT INTO chat_handle_join (chat_id, handle_id) VALUES (1, 1), (2, 1), (2, 2);\n" +
+                           Insert(1, 1, "Hi", 0, 0) + Insert(2, 2, "In the group", 1, 0) +
+                           "INSERT INTO chat_message_join (chat_id, message_id) VALUES (1, 1), (2, 2);\n";
+  const std::string wal = "DELETE FROM message WHERE ROWID = 2;\n";
+  TempDir root;
+  const std::string backup = BackupBuilder(IndexKind::ManifestDb)
+                                 .AddDatabaseWithWal("HomeDomain", kSmsPath, base, wal)
+                                 .Write(root.Path() + "b");
+  ScopedTimeZone timeZone("UTC");
+  ServedBackup served(backup, Service::Current);
+  const std::string both = "{\"address\":\"+16175550199\",\"name\":\"\"},{\"address\":\"+447946000000\",\"name\":\"\"}";
+  EXPECT_EQ(served.DeletedAnswer(ContentSms),
+            "[" +
+                Conversation("chat9", "+16175550199, +447946000000", "+16175550199, +447946000000",
+                             {{"In the group", 1, 0, "+447946000000", "", "wal", ""}}, both, true, "", "12") +
+                "]");
+}
+
 // Whole pages of a conversation deleted at once become freelist pages;
 // their cells keep their rowids, so the recovered joins place them in their
 // chat. Nearly every deleted text still in the file comes back, each once,
