@@ -4,8 +4,8 @@
  *
  * Calling order: CreateDataRecoveryService (or CreateCurrentDataRecoveryService);
  * table->GetBackupDeviceList (or GetBackupDeviceListAt); for a chosen record
- * table->AnalyzeBackup; table->GetContentList any number of times;
- * table->FreeBackupDevice on the head of the list; FreeiDeviceBackupService.
+ * table->AnalyzeBackup; table->GetContentList (or GetContentRecords) any
+ * number of times; table->FreeBackupDevice on the head of the list; FreeiDeviceBackupService.
  *
  * Ownership: every plist the library returns belongs to the caller, who
  * frees it with plist_free; the four texts FreeBackupDevice leaves (see
@@ -235,6 +235,42 @@ YH_EXPORT int32_t DecryptBackup(const char* backup, const char* out, const char*
  * it does not know and for a type with nothing recovered. Free it with
  * plist_free. */
 YH_EXPORT plist_t GetDeletedContentList(BackupDevice* device, iDeviceContentType type);
+
+/* Record by record: what a YHRecordCallback returns, bits that combine. */
+enum {
+  YHRecordNext = 0,  /* go on with the next record; the library frees this one */
+  YHRecordStop = 1,  /* hand no more records */
+  YHRecordTaken = 2  /* the host keeps the record and frees it with plist_free */
+};
+/* Called with each record's dictionary in turn; returns YHRecordNext,
+ * YHRecordStop, YHRecordTaken or YHRecordTaken | YHRecordStop. A record not
+ * taken is freed by the library once the callback returns, so the callback
+ * keeps no pointer into it. */
+typedef int32_t (*YHRecordCallback)(plist_t record, void* userData);
+
+/* How a walk of GetContentRecords or GetDeletedContentRecords ended. */
+typedef enum YHRecordsResult {
+  YHRecordsDone = 0,     /* every record was handed (none for an empty answer) */
+  YHRecordsStopped = 1,  /* the callback returned YHRecordStop */
+  YHRecordsNone = 2,     /* nothing to give: the array answer would be NULL */
+  YHRecordsInvalid = 3   /* NULL record or callback; nothing was read */
+} YHRecordsResult;
+
+/* The records of GetContentList's answer handed one at a time: the
+ * callback gets, in the array's order, exactly the dictionaries that array
+ * holds (for ContentSms and ContentWhatsApp a conversation with its
+ * messages), answered by the service that last analysed the record. Each
+ * record is converted just before it is handed, and the answer is never
+ * built whole, so a host that writes each record out and frees it needs
+ * memory for one record, not for the answer. The records a kind reads from
+ * its databases are kept as for GetContentList. Returns a YHRecordsResult. */
+YH_EXPORT int32_t GetContentRecords(BackupDevice* device, iDeviceContentType type, YHRecordCallback callback,
+                                    void* userData);
+
+/* The same walk over GetDeletedContentList's answer: YHRecordsNone wherever
+ * that answer is NULL (a record of the described service among them). */
+YH_EXPORT int32_t GetDeletedContentRecords(BackupDevice* device, iDeviceContentType type,
+                                           YHRecordCallback callback, void* userData);
 
 /* Rows read page by page from any SQLite database file, without opening it
  * through SQLite: the deleted rows and earlier versions of rows its free

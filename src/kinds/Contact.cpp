@@ -95,12 +95,11 @@ int PropertiesCallback(void* context, int /*columns*/, char** values, char** /*n
 
 }  // namespace
 
-plist_t Contact::FindContent(void* device, int /*flag*/) {
-  plist_t array = plist_new_array();
+bool Contact::HandContent(void* device, int /*flag*/, RecordSink& sink) {
   if (personMaps_.empty()) StorePersonMap(device);
   // Further databases serve the name lookup only.
-  if (!personMaps_.empty()) ConvertToPlist(personMaps_.front(), array);
-  return array;
+  if (!personMaps_.empty()) ConvertToPlist(personMaps_.front(), sink);
+  return true;
 }
 
 const char* Contact::FindNameByPhone(void* device, const char* phone) {
@@ -146,12 +145,12 @@ void Contact::AddContactList(PersonMap& people, const std::string& path) {
   for (const auto& [person, properties] : reading.properties) person->texts = WithProperties(person->texts, properties);
 }
 
-void Contact::ConvertToPlist(const PersonMap& people, plist_t array) {
+void Contact::ConvertToPlist(const PersonMap& people, RecordSink& sink) {
   for (const auto& entry : people) {
     const Person& person = *entry.second;
     VqCheckAlive(&person);
     plist_t dict = plist_new_dict();
-    plist_array_append_item(array, dict);
     InsertPersonTexts(person.recordId, person.name.c_str(), person.texts, dict);
+    if (!sink.Put(dict)) return;
   }
 }

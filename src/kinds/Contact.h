@@ -22,8 +22,8 @@ class Contact : public Kind {
 
   Contact() = default;
 
-  // A new array (never NULL; empty when there is nobody); `flag` is ignored.
-  plist_t FindContent(void* device, int flag) override;
+  // Always an answer (an empty one when there is nobody); `flag` is ignored.
+  bool HandContent(void* device, int flag, RecordSink& sink) override;
 
   // The name of the first person, database by database and by ascending
   // record id, one of whose values answers to `phone`; NULL when nobody does,
@@ -38,7 +38,7 @@ class Contact : public Kind {
   // key-list order (an unreadable database leaves an empty map).
   void StorePersonMap(void* device);
   static void AddContactList(PersonMap& people, const std::string& path);
-  static void ConvertToPlist(const PersonMap& people, plist_t array);
+  static void ConvertToPlist(const PersonMap& people, RecordSink& sink);
   // Lists every number of every person, in the order a lookup would meet them.
   void IndexNumbers();
 

@@ -38,8 +38,8 @@ int HistoryDbCallback(void* context, int, char** values, char**) {
   // A negative count keeps its sign extension in the unsigned node.
   const int64_t visits = GetZeroIntIsNull(values[3]);
   plist_dict_set_item(entry, "visitCount", plist_new_uint(static_cast<uint64_t>(visits)));
-  plist_array_append_item(context, entry);
-  return 0;
+  // A sink that wants no more ends the query.
+  return static_cast<RecordSink*>(context)->Put(entry) ? 0 : 1;
 }
 
 // Folders have no address and are left out.
@@ -52,20 +52,18 @@ int BookmarkDbCallback(void* context, int, char** values, char**) {
   InsertPlistDictString(entry, "title", values[0]);
   InsertDate(entry, DateText2001OrNow(values[2]));
   plist_dict_set_item(entry, "visitCount", plist_new_uint(1));
-  plist_array_append_item(context, entry);
-  return 0;
+  return static_cast<RecordSink*>(context)->Put(entry) ? 0 : 1;
 }
 
 // One element of "WebHistoryDates": its first entry is the address, whatever
 // its key; of the others only the title, date and visit count are kept.
-void AppendPlistEntry(plist_t element, plist_t array) {
+void AppendPlistEntry(plist_t element, RecordSink& sink) {
   if (plist_get_node_type(element) != PLIST_DICT) return;
   PlistDictEntries entries(element);
   std::string key;
   plist_t value = nullptr;
   if (!entries.Next(&key, &value)) return;
   plist_t entry = plist_new_dict();
-  plist_array_append_item(array, entry);
   plist_dict_set_item(entry, "url", plist_copy(value));
   InsertPlistDictString(entry, "type", "history");
   while (entries.Next(&key, &value)) {
@@ -80,20 +78,20 @@ void AppendPlistEntry(plist_t element, plist_t array) {
       plist_dict_set_item(entry, "visitCount", plist_copy(value));
     }
   }
+  sink.Put(entry);
 }
 
 }  // namespace
 
-plist_t History::FindContent(void* device, int) {
+bool History::HandContent(void* device, int, RecordSink& sink) {
   auto* backup = static_cast<BackupDevice*>(device);
-  plist_t array = plist_new_array();
-  for (const std::string& path : SourceFiles(backup, kHistoryPlistSource)) AddHistoryList(path, array);
-  for (const std::string& path : SourceFiles(backup, kHistoryDbSource)) AddHistoryDb(path, array);
-  for (const std::string& path : SourceFiles(backup, kBookmarkSource)) AddBookmarkList(path, array);
-  return array;
+  for (const std::string& path : SourceFiles(backup, kHistoryPlistSource)) AddHistoryList(path, sink);
+  for (const std::string& path : SourceFiles(backup, kHistoryDbSource)) AddHistoryDb(path, sink);
+  for (const std::string& path : SourceFiles(backup, kBookmarkSource)) AddBookmarkList(path, sink);
+  return true;
 }
 
-void History::AddHistoryList(const std::string& path, plist_t array) {
+void History::AddHistoryList(const std::string& path, RecordSink& sink) {
   OwnedPlist root(ReadPlist(path.c_str()));
   if (!root) return;
   plist_t dates = plist_dict_get_item(root.get(), "WebHistoryDates");
@@ -102,20 +100,22 @@ void History::AddHistoryList(const std::string& path, plist_t array) {
   // start every time, which makes a long history quadratic.
   plist_array_iter iter = nullptr;
   plist_array_new_iter(dates, &iter);
-  for (plist_t element = nullptr;;) {
+  for (plist_t element = nullptr; !sink.Stopped();) {
     plist_array_next_item(dates, iter, &element);
     if (!element) break;
-    AppendPlistEntry(element, array);
+    AppendPlistEntry(element, sink);
   }
   std::free(iter);
 }
 
-void History::AddHistoryDb(const std::string& path, plist_t array) {
+void History::AddHistoryDb(const std::string& path, RecordSink& sink) {
+  if (sink.Stopped()) return;
   Database db(path);
-  if (db.IsOpen()) db.Exec(kHistoryQuery, HistoryDbCallback, array);
+  if (db.IsOpen()) db.Exec(kHistoryQuery, HistoryDbCallback, &sink);
 }
 
-void History::AddBookmarkList(const std::string& path, plist_t array) {
+void History::AddBookmarkList(const std::string& path, RecordSink& sink) {
+  if (sink.Stopped()) return;
   Database db(path);
-  if (db.IsOpen()) db.Exec(kBookmarkQuery, BookmarkDbCallback, array);
+  if (db.IsOpen()) db.Exec(kBookmarkQuery, BookmarkDbCallback, &sink);
 }

@@ -11,16 +11,17 @@
 // dictionaries marked "history" or "bookmark".
 //
 // Unlike the other kinds this one keeps nothing: every request reads the
-// files again and builds a new array, which is never NULL.
+// files again and hands on each entry as it is read; the answer is never NULL.
 class History : public Kind {
  public:
   History() = default;
-  plist_t FindContent(void* device, int flag) override;
+  // Always an answer (an empty one when nothing is found).
+  bool HandContent(void* device, int flag, RecordSink& sink) override;
 
  private:
-  void AddHistoryList(const std::string& path, plist_t array);
-  void AddHistoryDb(const std::string& path, plist_t array);
-  void AddBookmarkList(const std::string& path, plist_t array);
+  static void AddHistoryList(const std::string& path, RecordSink& sink);
+  static void AddHistoryDb(const std::string& path, RecordSink& sink);
+  static void AddBookmarkList(const std::string& path, RecordSink& sink);
 };
 
 #endif

@@ -36,21 +36,23 @@ void InsertNoteDate(plist_t dict, const char* key, const char* seconds) {
   InsertPlistDictString(dict, key, seconds ? DateText2001(seconds).c_str() : "");
 }
 
-void AppendNoteDict(void* array, const char* created, const char* modified, const char* title,
+// False once the sink wants no more.
+bool AppendNoteDict(RecordSink& sink, const char* created, const char* modified, const char* title,
                     const char* body) {
   plist_t dict = plist_new_dict();
-  plist_array_append_item(static_cast<plist_t>(array), dict);
   InsertNoteDate(dict, "create_date", created);
   InsertNoteDate(dict, "modify_date", modified);
   InsertPlistDictString(dict, "title", title);
   InsertPlistDictString(dict, "body", body);
+  return sink.Put(dict);
 }
 
-int NoteDbCallback(void* array, int /*columns*/, char** values, char** /*names*/) {
+int NoteDbCallback(void* sink, int /*columns*/, char** values, char** /*names*/) {
   // The old body is HTML and is handed on unchanged.
-  AppendNoteDict(array, values[0], values[1], GetEmptyStringIsNull(values[2]).c_str(),
-                 GetEmptyStringIsNull(values[3]).c_str());
-  return 0;
+  return AppendNoteDict(*static_cast<RecordSink*>(sink), values[0], values[1],
+                        GetEmptyStringIsNull(values[2]).c_str(), GetEmptyStringIsNull(values[3]).c_str())
+             ? 0
+             : 1;
 }
 
 // The text of inflated note-store data: after the header, up to the end
@@ -68,27 +70,28 @@ std::string NoteStoreBody(const unsigned char* data, unsigned int length) {
 
 }  // namespace
 
-plist_t Note::FindContent(void* device, int /*flag*/) {
+bool Note::HandContent(void* device, int /*flag*/, RecordSink& sink) {
   auto* backup = static_cast<BackupDevice*>(device);
-  plist_t array = plist_new_array();
-  for (const std::string& path : SourceFiles(backup, kNoteSource)) AddNoteList(path.c_str(), array);
-  for (const std::string& path : SourceFiles(backup, kNoteStoreSource)) AddNoteStoreList(path.c_str(), array);
-  return array;
+  for (const std::string& path : SourceFiles(backup, kNoteSource)) AddNoteList(path.c_str(), sink);
+  for (const std::string& path : SourceFiles(backup, kNoteStoreSource)) AddNoteStoreList(path.c_str(), sink);
+  return true;
 }
 
-void Note::AddNoteList(const char* path, void* array) {
+void Note::AddNoteList(const char* path, RecordSink& sink) {
+  if (sink.Stopped()) return;
   Database db(path);
   if (!db.IsOpen()) return;
-  db.Exec(kNoteQuery, NoteDbCallback, array);
+  db.Exec(kNoteQuery, NoteDbCallback, &sink);
 }
 
-void Note::AddNoteStoreList(const char* path, void* array) {
+void Note::AddNoteStoreList(const char* path, RecordSink& sink) {
+  if (sink.Stopped()) return;
   Database db(path);
   if (!db.IsOpen()) return;
   Database::Statement rows(db, kNoteStoreQuery);
   if (!rows.IsValid()) return;
   unsigned char buffer[kBodyBufferSize];
-  while (rows.Step()) {
+  while (!sink.Stopped() && rows.Step()) {
     // Design decision: the buffer starts clean for every row, so that no
     // bytes of an earlier note show through a shorter or failed inflation.
     std::memset(buffer, 0, sizeof buffer);
@@ -100,6 +103,6 @@ void Note::AddNoteStoreList(const char* path, void* array) {
                  buffer, &length);
     if (length == 0) continue;
     const std::string body = NoteStoreBody(buffer, length);
-    AppendNoteDict(array, rows.Text(0), rows.Text(1), rows.Text(2), body.c_str());
+    AppendNoteDict(sink, rows.Text(0), rows.Text(1), rows.Text(2), body.c_str());
   }
 }

@@ -7,17 +7,18 @@
 
 // Notes of both generations of the device's notes database. Unlike the other
 // kinds it keeps no records and no cache: every answer comes straight from
-// the rows, so each request reads the databases again and builds the
-// dictionaries as it goes.
+// the rows, so each request reads the databases again and hands on each
+// dictionary as it is built.
 class Note : public Kind {
  public:
   Note() = default;
-  // Old notes first, then note-store notes; the flag is not used.
-  plist_t FindContent(void* device, int flag) override;
+  // Old notes first, then note-store notes; the flag is not used. Always an
+  // answer (an empty one when nothing is found).
+  bool HandContent(void* device, int flag, RecordSink& sink) override;
 
  private:
-  static void AddNoteList(const char* path, void* array);
-  static void AddNoteStoreList(const char* path, void* array);
+  static void AddNoteList(const char* path, RecordSink& sink);
+  static void AddNoteStoreList(const char* path, RecordSink& sink);
 };
 
 #endif

@@ -20,9 +20,9 @@ class RecordKind : public Kind {
     }
   }
 
-  plist_t FindContent(void* device, int flag) override {
+  bool HandContent(void* device, int flag, RecordSink& sink) override {
     if (records_.empty()) ReadBackup(static_cast<BackupDevice*>(device));
-    return ConvertToPlist(flag);
+    return ConvertToPlist(flag, sink);
   }
 
  protected:
@@ -33,19 +33,18 @@ class RecordKind : public Kind {
   // Inserts the kind's keys for one record.
   virtual void FillDict(const Record& record, plist_t dict) const = 0;
 
-  // NULL for no records; an array (possibly empty when every record belongs
-  // to the other group) otherwise.
-  plist_t ConvertToPlist(int flag) const {
-    if (records_.empty()) return nullptr;
-    plist_t array = plist_new_array();
+  // False (a NULL answer) for no records; otherwise each record of the
+  // group, none when every record belongs to the other group.
+  bool ConvertToPlist(int flag, RecordSink& sink) const {
+    if (records_.empty()) return false;
     for (const Record* record : records_) {
       VqCheckAlive(record);
       if (!Selects(*record, flag)) continue;
       plist_t dict = plist_new_dict();
       FillDict(*record, dict);
-      plist_array_append_item(array, dict);
+      if (!sink.Put(dict)) break;
     }
-    return array;
+    return true;
   }
 
   // Walks the records in order and keeps those for which `keep` is true; the

@@ -101,21 +101,43 @@ int MessageMadridCallback(void* rows, int /*columns*/, char** values, char** /*n
   return 0;
 }
 
+// One conversation with its messages.
+plist_t ChatDict(const Chat& chat) {
+  plist_t dict = plist_new_dict();
+  InsertPlistDictString(dict, "id", chat.id.c_str());
+  InsertPlistDictString(dict, "phone", chat.phone.c_str());
+  InsertPlistDictString(dict, "another", chat.another.c_str());
+  if (chat.messages.empty()) return dict;
+  plist_t messages = plist_new_array();
+  plist_dict_set_item(dict, "message", messages);
+  for (const Chat::Message& message : chat.messages) {
+    plist_t item = plist_new_dict();
+    plist_array_append_item(messages, item);
+    InsertPackedTexts(item, message.texts,
+                      {{"country", Chat::Message::kCountry},
+                       {"service", Chat::Message::kService},
+                       {"text", Chat::Message::kText},
+                       {"date", Chat::Message::kDate}});
+    plist_dict_set_item(item, "type", plist_new_uint(static_cast<uint64_t>(static_cast<int64_t>(message.type))));
+  }
+  return dict;
+}
+
 }  // namespace
 
-plist_t Sms::FindContent(void* device, int /*flag*/) {
-  plist_t array = plist_new_array();
+bool Sms::HandContent(void* device, int /*flag*/, RecordSink& sink) {
   for (const std::string& path : SourceFiles(static_cast<BackupDevice*>(device), kSmsSource)) {
+    if (sink.Stopped()) break;
     // Design decision: each database's chats live only until they are
     // converted. Nothing reads them afterwards, and keeping them would only
     // grow with every request.
     ChatMap chats;
-    AddSmsList(device, chats, path, array);
+    AddSmsList(device, chats, path, sink);
   }
-  return array;
+  return true;
 }
 
-int Sms::AddSmsList(void* device, ChatMap& chats, const std::string& path, plist_t array) {
+int Sms::AddSmsList(void* device, ChatMap& chats, const std::string& path, RecordSink& sink) {
   {
     // Closed before the answer is made, so that its page cache is free for
     // the answer's nodes.
@@ -134,32 +156,14 @@ int Sms::AddSmsList(void* device, ChatMap& chats, const std::string& path, plist
     const char* name = contact_->FindNameByPhone(device, chat.phone.c_str());
     if (name && chat.another.empty()) chat.another = name;
   }
-  ConvertToPlist(chats, array);
+  ConvertToPlist(chats, sink);
   return 0;
 }
 
-void Sms::ConvertToPlist(ChatMap& chats, plist_t array) {
+void Sms::ConvertToPlist(ChatMap& chats, RecordSink& sink) {
   for (auto& entry : chats) {
     const std::unique_ptr<Chat> converted = std::move(entry.second);
-    const Chat& chat = *converted;
-    VqCheckAlive(&chat);
-    plist_t dict = plist_new_dict();
-    plist_array_append_item(array, dict);
-    InsertPlistDictString(dict, "id", chat.id.c_str());
-    InsertPlistDictString(dict, "phone", chat.phone.c_str());
-    InsertPlistDictString(dict, "another", chat.another.c_str());
-    if (chat.messages.empty()) continue;
-    plist_t messages = plist_new_array();
-    plist_dict_set_item(dict, "message", messages);
-    for (const Chat::Message& message : chat.messages) {
-      plist_t item = plist_new_dict();
-      plist_array_append_item(messages, item);
-      InsertPackedTexts(item, message.texts,
-                        {{"country", Chat::Message::kCountry},
-                         {"service", Chat::Message::kService},
-                         {"text", Chat::Message::kText},
-                         {"date", Chat::Message::kDate}});
-      plist_dict_set_item(item, "type", plist_new_uint(static_cast<uint64_t>(static_cast<int64_t>(message.type))));
-    }
+    VqCheckAlive(converted.get());
+    if (!sink.Put(ChatDict(*converted))) return;
   }
 }

@@ -24,17 +24,17 @@ class Sms : public Kind {
   void SetContact(Contact* contact) { contact_ = contact; }
   Contact* GetContact() const { return contact_; }
 
-  // A new array with the conversations of every message database, database
-  // after database (never NULL; empty when there are none); `flag` is ignored.
-  plist_t FindContent(void* device, int flag) override;
+  // The conversations of every message database, database after database
+  // (always an answer, an empty one when there are none); `flag` is ignored.
+  bool HandContent(void* device, int flag, RecordSink& sink) override;
 
  private:
-  // Reads one database into `chats`, names them and appends them to `array`:
-  // 0 when the database opened, -1 (nothing appended) when it did not.
-  int AddSmsList(void* device, ChatMap& chats, const std::string& path, plist_t array);
+  // Reads one database into `chats`, names them and hands them to `sink`:
+  // 0 when the database opened, -1 (nothing handed) when it did not.
+  int AddSmsList(void* device, ChatMap& chats, const std::string& path, RecordSink& sink);
   // Releases each chat once it is converted, so that a large database is
   // never held twice over, as records and as the answer.
-  static void ConvertToPlist(ChatMap& chats, plist_t array);
+  static void ConvertToPlist(ChatMap& chats, RecordSink& sink);
 
   Contact* contact_ = nullptr;
 };

@@ -1,5 +1,7 @@
 #include "service/Extractors.h"
 
+#include <iterator>
+
 #include "kinds/Calendar.h"
 #include "kinds/CallHistory.h"
 #include "kinds/Contact.h"
@@ -44,6 +46,14 @@ const ContentRoute kContentRoutes[11] = {
     {Read<Photo, &BackupDevice::photo>, 1},  // camera pictures
     {Read<Photo, &BackupDevice::photo>, 0},  // other pictures
 };
+
+Kind* DescribedKindOf(const BackupDevice* device, iDeviceContentType type, int* flag) {
+  const auto index = static_cast<size_t>(static_cast<uint32_t>(type));  // negative types count as large
+  if (index >= std::size(kContentRoutes)) return nullptr;
+  const ContentRoute& route = kContentRoutes[index];
+  *flag = route.flag;
+  return route.extractor(device);
+}
 
 void CreateKindObj(BackupDevice* device) {
   device->callHistory = new CallHistory();

@@ -21,4 +21,8 @@ struct ContentRoute {
 };
 extern const ContentRoute kContentRoutes[11];
 
+// The extractor that answers `type` and the flag it is asked with; NULL for
+// an unknown type or a record not analysed.
+Kind* DescribedKindOf(const BackupDevice* device, iDeviceContentType type, int* flag);
+
 #endif

@@ -18,6 +18,12 @@ static int failures = 0;
     }                                                                 \
   } while (0)
 
+static int32_t CountRecord(plist_t record, void* count) {
+  (void)record;
+  ++*(int*)count;
+  return YHRecordNext;
+}
+
 static void WriteFile(const char* path, const void* bytes, size_t length) {
   FILE* file = fopen(path, "wb");
   if (!file) {
@@ -66,6 +72,9 @@ int main(void) {
       plist_free(answer);
     }
     CHECK(service->GetContentList(list, (iDeviceContentType)11) == NULL);
+    int records = 0;
+    CHECK(GetContentRecords(list, ContentSms, CountRecord, &records) == YHRecordsDone);
+    CHECK(GetContentRecords(list, (iDeviceContentType)11, CountRecord, &records) == YHRecordsNone);
     service->FreeBackupDevice(list);
     YHFree(productType);
   }

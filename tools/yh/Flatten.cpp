@@ -27,6 +27,8 @@ std::vector<plist_t> Elements(plist_t array) {
   return elements;
 }
 
+}  // namespace
+
 class RowsBuilder {
  public:
   explicit RowsBuilder(const std::vector<std::string>& known) {
@@ -65,6 +67,8 @@ class RowsBuilder {
   std::map<std::string, size_t, std::less<>> index_;
   std::string joined_;
 };
+
+namespace {
 
 std::vector<Cells> Leaves(RowsBuilder& rows, const std::string& parent, plist_t node) {
   std::vector<Cells> leaves;
@@ -119,15 +123,24 @@ void AddRecord(RowsBuilder& rows, plist_t record, const std::vector<std::string>
 }  // namespace
 
 Rows Flatten(plist_t answer, const std::vector<std::string>& known, const std::vector<std::string>& inCells) {
-  RowsBuilder rows(known);
+  Flattener rows(known, inCells);
   if (answer) {
     if (plist_get_node_type(answer) == PLIST_ARRAY) {
-      for (plist_t record : Elements(answer)) AddRecord(rows, record, inCells);
+      for (plist_t record : Elements(answer)) rows.Add(record);
     } else {
-      AddRecord(rows, answer, inCells);
+      rows.Add(answer);
     }
   }
   return rows.Take();
 }
+
+Flattener::Flattener(const std::vector<std::string>& known, const std::vector<std::string>& inCells)
+    : rows_(std::make_unique<RowsBuilder>(known)), inCells_(inCells) {}
+
+Flattener::~Flattener() = default;
+
+void Flattener::Add(plist_t record) { AddRecord(*rows_, record, inCells_); }
+
+Rows Flattener::Take() { return rows_->Take(); }
 
 }  // namespace yh

@@ -3,6 +3,7 @@
 
 #include <plist/plist.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,26 @@ struct Rows {
 // Columns start with `known` and go on with any other key in the order it
 // is first met.
 Rows Flatten(plist_t answer, const std::vector<std::string>& known, const std::vector<std::string>& inCells = {});
+
+class RowsBuilder;
+
+// The same rows made one record at a time, so that a record may be freed
+// once it is added.
+class Flattener {
+ public:
+  Flattener(const std::vector<std::string>& known, const std::vector<std::string>& inCells);
+  ~Flattener();
+  Flattener(const Flattener&) = delete;
+  Flattener& operator=(const Flattener&) = delete;
+
+  void Add(plist_t record);
+  // The rows of every record added; the flattener is spent.
+  Rows Take();
+
+ private:
+  std::unique_ptr<RowsBuilder> rows_;
+  const std::vector<std::string>& inCells_;
+};
 
 }  // namespace yh
 

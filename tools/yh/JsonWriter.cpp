@@ -47,11 +47,15 @@ void WriteNumber(std::ostream& out, uint64_t value) {
 
 // A member of an object that stands at `depth`: the opening brace or the
 // comma before it, then its key and value on a line of their own.
-void WriteMember(std::ostream& out, bool first, const char* key, size_t length, plist_t value, int depth) {
+void WriteKey(std::ostream& out, bool first, const char* key, size_t length, int depth) {
   out << (first ? '{' : ',');
   NewLine(out, depth + 1);
   WriteText(out, key, length);
   out.write(": ", 2);
+}
+
+void WriteMember(std::ostream& out, bool first, const char* key, size_t length, plist_t value, int depth) {
+  WriteKey(out, first, key, length, depth);
   WriteJson(out, value, depth + 1);
 }
 
@@ -74,18 +78,10 @@ void WriteDictionary(std::ostream& out, plist_t node, int depth) {
 }
 
 void WriteArray(std::ostream& out, plist_t node, int depth) {
+  JsonArrayWriter array(out, depth);
   const uint32_t size = plist_array_get_size(node);
-  if (size == 0) {
-    out.write("[]", 2);
-    return;
-  }
-  for (uint32_t i = 0; i < size; ++i) {
-    out << (i ? ',' : '[');
-    NewLine(out, depth + 1);
-    WriteJson(out, plist_array_get_item(node, i), depth + 1);
-  }
-  NewLine(out, depth);
-  out << ']';
+  for (uint32_t i = 0; i < size; ++i) array.Add(plist_array_get_item(node, i));
+  array.Finish();
 }
 
 }  // namespace
@@ -139,11 +135,27 @@ void WriteJson(std::ostream& out, plist_t node, int depth) {
   }
 }
 
-void JsonObjectWriter::Add(const std::string& key, plist_t value) {
-  WriteMember(out_, empty_, key.data(), key.size(), value, 0);
+void JsonObjectWriter::Key(const std::string& key) {
+  WriteKey(out_, empty_, key.data(), key.size(), 0);
   empty_ = false;
 }
 
 void JsonObjectWriter::Finish() { CloseObject(out_, empty_, 0); }
+
+void JsonArrayWriter::Add(plist_t element) {
+  out_ << (empty_ ? '[' : ',');
+  NewLine(out_, depth_ + 1);
+  WriteJson(out_, element, depth_ + 1);
+  empty_ = false;
+}
+
+void JsonArrayWriter::Finish() {
+  if (empty_) {
+    out_.write("[]", 2);
+    return;
+  }
+  NewLine(out_, depth_);
+  out_ << ']';
+}
 
 }  // namespace yh

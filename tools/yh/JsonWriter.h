@@ -19,12 +19,29 @@ class JsonObjectWriter {
  public:
   explicit JsonObjectWriter(std::ostream& out) : out_(out) {}
 
-  void Add(const std::string& key, plist_t value);
+  // Starts a member whose value the caller writes next, at depth 1.
+  void Key(const std::string& key);
   // Closes the object; a line end is the caller's.
   void Finish();
 
  private:
   std::ostream& out_;
+  bool empty_ = true;
+};
+
+// A JSON array written one element at a time, laid out as WriteJson lays
+// out the whole array standing at `depth`.
+class JsonArrayWriter {
+ public:
+  JsonArrayWriter(std::ostream& out, int depth) : out_(out), depth_(depth) {}
+
+  void Add(plist_t element);
+  // Closes the array ("[]" when nothing was added).
+  void Finish();
+
+ private:
+  std::ostream& out_;
+  int depth_;
   bool empty_ = true;
 };
 

@@ -51,6 +51,27 @@ Plist Library::Deleted(BackupDevice& device, int contentType) const {
   return Plist(GetDeletedContentList(&device, static_cast<iDeviceContentType>(contentType)));
 }
 
+namespace {
+
+using RecordHandler = std::function<void(plist_t record)>;
+
+// `handler` points to a pointer to the host's handler.
+int32_t HandRecord(plist_t record, void* handler) {
+  (**static_cast<const RecordHandler**>(handler))(record);
+  return YHRecordNext;
+}
+
+}  // namespace
+
+bool Library::Records(BackupDevice& device, int contentType, bool deleted,
+                      const std::function<void(plist_t record)>& record) const {
+  const auto type = static_cast<iDeviceContentType>(contentType);
+  const RecordHandler* handler = &record;
+  const int32_t result = deleted ? GetDeletedContentRecords(&device, type, HandRecord, &handler)
+                                 : GetContentRecords(&device, type, HandRecord, &handler);
+  return result != YHRecordsNone;
+}
+
 std::string Text(const char* text) { return text ? text : ""; }
 
 std::string FolderName(const BackupDevice& device) {

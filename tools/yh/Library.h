@@ -3,6 +3,7 @@
 
 #include <libYH.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -52,6 +53,11 @@ class Library {
   // The kind's records the owner deleted (GetDeletedContentList); NULL with
   // the described service, which recovers nothing.
   Plist Deleted(BackupDevice& device, int contentType) const;
+  // The records of Content (or, when `deleted`, of Deleted) handed to
+  // `record` one at a time, each freed once it returns
+  // (GetContentRecords); false when that answer would be NULL.
+  bool Records(BackupDevice& device, int contentType, bool deleted,
+               const std::function<void(plist_t record)>& record) const;
 
  private:
   iDeviceBackupService* table_;

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string_view>
+#include <utility>
 
 namespace yh {
 namespace {
@@ -40,21 +41,17 @@ void WriteXml(std::ostream& out, plist_t tree) {
   Write(out, XmlText(empty.get()).View());
 }
 
-void XmlDictionaryWriter::Add(const std::string& key, Plist value) {
-  const Plist entry(plist_new_dict());
-  plist_dict_set_item(entry.get(), key.c_str(), value ? value.release() : plist_new_array());
-  const XmlText xml(entry.get());
-  const std::string_view text = xml.View();
+std::string_view XmlDictionaryWriter::Entry(std::string_view document) {
   // The document's head ends with the dictionary's opening tag and its tail
   // starts with the closing one; the entry lies between them.
   static const std::string_view kOpen = "<dict>\n";
-  const size_t start = text.find(kOpen) + kOpen.size();
-  const size_t end = text.rfind("</dict>\n");
+  const size_t start = document.find(kOpen) + kOpen.size();
+  const size_t end = document.rfind("</dict>\n");
   if (end_.empty()) {
-    Write(out_, text.substr(0, start));
-    end_ = text.substr(end);
+    Write(out_, document.substr(0, start));
+    end_ = document.substr(end);
   }
-  Write(out_, text.substr(start, end - start));
+  return document.substr(start, end - start);
 }
 
 void XmlDictionaryWriter::Finish() {
@@ -64,6 +61,36 @@ void XmlDictionaryWriter::Finish() {
   }
   const Plist empty(plist_new_dict());
   WriteXml(out_, empty.get());
+}
+
+std::string XmlArrayWriter::Rendered(Plist array) {
+  if (!dictionary_) return std::string(XmlText(array.get()).View());
+  const Plist entry(plist_new_dict());
+  plist_dict_set_item(entry.get(), key_.c_str(), array.release());
+  return std::string(dictionary_->Entry(XmlText(entry.get()).View()));
+}
+
+void XmlArrayWriter::Add(plist_t element) {
+  Plist array(plist_new_array());
+  plist_array_append_item(array.get(), plist_copy(element));
+  const std::string text = Rendered(std::move(array));
+  static const std::string_view kOpen = "<array>\n";
+  const size_t start = text.find(kOpen) + kOpen.size();
+  // The closing tag's line, with its indentation.
+  const size_t end = text.rfind('\n', text.rfind("</array>\n")) + 1;
+  if (end_.empty()) {
+    Write(out_, std::string_view(text).substr(0, start));
+    end_ = text.substr(end);
+  }
+  Write(out_, std::string_view(text).substr(start, end - start));
+}
+
+void XmlArrayWriter::Finish() {
+  if (!end_.empty()) {
+    out_ << end_;
+    return;
+  }
+  Write(out_, Rendered(Plist(plist_new_array())));
 }
 
 }  // namespace yh

@@ -11,8 +11,7 @@
 namespace yh {
 namespace {
 
-void WriteRows(std::ostream& out, Format format, const Answer& answer) {
-  Rows rows = Flatten(answer.tree.get(), answer.kind->columns, answer.kind->inCells);
+void WriteRows(std::ostream& out, Format format, Rows rows) {
   if (format == Format::Csv) {
     WriteCsv(out, rows);
   } else {
@@ -20,15 +19,46 @@ void WriteRows(std::ostream& out, Format format, const Answer& answer) {
   }
 }
 
-// A kind's section of CSV or a table: its name line, then its rows.
-void WriteSection(std::ostream& out, Format format, const Answer& answer) {
-  if (format == Format::Csv) {
-    out << "# " << answer.kind->name << '\n';
+// A kind's flattened records and how many there were.
+struct FlatRecords {
+  Rows rows;
+  size_t records = 0;
+};
+
+FlatRecords FlattenRecords(const Kind& kind, const RecordsOf& recordsOf) {
+  Flattener flat(kind.columns, kind.inCells);
+  size_t records = 0;
+  recordsOf(kind, [&](plist_t record) {
+    flat.Add(record);
+    ++records;
+  });
+  return {flat.Take(), records};
+}
+
+// The JSON of a kind's answer standing at `depth`: null, or its array.
+void WriteJsonRecords(std::ostream& out, int depth, const Kind& kind, const RecordsOf& recordsOf) {
+  JsonArrayWriter array(out, depth);
+  if (recordsOf(kind, [&](plist_t record) { array.Add(record); })) {
+    array.Finish();
   } else {
-    const size_t records = RecordCount(answer.tree.get());
-    out << answer.kind->name << ": " << records << (records == 1 ? " record\n" : " records\n");
+    out.write("null", 4);
   }
-  WriteRows(out, format, answer);
+}
+
+void WriteXmlRecords(XmlArrayWriter array, const Kind& kind, const RecordsOf& recordsOf) {
+  recordsOf(kind, [&](plist_t record) { array.Add(record); });
+  array.Finish();
+}
+
+// A kind's section of CSV or a table: its name line, then its rows.
+void WriteSection(std::ostream& out, Format format, const Kind& kind, const RecordsOf& recordsOf) {
+  FlatRecords flat = FlattenRecords(kind, recordsOf);
+  if (format == Format::Csv) {
+    out << "# " << kind.name << '\n';
+  } else {
+    out << kind.name << ": " << flat.records << (flat.records == 1 ? " record\n" : " records\n");
+  }
+  WriteRows(out, format, std::move(flat.rows));
 }
 
 }  // namespace
@@ -49,23 +79,42 @@ void WriteAnswer(std::ostream& out, Format format, const Answer& answer) {
       break;
     case Format::Csv:
     case Format::Table:
-      WriteRows(out, format, answer);
+      WriteRows(out, format, Flatten(answer.tree.get(), answer.kind->columns, answer.kind->inCells));
       break;
   }
 }
 
-void WriteAnswers(std::ostream& out, Format format, const std::vector<const Kind*>& kinds, const AnswerOf& answerOf) {
+void WriteRecords(std::ostream& out, Format format, const Kind& kind, const RecordsOf& recordsOf) {
+  switch (format) {
+    case Format::Json:
+      WriteJsonRecords(out, 0, kind, recordsOf);
+      out << '\n';
+      break;
+    case Format::Xml:
+      WriteXmlRecords(XmlArrayWriter(out), kind, recordsOf);
+      break;
+    case Format::Csv:
+    case Format::Table:
+      WriteRows(out, format, FlattenRecords(kind, recordsOf).rows);
+      break;
+  }
+}
+
+void WriteAnswers(std::ostream& out, Format format, const std::vector<const Kind*>& kinds, const RecordsOf& recordsOf) {
   switch (format) {
     case Format::Json: {
       JsonObjectWriter all(out);
-      for (const Kind* kind : kinds) all.Add(kind->name, answerOf(*kind).get());
+      for (const Kind* kind : kinds) {
+        all.Key(kind->name);
+        WriteJsonRecords(out, 1, *kind, recordsOf);
+      }
       all.Finish();
       out << '\n';
       break;
     }
     case Format::Xml: {
       XmlDictionaryWriter all(out);
-      for (const Kind* kind : kinds) all.Add(kind->name, answerOf(*kind));
+      for (const Kind* kind : kinds) WriteXmlRecords(XmlArrayWriter(out, all, kind->name), *kind, recordsOf);
       all.Finish();
       break;
     }
@@ -73,7 +122,7 @@ void WriteAnswers(std::ostream& out, Format format, const std::vector<const Kind
     case Format::Table:
       for (size_t i = 0; i < kinds.size(); ++i) {
         if (i) out << '\n';
-        WriteSection(out, format, {kinds[i], answerOf(*kinds[i])});
+        WriteSection(out, format, *kinds[i], recordsOf);
       }
       break;
   }

@@ -27,14 +27,22 @@ size_t RecordCount(plist_t answer);
 // a table.
 void WriteAnswer(std::ostream& out, Format format, const Answer& answer);
 
-// Asks for a kind's answer.
-using AnswerOf = std::function<Plist(const Kind&)>;
+// Takes one record of an answer; it stays the caller's.
+using RecordHandler = std::function<void(plist_t record)>;
+// Hands a kind's records to the handler one at a time, in the answer's
+// order; false when the library had nothing to give (its answer is NULL).
+using RecordsOf = std::function<bool(const Kind&, const RecordHandler&)>;
+
+// One kind as WriteAnswer writes its answer, written record by record as
+// the records come: JSON and XML hold one record at a time, CSV and tables
+// the flattened rows (to know every column, and a table its widths).
+void WriteRecords(std::ostream& out, Format format, const Kind& kind, const RecordsOf& recordsOf);
 
 // Several kinds: JSON and XML as one dictionary keyed by kind name; CSV and
 // tables as one section per kind, each after a line with the kind's name.
-// Each kind is asked for, written and freed before the next is asked for, so
-// that only one answer is held at a time.
-void WriteAnswers(std::ostream& out, Format format, const std::vector<const Kind*>& kinds, const AnswerOf& answerOf);
+// Each kind is written record by record as WriteRecords writes it, one kind
+// after the other.
+void WriteAnswers(std::ostream& out, Format format, const std::vector<const Kind*>& kinds, const RecordsOf& recordsOf);
 
 }  // namespace yh
 

@@ -7,14 +7,13 @@ int RunShow(const ShowOptions& options, std::ostream& out) {
   const Library library(options.classic);
   const FoundBackup backup = FindBackup(library, options.backup, options.root, options.passwordFile);
   const std::vector<const Kind*> kinds = SelectKinds({options.kind});
-  const AnswerOf answerOf = [&](const Kind& kind) {
-    return options.deleted ? library.Deleted(*backup.device, kind.contentType)
-                           : library.Content(*backup.device, kind.contentType);
+  const RecordsOf recordsOf = [&](const Kind& kind, const RecordHandler& record) {
+    return library.Records(*backup.device, kind.contentType, options.deleted, record);
   };
   if (options.kind == kAllKinds) {
-    WriteAnswers(out, options.format, kinds, answerOf);
+    WriteAnswers(out, options.format, kinds, recordsOf);
   } else {
-    WriteAnswer(out, options.format, {kinds.front(), answerOf(*kinds.front())});
+    WriteRecords(out, options.format, *kinds.front(), recordsOf);
   }
   return 0;
 }

@@ -32,33 +32,31 @@ enum class WhenNone { Null, EmptyList };
 template <class Record>
 class StoredRecordKind : public Kind {
  public:
-  plist_t FindContent(void* device, int flag) final {
+  bool HandContent(void* device, int flag, RecordSink& sink) final {
     const std::vector<Record>& records = Records(static_cast<const BackupDevice*>(device));
-    if (records.empty() && whenNone_ == WhenNone::Null && !heldDatabase_) return nullptr;
-    plist_t array = plist_new_array();
+    if (records.empty() && whenNone_ == WhenNone::Null && !heldDatabase_) return false;
     for (const Record& record : records) {
       if (!Selects(record, flag)) continue;
       plist_t dict = plist_new_dict();
       InsertKeys(record, dict);
-      plist_array_append_item(array, dict);
+      if (!sink.Put(dict)) break;
     }
-    return array;
+    return true;
   }
 
   // The same layout for the records the owner deleted, each followed by
-  // its deletion's keys; NULL when there are none.
-  plist_t FindDeletedContent(void* device, int flag) final {
+  // its deletion's keys; a NULL answer when there are none.
+  bool HandDeletedContent(void* device, int flag, RecordSink& sink) final {
     const std::vector<Deleted<Record>>& records = DeletedRecords(static_cast<const BackupDevice*>(device));
-    if (records.empty()) return nullptr;
-    plist_t array = plist_new_array();
+    if (records.empty()) return false;
     for (const Deleted<Record>& deleted : records) {
       if (!Selects(deleted.record, flag)) continue;
       plist_t dict = plist_new_dict();
       InsertKeys(deleted.record, dict);
       InsertDeletionKeys(deleted.deletion, dict);
-      plist_array_append_item(array, dict);
+      if (!sink.Put(dict)) break;
     }
-    return array;
+    return true;
   }
 
  protected:

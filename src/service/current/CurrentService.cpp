@@ -40,24 +40,24 @@ void PrepareCurrentSession(BackupDevice*, BackupSession& session) {
 
 int32_t AnalyzeCurrentBackup(BackupDevice* device) { return AnalyzeBackupWith(device, PrepareCurrentSession); }
 
-namespace {
-
-// What the kind that answers `type` gives, for a record this service analysed.
-plist_t AskCurrentKind(BackupDevice* device, iDeviceContentType type, plist_t (Kind::*ask)(void*, int)) {
+Kind* CurrentKindOf(BackupDevice* device, iDeviceContentType type, int* flag) {
   const auto index = static_cast<size_t>(static_cast<uint32_t>(type));  // negative types count as large
   if (!device || index >= std::size(kCurrentRoutes)) return nullptr;
   BackupSession* session = SessionOf(device);
   if (!session || !session->currentKinds) return nullptr;
   const CurrentRoute& route = kCurrentRoutes[index];
-  return (route.kind(*session->currentKinds).*ask)(device, route.flag);
+  *flag = route.flag;
+  return &route.kind(*session->currentKinds);
 }
 
-}  // namespace
-
 plist_t GetCurrentContentList(BackupDevice* device, iDeviceContentType type) {
-  return AskCurrentKind(device, type, &Kind::FindContent);
+  int flag = 0;
+  Kind* kind = CurrentKindOf(device, type, &flag);
+  return kind ? kind->FindContent(device, flag) : nullptr;
 }
 
 plist_t GetDeletedContentList(BackupDevice* device, iDeviceContentType type) {
-  return AskCurrentKind(device, type, &Kind::FindDeletedContent);
+  int flag = 0;
+  Kind* kind = CurrentKindOf(device, type, &flag);
+  return kind ? kind->FindDeletedContent(device, flag) : nullptr;
 }

@@ -368,6 +368,13 @@ TEST(YhShow, AllGivesEveryKindInOrder) {
     EXPECT_EQ(plist_dict_get_size(tree), yh::Kinds().size());
     EXPECT_EQ(LibplistXml(plist_dict_get_item(tree, "notes")), OutOf(Show(sample, "notes", "xml")));
     plist_free(tree);
+    // Written record by record, laid out as libplist lays out the whole dictionary.
+    const yh::Plist whole(plist_new_dict());
+    for (const yh::Kind& kind : yh::Kinds()) {
+      yh::Plist answer = Answer(SamplePath(sample), kind.contentType);
+      plist_dict_set_item(whole.get(), kind.name.c_str(), answer ? answer.release() : plist_new_array());
+    }
+    EXPECT_EQ(WithoutPrivateFolders(xml.out), WithoutPrivateFolders(LibplistXml(whole.get())));
 
     const YhResult csv = Show(sample, "all", "csv");
     EXPECT_TRUE(Contains(OutOf(csv), "# calls\n" + OutOf(Show(sample, "calls", "csv")) + "\n# contacts\n"));

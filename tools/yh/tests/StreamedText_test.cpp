@@ -64,9 +64,12 @@ TEST(YhStreamedText, JsonObjectIsWrittenAsTheWholeObject) {
   whole["last"] = ToJson(plist_array_get_item(records.get(), 0));
   std::ostringstream out;
   JsonObjectWriter object(out);
-  object.Add("first", records.get());
-  object.Add("nothing", nullptr);
-  object.Add("last", plist_array_get_item(records.get(), 0));
+  object.Key("first");
+  WriteJson(out, records.get(), 1);
+  object.Key("nothing");
+  WriteJson(out, nullptr, 1);
+  object.Key("last");
+  WriteJson(out, plist_array_get_item(records.get(), 0), 1);
   object.Finish();
   EXPECT_EQ(out.str(), JsonText(whole));
 
@@ -82,22 +85,57 @@ std::string XmlOf(plist_t tree) {
   return out.str();
 }
 
-TEST(YhStreamedText, XmlDictionaryIsWrittenAsTheWholeDictionary) {
+TEST(YhStreamedText, JsonArrayIsWrittenAsTheWholeArrayAtItsDepth) {
+  const Plist records = Records();
+  for (int depth : {0, 1}) {
+    std::ostringstream whole;
+    WriteJson(whole, records.get(), depth);
+    std::ostringstream out;
+    JsonArrayWriter array(out, depth);
+    array.Add(plist_array_get_item(records.get(), 0));
+    array.Add(plist_array_get_item(records.get(), 1));
+    array.Finish();
+    EXPECT_EQ(out.str(), whole.str());
+  }
+  std::ostringstream none;
+  JsonArrayWriter empty(none, 1);
+  empty.Finish();
+  EXPECT_EQ(none.str(), "[]");
+}
+
+// The elements of `records` through an XmlArrayWriter.
+void AddEach(XmlArrayWriter array, plist_t records) {
+  for (uint32_t i = 0; i < plist_array_get_size(records); ++i) array.Add(plist_array_get_item(records, i));
+  array.Finish();
+}
+
+TEST(YhStreamedText, XmlArrayIsWrittenAsTheWholeArray) {
+  const Plist records = Records();
+  std::ostringstream out;
+  AddEach(XmlArrayWriter(out), records.get());
+  EXPECT_EQ(out.str(), XmlOf(records.get()));
+  const Plist empty(plist_new_array());
+  std::ostringstream none;
+  AddEach(XmlArrayWriter(none), empty.get());
+  EXPECT_EQ(none.str(), XmlOf(empty.get()));
+}
+
+TEST(YhStreamedText, XmlArraysOfADictionaryAreWrittenAsTheWholeDictionary) {
   const Plist whole(plist_new_dict());
   plist_dict_set_item(whole.get(), "first", Records().release());
   plist_dict_set_item(whole.get(), "nothing", plist_new_array());
-  plist_dict_set_item(whole.get(), "last", Record());
+  const Plist records = Records();
+  const Plist empty(plist_new_array());
   std::ostringstream out;
   XmlDictionaryWriter dictionary(out);
-  dictionary.Add("first", Records());
-  dictionary.Add("nothing", Plist());
-  dictionary.Add("last", Plist(Record()));
+  AddEach(XmlArrayWriter(out, dictionary, "first"), records.get());
+  AddEach(XmlArrayWriter(out, dictionary, "nothing"), empty.get());
   dictionary.Finish();
   EXPECT_EQ(out.str(), XmlOf(whole.get()));
 
   std::ostringstream none;
-  XmlDictionaryWriter empty(none);
-  empty.Finish();
+  XmlDictionaryWriter nothing(none);
+  nothing.Finish();
   const Plist emptyDictionary(plist_new_dict());
   EXPECT_EQ(none.str(), XmlOf(emptyDictionary.get()));
 }
