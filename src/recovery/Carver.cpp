@@ -41,6 +41,46 @@ const size_t kMaxPrefix = 9;
 // blob of 57 bytes), as a freeblock cell's overwritten first type must.
 const int64_t kLongestOneByteTypeValue = 57;
 
+// How firmly where a freeblock cell's reading ends bears it out.
+enum Support : int { kBare = 1, kFollowed = 2, kFills = 3 };
+
+// The intact cell at page[offset] as a carved one: where it ends (when all
+// of it is on the page) and the bytes before its serial types: its payload
+// length's, rowid's and header length's varints.
+PageHints::Carved IntactCell(std::string_view page, size_t offset, uint32_t usable) {
+  const CellStart start = ReadCellStart(page, offset, page.size());
+  if (!start.valid) return {offset, 0, 0};
+  // A payload longer than this keeps some of it on overflow pages.
+  const bool local = start.payloadSize <= static_cast<int64_t>(usable) - 35;
+  return {offset, local ? start.payloadStart + start.payloadSize : 0,
+          start.payloadStart - offset + start.headerLengthSize};
+}
+
+// What the cells nearest the block page[offset, limit), intact or read
+// before, say of the bytes before its cell's serial types. Rows are mostly
+// written in rowid order, so a freed cell's rowid, and the length of its
+// varint, is most often that of its neighbours: those of both sides when
+// they agree, else that of the cell that ends where it begins, else those
+// of either side.
+std::vector<size_t> NeighbourPrefixes(std::string_view page, size_t offset, size_t limit, const PageHints& hints,
+                                      uint32_t usable) {
+  std::optional<PageHints::Carved> before;
+  std::optional<PageHints::Carved> after;
+  auto meet = [&](const PageHints::Carved& cell) {
+    if (cell.offset < offset && (!before || cell.offset > before->offset)) before = cell;
+    if (cell.offset >= limit && (!after || cell.offset < after->offset)) after = cell;
+  };
+  for (uint32_t cell : hints.cells) meet(IntactCell(page, cell, usable));
+  for (const PageHints::Carved& cell : hints.carved) meet(cell);
+  if (before && after && before->prefix != after->prefix) {
+    if (before->end == offset) return {before->prefix};
+    return {before->prefix, after->prefix};
+  }
+  if (before) return {before->prefix};
+  if (after) return {after->prefix};
+  return {};
+}
+
 // Whether the bytes from `from` up to `end` are the last bytes of the varint
 // of `headerLength` (the ones before `from` were overwritten).
 bool HeaderLengthEndsAt(std::string_view region, size_t from, size_t end, int64_t headerLength) {
@@ -179,9 +219,20 @@ Carver::Types Carver::TypesOfLength(size_t column, int64_t length, const std::ve
     }
   };
   if (length == 0) {
-    // NULL, 0 and 1 take no bytes: the intact records say which is usual.
-    for (int64_t type : seen) add(type);
     for (int64_t type : {0, 8, 9}) add(type);
+    if (candidates.count > 1) {
+      Types shown;
+      for (int64_t type : seen) {
+        const bool allowed = std::find(candidates.begin(), candidates.end(), type) != candidates.end();
+        if (allowed && std::find(shown.begin(), shown.end(), type) == shown.end()) shown.types[shown.count++] = type;
+      }
+      if (shown.count == 1) {
+        candidates = shown;
+      } else {
+        candidates.count = 1;
+        candidates.doubtful = true;
+      }
+    }
   } else {
     for (int64_t type = 1; type <= 7; ++type) add(type);
     add(12 + 2 * length);
@@ -198,88 +249,159 @@ bool Carver::FreedCellsFill(std::string_view page, size_t from, size_t limit) co
       continue;
     }
     if (at + kFreeblockHeader > limit) return false;
+    // A freeblock header: the next block (after this one, on the page) or none, and the size.
+    const size_t next = ReadUInt16(page, at);
     const size_t size = ReadUInt16(page, at + 2);
-    if (size < kFreeblockHeader || at + size > limit) return false;
+    if (size < kFreeblockHeader || at + size > limit || (next != 0 && (next < at + size || next >= page.size()))) {
+      return false;
+    }
     at += size;
   }
   return true;
 }
 
+int Carver::Support(std::string_view page, const CarvedRecord& record, size_t limit) const {
+  if (record.end + kMaxFragment >= limit) return kFills;
+  return FreedCellsFill(page, record.end, limit) || CellAt(page, record.end, limit) ? kFollowed : kBare;
+}
+
+void Carver::RebuiltFirstType(std::string_view page, size_t offset, size_t limit, const std::vector<int64_t>& rest,
+                              size_t restEnd, const std::vector<int64_t>& firstTypes,
+                              std::vector<Reading>* readings) const {
+  // Payload length, rowid and header length took three bytes, the first
+  // serial type the fourth: the rest of the types follow.
+  std::vector<int64_t> types{0};
+  types.insert(types.end(), rest.begin(), rest.end());
+  auto withFirst = [&](int64_t first, bool doubtful) {
+    types[0] = first;
+    std::optional<CarvedRecord> record = Assemble(page, offset, offset + 3, limit, types);
+    if (record) record->doubtful = doubtful;
+    return record;
+  };
+  const int64_t known = static_cast<int64_t>(restEnd - offset) + BodyLength(rest);
+  const size_t before = readings->size();
+  for (size_t fragment = 0; fragment <= kMaxFragment && readings->size() == before; ++fragment) {
+    const int64_t length = static_cast<int64_t>(limit - offset - fragment) - known;
+    if (length < 0) break;
+    const Types firsts = TypesOfLength(0, length, firstTypes);
+    for (int64_t first : firsts) {
+      std::optional<CarvedRecord> record = withFirst(first, firsts.doubtful);
+      if (record && record->end + kMaxFragment >= limit) {
+        readings->push_back({std::move(*record), kFreeblockHeader - 1, kFills});
+        break;
+      }
+    }
+  }
+  // The block may hold more than this cell. The cells freed after it that
+  // the block took in lead from its end to the block's end: the first type
+  // is one whose record ends where the first of them begins.
+  std::vector<Reading> ending;
+  std::vector<int64_t> endingTypes;
+  const int64_t longest = std::min(static_cast<int64_t>(limit - offset) - known, kLongestOneByteTypeValue);
+  for (int64_t length = 0; length <= longest && ending.empty(); ++length) {
+    const Types firsts = TypesOfLength(0, length, firstTypes);
+    for (int64_t first : firsts) {
+      std::optional<CarvedRecord> record = withFirst(first, firsts.doubtful);
+      if (!record || record->end + kMaxFragment >= limit || !FreedCellsFill(page, record->end, limit)) continue;
+      ending.push_back({std::move(*record), kFreeblockHeader - 1, kFollowed});
+      endingTypes.push_back(first);
+    }
+  }
+  if (ending.size() == 1) {
+    readings->push_back(std::move(ending[0]));
+    return;
+  }
+  const bool filled = readings->size() != before;
+  // Else the intact records say the first type, among those if any.
+  for (int64_t first : firstTypes) {
+    if (!TypeFits(0, first) || VarintLength(first) != 1) continue;
+    if (ending.empty()) {
+      if (filled) return;
+      if (std::optional<CarvedRecord> record = withFirst(first, false)) {
+        readings->push_back({std::move(*record), kFreeblockHeader - 1, kBare});
+        return;
+      }
+    } else {
+      const auto found = std::find(endingTypes.begin(), endingTypes.end(), first);
+      if (found != endingTypes.end()) {
+        readings->push_back(std::move(ending[found - endingTypes.begin()]));
+        return;
+      }
+    }
+  }
+}
+
 std::optional<CarvedRecord> Carver::FreeblockCell(std::string_view page, size_t offset, size_t limit,
-                                                  const std::vector<int64_t>& firstTypes) const {
+                                                  PageHints& hints) const {
   limit = std::min(limit, page.size());
   const size_t columns = table_.columns.size();
   if (columns == 0 || offset + kFreeblockHeader >= limit) return std::nullopt;
   const std::string_view region = page.substr(0, limit);
   const size_t typesStart = offset + kFreeblockHeader;
-  auto fillsBlock = [&](const CarvedRecord& record) { return record.end + kMaxFragment >= limit; };
-
-  // Payload length, rowid and header length took three bytes, the first
-  // serial type the fourth: the rest of the types follow.
-  std::vector<int64_t> rest;
-  size_t restEnd = 0;
+  std::vector<Reading> readings;
   // Rest types that do not fit the columns after the first make no record
   // whatever the first type.
-  const bool restRead = ReadSerialTypes(region, typesStart, columns - 1, &rest, &restEnd) && BodyLength(rest) >= 0 &&
-                        RestFits(rest);
-  std::vector<int64_t> withRest;  // the first type, then the rest
-  auto withFirst = [&](int64_t first) {
-    if (withRest.empty()) {
-      withRest.push_back(first);
-      withRest.insert(withRest.end(), rest.begin(), rest.end());
-    }
-    withRest[0] = first;
-    return Assemble(page, offset, offset + 3, limit, withRest);
-  };
-  if (restRead) {
-    const int64_t known = static_cast<int64_t>(restEnd - offset) + BodyLength(rest);
-    for (size_t fragment = 0; fragment <= kMaxFragment; ++fragment) {
-      const int64_t length = static_cast<int64_t>(limit - offset - fragment) - known;
-      if (length < 0) break;
-      for (int64_t first : TypesOfLength(0, length, firstTypes)) {
-        std::optional<CarvedRecord> record = withFirst(first);
-        if (record && fillsBlock(*record)) return record;
-      }
-    }
+  std::vector<int64_t> rest;
+  size_t restEnd = 0;
+  if (ReadSerialTypes(region, typesStart, columns - 1, &rest, &restEnd) && BodyLength(rest) >= 0 && RestFits(rest)) {
+    RebuiltFirstType(page, offset, limit, rest, restEnd, hints.firstTypes, &readings);
   }
   // Longer payload-length, rowid or header-length varints: every serial type
   // survives, and the end of the header length's varint just before them
   // unless they start at once.
+  std::vector<int64_t> types;
   for (size_t start = typesStart; start <= typesStart + kMaxPrefix && start < limit; ++start) {
-    std::vector<int64_t> types;
+    // The header length's varint ends with a byte below 128.
+    if (start > typesStart && (static_cast<uint8_t>(region[start - 1]) & 0x80) != 0) continue;
     size_t typesEnd = 0;
     if (!ReadSerialTypes(region, start, columns, &types, &typesEnd)) continue;
     const bool lengthSeen = start > typesStart && HeaderLengthEndsAt(region, typesStart, start, HeaderLength(types));
     if (start > typesStart && !lengthSeen) continue;
     std::optional<CarvedRecord> record = Assemble(page, offset, start, limit, types);
-    if (record && (lengthSeen || fillsBlock(*record))) return record;
+    if (!record) continue;
+    const int support = std::max<int>(Support(page, *record, limit), lengthSeen ? kFollowed : kBare);
+    readings.push_back({std::move(*record), start - offset, support});
   }
-  if (!restRead) return std::nullopt;
-  // The block holds more than this cell. The cells freed after it that the
-  // block took in lead from its end to the block's end: the first type is
-  // one whose record ends where they begin.
-  std::vector<CarvedRecord> ending;
-  std::vector<int64_t> endingTypes;
-  const int64_t known = static_cast<int64_t>(restEnd - offset) + BodyLength(rest);
-  const int64_t longest = std::min(static_cast<int64_t>(limit - offset) - known, kLongestOneByteTypeValue);
-  for (int64_t length = 0; length <= longest; ++length) {
-    for (int64_t first : TypesOfLength(0, length, {})) {
-      std::optional<CarvedRecord> record = withFirst(first);
-      if (!record || !FreedCellsFill(page, record->end, limit)) continue;
-      ending.push_back(std::move(*record));
-      endingTypes.push_back(first);
+  return Choose(readings, page, offset, limit, hints);
+}
+
+std::optional<CarvedRecord> Carver::Choose(std::vector<Reading>& readings, std::string_view page, size_t offset,
+                                           size_t limit, PageHints& hints) const {
+  // A record ends where the first cell freed after it begins: one that
+  // ends further holds that cell's start.
+  size_t nearest = SIZE_MAX;
+  for (const Reading& reading : readings) {
+    if (reading.support == kFollowed) nearest = std::min(nearest, reading.record.end);
+  }
+  int best = 0;
+  for (Reading& reading : readings) {
+    if (reading.record.end > nearest) reading.support = 0;
+    best = std::max(best, reading.support);
+  }
+  std::vector<Reading*> top;
+  for (Reading& reading : readings) {
+    if (best != 0 && reading.support == best) top.push_back(&reading);
+  }
+  auto samePrefix = [](const std::vector<Reading*>& among) {
+    return !among.empty() &&
+           std::all_of(among.begin(), among.end(), [&](const Reading* r) { return r->prefix == among[0]->prefix; });
+  };
+  if (samePrefix(top) && (best > kBare || top[0]->prefix == kFreeblockHeader - 1)) {
+    hints.carved.push_back({offset, top[0]->record.end, top[0]->prefix});
+    return std::move(top[0]->record);
+  }
+  const std::vector<size_t> neighbours =
+      NeighbourPrefixes(page, offset, limit, hints, image_.Header().UsableSize());
+  std::vector<Reading*> agreeing;
+  for (Reading* reading : top) {
+    if (std::find(neighbours.begin(), neighbours.end(), reading->prefix) != neighbours.end()) {
+      agreeing.push_back(reading);
     }
   }
-  if (ending.size() == 1) return ending[0];
-  // Else the intact records say the first type, among those if any.
-  for (int64_t first : firstTypes) {
-    if (!TypeFits(0, first) || VarintLength(first) != 1) continue;
-    if (ending.empty()) {
-      if (std::optional<CarvedRecord> record = withFirst(first)) return record;
-    } else {
-      const auto found = std::find(endingTypes.begin(), endingTypes.end(), first);
-      if (found != endingTypes.end()) return ending[found - endingTypes.begin()];
-    }
+  if (samePrefix(agreeing)) {
+    hints.carved.push_back({offset, agreeing[0]->record.end, agreeing[0]->prefix});
+    return std::move(agreeing[0]->record);
   }
+  if (!top.empty()) ++hints.doubts;
   return std::nullopt;
 }

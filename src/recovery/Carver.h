@@ -18,6 +18,8 @@ struct CarvedRecord {
   size_t offset = 0;  // where the cell began on its page
   size_t end = 0;     // after its local part
   bool partial = false;  // its overflow chain was cut: values past the cut are NULL
+  // Its first value, NULL, 0 or 1, could not be told: a cell lay there, but no row is known.
+  bool doubtful = false;
 };
 
 // What a table leaf cell begins with, read before any table is tried: the
@@ -33,6 +35,22 @@ struct CellStart {
 
 // The start of a cell at page[offset], reading no byte from `limit` on.
 CellStart ReadCellStart(std::string_view page, size_t offset, size_t limit);
+
+// What a page's cells tell of the cells freed among them.
+struct PageHints {
+  std::vector<int64_t> firstTypes;  // the first column's serial types in the table's intact records
+  std::vector<uint32_t> cells;      // where the intact cells are
+  // Filled while carving: the freed cells read (where each began and
+  // ended, and how many bytes came before its serial types), and how many
+  // cells were left in doubt.
+  struct Carved {
+    size_t offset;
+    size_t end;
+    size_t prefix;
+  };
+  std::vector<Carved> carved;
+  size_t doubts = 0;
+};
 
 // Rebuilds records of one table from free bytes. A record is returned only
 // when all of it decodes consistently with the table: one serial type per
@@ -54,13 +72,16 @@ class Carver {
 
   // A cell whose first four bytes a freeblock's header (next pointer and
   // size) overwrote: the cell's payload length, rowid, header length and,
-  // for short cells, the first serial type. That type is rebuilt from the
-  // room left to `limit` (a cell freed alone fills its block but for a
-  // fragment of up to 3 bytes) and the column's declared type, or else from
-  // `firstTypes`, the first column's serial types in intact records of the
-  // same table.
+  // for short cells, the first serial type. Each reading of what is left is
+  // weighed by where its record ends: where the block does (a cell freed
+  // alone fills its block but for a fragment of up to 3 bytes), where cells
+  // freed after it begin, or nowhere known. A rebuilt first type comes from
+  // that end and the column's declared type, or else from the first
+  // column's types in the page's intact records. Readings that disagree on
+  // how long the lost start was are told apart by the intact cells written
+  // just before and after the block; a cell they leave in doubt is not given.
   std::optional<CarvedRecord> FreeblockCell(std::string_view page, size_t offset, size_t limit,
-                                            const std::vector<int64_t>& firstTypes) const;
+                                            PageHints& hints) const;
 
   // Whether the serial types fit the table's columns.
   bool Fits(const std::vector<int64_t>& types) const;
@@ -84,11 +105,35 @@ class Carver {
   // kept the header it got then, whose size is the cell's (or more, when it
   // took in free space after it).
   bool FreedCellsFill(std::string_view page, size_t from, size_t limit) const;
+  // A reading of a freeblock cell: its record, how many bytes came before
+  // its serial types, and how firmly where it ends bears it out.
+  struct Reading {
+    CarvedRecord record;
+    size_t prefix = 0;
+    int support = 0;
+  };
+  // Adds the readings of the cell that rebuild its first serial type, before
+  // `rest`, the types that follow it: one that fills the block, one that
+  // ends where the first cell freed after it begins, or else one whose
+  // first type the page's intact records (`firstTypes`) show.
+  void RebuiltFirstType(std::string_view page, size_t offset, size_t limit, const std::vector<int64_t>& rest,
+                        size_t restEnd, const std::vector<int64_t>& firstTypes, std::vector<Reading>* readings) const;
+  // The reading to give among those of one cell: the best borne out, when
+  // they agree on how long the lost start was or the cells around the
+  // block (intact or read before) say which does; a reading whose serial
+  // types were all read and whose end nothing bears out needs them too.
+  std::optional<CarvedRecord> Choose(std::vector<Reading>& readings, std::string_view page, size_t offset,
+                                     size_t limit, PageHints& hints) const;
+  // How firmly the end of a record read from a block ending at `limit` bears it out.
+  int Support(std::string_view page, const CarvedRecord& record, size_t limit) const;
   // Serial types of one byte that a value of `length` bytes of the column
-  // may have, each once; for a length of 0 those of `seen` first.
+  // may have, each once. NULL, 0 and 1 take no bytes: of those the column
+  // allows, the one `seen` (the page's intact records) shows, if only one;
+  // else the first, `doubtful`.
   struct Types {
     int64_t types[8];
     size_t count = 0;
+    bool doubtful = false;
     const int64_t* begin() const { return types; }
     const int64_t* end() const { return types + count; }
   };

@@ -30,6 +30,7 @@ void LabelRow(const PageImage& page, size_t table, const TableShape& shape, std:
 
 void PageRows::Add(const PageImage& page, size_t table, CarvedRecord record, RowSource source,
                    std::vector<RecoveredRow>* rows) const {
+  if (record.doubtful) return;
   RecoveredRow row;
   row.values = std::move(record.values);
   row.partial = record.partial;
@@ -38,15 +39,15 @@ void PageRows::Add(const PageImage& page, size_t table, CarvedRecord record, Row
 }
 
 std::optional<CarvedRecord> PageRows::RecordAt(std::string_view page, size_t offset, size_t end, bool damaged,
-                                               size_t table, const std::vector<int64_t>& firstTypes,
+                                               size_t table, PageHints& hints,
                                                const CellStart& start) const {
   std::optional<CarvedRecord> record = carvers_[table].CellAt(page, offset, end, start);
-  if (!record && damaged) record = carvers_[table].FreeblockCell(page, offset, end, firstTypes);
+  if (!record && damaged) record = carvers_[table].FreeblockCell(page, offset, end, hints);
   return record;
 }
 
 void PageRows::Carve(const PageImage& page, size_t start, size_t end, bool freeblock,
-                     const std::vector<size_t>& candidates, const std::vector<int64_t>& firstTypes, RowSource source,
+                     const std::vector<size_t>& candidates, PageHints& hints, RowSource source,
                      std::vector<RecoveredRow>* rows) const {
   size_t offset = start;
   bool damaged = freeblock;
@@ -56,7 +57,7 @@ void PageRows::Carve(const PageImage& page, size_t start, size_t end, bool freeb
     const CellStart cell = ReadCellStart(page.bytes, offset, end);
     for (size_t table : candidates) {
       if (!cell.valid && !damaged) break;
-      record = RecordAt(page.bytes, offset, end, damaged, table, firstTypes, cell);
+      record = RecordAt(page.bytes, offset, end, damaged, table, hints, cell);
       if (record) {
         offset = record->end;
         Add(page, table, std::move(*record), source, rows);
@@ -69,7 +70,7 @@ void PageRows::Carve(const PageImage& page, size_t start, size_t end, bool freeb
 }
 
 void PageRows::CarveFreedTail(const PageImage& page, size_t start, size_t end, const std::vector<size_t>& candidates,
-                              const std::vector<int64_t>& firstTypes, RowSource source,
+                              PageHints& hints, RowSource source,
                               std::vector<RecoveredRow>* rows) const {
   while (end >= start + 4) {
     size_t offset = end - 4;
@@ -77,7 +78,7 @@ void PageRows::CarveFreedTail(const PageImage& page, size_t start, size_t end, c
     if (offset + ReadUInt16(page.bytes, offset + 2) != end) return;
     std::optional<CarvedRecord> record;
     for (size_t table : candidates) {
-      record = carvers_[table].FreeblockCell(page.bytes, offset, end, firstTypes);
+      record = carvers_[table].FreeblockCell(page.bytes, offset, end, hints);
       if (record) {
         Add(page, table, std::move(*record), source, rows);
         break;
@@ -89,13 +90,13 @@ void PageRows::CarveFreedTail(const PageImage& page, size_t start, size_t end, c
 }
 
 void PageRows::CarveEmptiedPage(const PageImage& page, size_t start, size_t end, const std::vector<size_t>& candidates,
-                                RowSource source, std::vector<RecoveredRow>* rows) const {
+                                PageHints& hints, RowSource source, std::vector<RecoveredRow>* rows) const {
   for (size_t offset = start; offset + 4 <= end;) {
     const size_t size = ReadUInt16(page.bytes, offset + 2);
     std::optional<CarvedRecord> record;
     if (size > 4 && offset + size <= end) {
       for (size_t table : candidates) {
-        record = carvers_[table].FreeblockCell(page.bytes, offset, offset + size, {});
+        record = carvers_[table].FreeblockCell(page.bytes, offset, offset + size, hints);
         if (record) {
           Add(page, table, std::move(*record), source, rows);
           break;
@@ -107,16 +108,28 @@ void PageRows::CarveEmptiedPage(const PageImage& page, size_t start, size_t end,
 }
 
 void PageRows::CarveLeaf(const PageImage& page, const BtreePage& header, const std::vector<size_t>& candidates,
-                         const std::vector<int64_t>& firstTypes, PageSources sources,
-                         std::vector<RecoveredRow>* rows) const {
+                         PageHints& hints, PageSources sources, std::vector<RecoveredRow>* rows) const {
+  const size_t first = rows->size();
+  CarveLeafOnce(page, header, candidates, hints, sources, rows);
+  // Cells left in doubt may be read in the light of cells met after them.
+  if (hints.doubts == 0 || hints.carved.empty()) return;
+  rows->resize(first);
+  hints.doubts = 0;
+  CarveLeafOnce(page, header, candidates, hints, sources, rows);
+}
+
+void PageRows::CarveLeafOnce(const PageImage& page, const BtreePage& header, const std::vector<size_t>& candidates,
+                             PageHints& hints, PageSources sources, std::vector<RecoveredRow>* rows) const {
   const uint32_t usable = image_.Header().UsableSize();
   for (const FreeRegion& block : Freeblocks(page.bytes, header, usable)) {
-    Carve(page, block.offset, block.offset + block.size, true, candidates, firstTypes, sources.freeblocks, rows);
+    Carve(page, block.offset, block.offset + block.size, true, candidates, hints, sources.freeblocks, rows);
   }
   const FreeRegion gap = UnallocatedGap(header, usable);
-  Carve(page, gap.offset, gap.offset + gap.size, false, candidates, firstTypes, sources.unallocated, rows);
-  CarveFreedTail(page, gap.offset, gap.offset + gap.size, candidates, firstTypes, sources.unallocated, rows);
-  if (header.cellCount == 0) CarveEmptiedPage(page, gap.offset, gap.offset + gap.size, candidates, sources.unallocated, rows);
+  Carve(page, gap.offset, gap.offset + gap.size, false, candidates, hints, sources.unallocated, rows);
+  CarveFreedTail(page, gap.offset, gap.offset + gap.size, candidates, hints, sources.unallocated, rows);
+  if (header.cellCount == 0) {
+    CarveEmptiedPage(page, gap.offset, gap.offset + gap.size, candidates, hints, sources.unallocated, rows);
+  }
 }
 
 void PageRows::ReadCells(const PageImage& page, const BtreePage& header, size_t table,
@@ -136,11 +149,12 @@ void PageRows::ReadCells(const PageImage& page, const BtreePage& header, size_t 
 void PageRows::CarveFreeSpace(const PageImage& page, const BtreePage& header, size_t table,
                               std::vector<RecoveredRow>* rows) const {
   const uint32_t usable = image_.Header().UsableSize();
-  std::vector<int64_t> firstTypes;
-  for (uint32_t offset : CellOffsets(page.bytes, header, usable)) {
-    if (std::optional<int64_t> type = FirstSerialType(page.bytes, offset, usable)) firstTypes.push_back(*type);
+  PageHints hints;
+  hints.cells = CellOffsets(page.bytes, header, usable);
+  for (uint32_t offset : hints.cells) {
+    if (std::optional<int64_t> type = FirstSerialType(page.bytes, offset, usable)) hints.firstTypes.push_back(*type);
   }
-  CarveLeaf(page, header, {table}, firstTypes, {RowSource::Live, RowSource::Freeblock, RowSource::Unallocated}, rows);
+  CarveLeaf(page, header, {table}, hints, {RowSource::Live, RowSource::Freeblock, RowSource::Unallocated}, rows);
 }
 
 void PageRows::Read(const PageImage& page, const std::vector<size_t>& candidates, PageSources sources,
@@ -149,21 +163,23 @@ void PageRows::Read(const PageImage& page, const std::vector<size_t>& candidates
   if (page.bytes.size() < usable) return;
   const std::optional<BtreePage> header = ReadBtreePage(page.bytes, page.number, usable);
   if (!header || header->type != BtreePage::TableLeaf) {
-    Carve(page, 0, usable, false, candidates, {}, sources.freeblocks, rows);
+    PageHints none;
+    Carve(page, 0, usable, false, candidates, none, sources.freeblocks, rows);
     return;
   }
-  std::vector<int64_t> firstTypes;
+  PageHints hints;
   TableCell cell;
   for (uint32_t offset : CellOffsets(page.bytes, *header, usable)) {
     if (!ReadTableCell(image_, page.bytes, offset, usable, &cell)) continue;
+    hints.cells.push_back(offset);
     for (size_t table : candidates) {
       if (!carvers_[table].Fits(cell.types)) continue;
-      if (!cell.types.empty()) firstTypes.push_back(cell.types[0]);
+      if (!cell.types.empty()) hints.firstTypes.push_back(cell.types[0]);
       Add(page, table, CarvedRecord{cell.rowid, std::move(cell.values), offset, cell.end}, sources.cells, rows);
       break;
     }
   }
   // The first column's types in intact cells hint only for the page's own table.
-  if (candidates.size() != 1) firstTypes.clear();
-  CarveLeaf(page, *header, candidates, firstTypes, sources, rows);
+  if (candidates.size() != 1) hints.firstTypes.clear();
+  CarveLeaf(page, *header, candidates, hints, sources, rows);
 }

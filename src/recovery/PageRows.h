@@ -39,8 +39,8 @@ class PageRows {
                  const std::function<void(RecoveredRow&)>& visit) const;
 
   // Records carved from the freeblocks and unallocated gap of a leaf page of
-  // table `table`'s own tree; its cells' first serial types hint at the
-  // types that freeblock headers overwrote.
+  // table `table`'s own tree; its intact cells hint at what freeblock
+  // headers overwrote.
   void CarveFreeSpace(const PageImage& page, const BtreePage& header, size_t table,
                       std::vector<RecoveredRow>* rows) const;
 
@@ -55,28 +55,33 @@ class PageRows {
   const std::vector<TableShape>& tables_;
   std::vector<Carver> carvers_;
 
-  // Records of the freeblocks and the unallocated gap of a table leaf page.
+  // Records of the freeblocks and the unallocated gap of a table leaf page;
+  // carved again when some were left in doubt, in the light of the cells
+  // read without doubt.
   void CarveLeaf(const PageImage& page, const BtreePage& header, const std::vector<size_t>& candidates,
-                 const std::vector<int64_t>& firstTypes, PageSources sources, std::vector<RecoveredRow>* rows) const;
+                 PageHints& hints, PageSources sources, std::vector<RecoveredRow>* rows) const;
+  // The same, carved once.
+  void CarveLeafOnce(const PageImage& page, const BtreePage& header, const std::vector<size_t>& candidates,
+                     PageHints& hints, PageSources sources, std::vector<RecoveredRow>* rows) const;
   // Records in page[start, end). A freeblock's first cell, and any cell
   // right after a record (freed next to it, or moved out of the content area
   // as part of a freeblock), may have lost its first four bytes.
   void Carve(const PageImage& page, size_t start, size_t end, bool freeblock, const std::vector<size_t>& candidates,
-             const std::vector<int64_t>& firstTypes, RowSource source, std::vector<RecoveredRow>* rows) const;
+             PageHints& hints, RowSource source, std::vector<RecoveredRow>* rows) const;
   // Cells freed at the start of the content area join the gap, each with a
   // freeblock header that says how far it reached: found backwards from the
   // gap's end, each ending where the next begins.
   void CarveFreedTail(const PageImage& page, size_t start, size_t end, const std::vector<size_t>& candidates,
-                      const std::vector<int64_t>& firstTypes, RowSource source, std::vector<RecoveredRow>* rows) const;
+                      PageHints& hints, RowSource source, std::vector<RecoveredRow>* rows) const;
   // A page whose every cell was deleted: its gap holds the freed cells, each
   // behind the freeblock header (next pointer, size) it got when freed;
   // the cells that fill the block they name are carved.
   void CarveEmptiedPage(const PageImage& page, size_t start, size_t end, const std::vector<size_t>& candidates,
-                        RowSource source, std::vector<RecoveredRow>* rows) const;
+                        PageHints& hints, RowSource source, std::vector<RecoveredRow>* rows) const;
   // The record of `table` at page[offset]: a whole cell (whose start is
   // `start`), else, when the cell may have lost its first bytes, a freeblock's.
   std::optional<CarvedRecord> RecordAt(std::string_view page, size_t offset, size_t end, bool damaged, size_t table,
-                                       const std::vector<int64_t>& firstTypes, const CellStart& start) const;
+                                       PageHints& hints, const CellStart& start) const;
   void Add(const PageImage& page, size_t table, CarvedRecord record, RowSource source,
            std::vector<RecoveredRow>* rows) const;
 };
