@@ -166,6 +166,13 @@ std::optional<CarvedRecord> Carver::Assemble(std::string_view page, size_t cellS
   return record;
 }
 
+size_t Carver::AssembledEnd(size_t typesStart, const std::vector<int64_t>& types) const {
+  const int64_t headerLength = HeaderLength(types);
+  const int64_t payloadSize = headerLength + BodyLength(types);
+  const uint32_t local = LocalPayloadSize(payloadSize, image_.Header().UsableSize(), CellKind::TableLeaf);
+  return typesStart - VarintLength(headerLength) + local + (local < payloadSize ? 4 : 0);
+}
+
 CellStart ReadCellStart(std::string_view page, size_t offset, size_t limit) {
   const std::string_view region = page.substr(0, std::min(limit, page.size()));
   CellStart start;
@@ -301,8 +308,14 @@ void Carver::RebuiltFirstType(std::string_view page, size_t offset, size_t limit
   for (int64_t length = 0; length <= longest && ending.empty(); ++length) {
     const Types firsts = TypesOfLength(0, length, firstTypes);
     for (int64_t first : firsts) {
+      // Most lengths end nowhere near a freed cell: they are ruled out
+      // before any value is read.
+      types[0] = first;
+      if (!Fits(types)) continue;
+      const size_t end = AssembledEnd(offset + 3, types);
+      if (end + kMaxFragment >= limit || !FreedCellsFill(page, end, limit)) continue;
       std::optional<CarvedRecord> record = withFirst(first, firsts.doubtful);
-      if (!record || record->end + kMaxFragment >= limit || !FreedCellsFill(page, record->end, limit)) continue;
+      if (!record) continue;
       ending.push_back({std::move(*record), kFreeblockHeader - 1, kFollowed});
       endingTypes.push_back(first);
     }

@@ -100,6 +100,9 @@ class Carver {
   // reaches a freelist trunk gives the record's start, marked partial.
   std::optional<CarvedRecord> Assemble(std::string_view page, size_t cellStart, size_t typesStart, size_t limit,
                                        const std::vector<int64_t>& types) const;
+  // Where on the page the record Assemble would give for these types ends,
+  // worked out from their lengths alone, without reading its values.
+  size_t AssembledEnd(size_t typesStart, const std::vector<int64_t>& types) const;
   // Whether cells freed after a block's first fill page[from, limit): a cell
   // freed next to a free block joined it whole; one freed before the block
   // kept the header it got then, whose size is the cell's (or more, when it

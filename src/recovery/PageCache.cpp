@@ -37,6 +37,7 @@ PageCache::Entry* PageCache::Slot() {
 
 PageImage PageCache::Read(const ByteSource& source, const PageLocation& where, size_t size) {
   if (source.InMemory()) return Image(where, source.Read(where.fileOffset, size, nullptr), nullptr);
+  const std::lock_guard<std::mutex> hold(lock_);
   Entry* entry = Find(where, size);
   if (!entry) {
     entry = Slot();

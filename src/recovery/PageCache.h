@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -29,6 +30,7 @@ class PageCache {
     std::shared_ptr<std::string> bytes;
     uint64_t lastUse = 0;
   };
+  std::mutex lock_;
   size_t capacity_;
   uint64_t clock_ = 0;
   std::vector<Entry> entries_;

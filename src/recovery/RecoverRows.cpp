@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -10,6 +11,7 @@
 #include "recovery/FreeSpace.h"
 #include "recovery/IndexTree.h"
 #include "recovery/PageRows.h"
+#include "recovery/RowsInJobOrder.h"
 #include "recovery/Schema.h"
 #include "recovery/TableTree.h"
 
@@ -47,6 +49,17 @@ void ForEachLiveLeaf(const FileImage& image, const std::vector<TableShape>& tabl
   }
 }
 
+// One page to carve: the free space of a live leaf (with its header), or
+// all of a page outside the live trees, for its table when known (else
+// SIZE_MAX: for every table) and from an earlier image when one is named.
+struct CarveJob {
+  uint32_t number;
+  std::optional<BtreePage> header;
+  size_t table;
+  std::optional<PageLocation> earlier;
+  RowSource source;
+};
+
 }  // namespace
 
 RecoveredRows RecoverRows(const FileImage& image, bool withLive, const LiveValues& liveValues) {
@@ -64,11 +77,12 @@ RecoveredRows RecoverRows(const FileImage& image, bool withLive, const LiveValue
   // The table whose tree holds the current version of a page that has earlier ones.
   std::unordered_map<uint32_t, size_t> owner;
   for (const PageLocation& earlier : image.EarlierPages()) owner.emplace(earlier.number, SIZE_MAX);
-  std::vector<RecoveredRow> found;
+  // Every page to carve is listed first, then carved on two threads.
+  std::vector<CarveJob> jobs;
   ForEachLiveLeaf(image, result.tables, readable, [&](const PageImage& page, const BtreePage& header, size_t table) {
     const auto known = owner.find(page.number);
     if (known != owner.end()) known->second = table;
-    pageRows.CarveFreeSpace(page, header, table, &found);
+    jobs.push_back({page.number, header, table, std::nullopt, RowSource::Live});
   });
   std::vector<uint32_t> freePages = freelist.trunks;
   freePages.insert(freePages.end(), freelist.leaves.begin(), freelist.leaves.end());
@@ -87,16 +101,23 @@ RecoveredRows RecoverRows(const FileImage& image, bool withLive, const LiveValue
   }
   for (uint32_t number : freePages) {
     const auto known = freedFrom.find(number);
-    pageRows.Read(image.Page(number), known != freedFrom.end() ? std::vector<size_t>{known->second} : readable,
-                  {RowSource::Freelist, RowSource::Freelist, RowSource::Freelist}, &found);
+    jobs.push_back({number, std::nullopt, known != freedFrom.end() ? known->second : SIZE_MAX, std::nullopt,
+                    RowSource::Freelist});
   }
   for (const PageLocation& earlier : image.EarlierPages()) {
     const RowSource source = earlier.file == StoredIn::Journal ? RowSource::Journal : RowSource::Wal;
-    const auto known = owner.find(earlier.number);
-    const std::vector<size_t> candidates =
-        known->second != SIZE_MAX ? std::vector<size_t>{known->second} : readable;
-    pageRows.Read(image.Read(earlier), candidates, {source, source, source}, &found);
+    jobs.push_back({earlier.number, std::nullopt, owner.find(earlier.number)->second, earlier, source});
   }
+  std::vector<RecoveredRow> found = RowsInJobOrder(jobs.size(), [&](size_t at, std::vector<RecoveredRow>* rows) {
+    const CarveJob& job = jobs[at];
+    if (job.header) {
+      pageRows.CarveFreeSpace(image.Page(job.number), *job.header, job.table, rows);
+      return;
+    }
+    const std::vector<size_t> own{job.table};
+    pageRows.Read(job.earlier ? image.Read(*job.earlier) : image.Page(job.number),
+                  job.table != SIZE_MAX ? own : readable, {job.source, job.source, job.source}, rows);
+  });
   // The unique indexes, then the live rows read again a page at a time, sort the others.
   Classifier classifier(result.tables, found);
   for (size_t table : readable) {

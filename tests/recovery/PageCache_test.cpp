@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <set>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -76,3 +78,44 @@ TEST(PageCache, ViewsBytesInMemoryInPlace) {
 }
 
 }  // namespace
+
+// Pages are carved on two threads that share one cache: each gets the page
+// it asked for, whole, however their reads interleave.
+TEST(PageCacheThreads, TwoThreadsEachGetTheirOwnPages) {
+  std::string bytes;
+  for (char page = 'a'; page <= 'z'; ++page) bytes += std::string(4, page);
+  const MemoryBytes memory(bytes);
+  class FromFile : public ByteSource {
+   public:
+    explicit FromFile(const MemoryBytes& bytes) : bytes_(bytes) {}
+    uint64_t Size() const override { return bytes_.Size(); }
+    bool InMemory() const override { return false; }
+    // Slowly, a byte at a time, so that a read that overlapped another's
+    // in the same buffer would show.
+    std::string_view Read(uint64_t offset, size_t size, std::string* buffer) const override {
+      buffer->assign(size, '\0');
+      const std::string_view wanted = bytes_.Read(offset, size, nullptr);
+      for (size_t at = 0; at < wanted.size(); ++at) {
+        (*buffer)[at] = wanted[at];
+        std::this_thread::yield();
+      }
+      return *buffer;
+    }
+
+   private:
+    const MemoryBytes& bytes_;
+  } file(memory);
+  PageCache cache(3);
+  std::atomic<int> wrong{0};
+  const auto read = [&](uint32_t first) {
+    for (int round = 0; round < 2000; ++round) {
+      const uint32_t number = first + static_cast<uint32_t>(round % 13);
+      const PageImage page = cache.Read(file, At(number), 4);
+      if (page.bytes != std::string(4, static_cast<char>('a' + number - 1))) ++wrong;
+    }
+  };
+  std::thread other(read, 1);
+  read(14);
+  other.join();
+  EXPECT_EQ(wrong.load(), 0);
+}
