@@ -45,6 +45,9 @@ std::string MakeUniqueFolder(const std::string& parent, const std::string& prefi
 // Whether `path` names a place without a current folder: "/..." on POSIX
 // systems; "C:/...", "C:\\..." or "\\\\server\\..." on Windows.
 bool IsAbsolutePath(const std::string& path);
+// The path with "/" between names: unchanged on POSIX systems, where "\"
+// is a character of names; on Windows each "\" becomes "/".
+std::string PortablePath(const std::string& path);
 // The path with every link, junction, "." and ".." resolved, "/" between
 // names; "" when nothing is there (errno tells why).
 std::string ResolvedPath(const std::string& path);

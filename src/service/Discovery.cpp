@@ -126,7 +126,7 @@ BackupDevice* ListBackupsIn(const std::string& backupFolder) {
 
 BackupDevice* GetBackupDeviceListAt(const char* folder) {
   if (folder == nullptr || !platform::IsFolder(folder)) return nullptr;
-  std::string path = folder;
+  std::string path = platform::PortablePath(folder);
   while (path.size() > 1 && path.back() == '/') path.pop_back();
   if (BackupDevice* single = NewBackupRecord(path == "/" ? path : path + "/")) return single;
   return ListBackupsIn(path);

@@ -257,6 +257,19 @@ TEST_F(Discovery, ListAtABackupFolderGivesThatOneBackup) {
   EXPECT_EQ(list_->next, nullptr);
 }
 
+// A host may name the folder with the system's own separators; the library
+// gives its paths with "/" between names all the same.
+TEST_F(Discovery, ListAtAFolderInTheSystemsFormGivesPathsWithSlashes) {
+  BackupBuilder(IndexKind::ManifestDb).Write(root_.Path() + "native/one");
+  list_ = GetBackupDeviceListAt(yhtest::NativePath(root_.Path() + "native/one").c_str());
+  ASSERT_NE(list_, nullptr);
+  EXPECT_EQ(std::string(list_->backupPath), root_.Path() + "native/one/");
+  yhtest::FreeDeviceList(list_);
+  list_ = GetBackupDeviceListAt(yhtest::NativePath(root_.Path() + "native").c_str());
+  ASSERT_NE(list_, nullptr);
+  EXPECT_EQ(std::string(list_->backupPath), root_.Path() + "native/one/");
+}
+
 TEST_F(Discovery, ListAtNullOrAMissingFolderGivesNull) {
   EXPECT_EQ(GetBackupDeviceListAt(nullptr), nullptr);
   EXPECT_EQ(GetBackupDeviceListAt((root_.Path() + "missing").c_str()), nullptr);

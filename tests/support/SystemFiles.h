@@ -15,6 +15,10 @@ bool MakeSymlink(const std::string& target, const std::string& link);
 bool HasLinks();
 const char* WhyNoLinks();
 
+// A path as the system's own programs write it: unchanged on POSIX, with
+// "\" between names on Windows.
+std::string NativePath(const std::string& path);
+
 // Whether a file name may hold "?" (not on Windows).
 bool NamesMayHoldQuestionMarks();
 

@@ -11,6 +11,7 @@
 #include "Password.h"
 #include "TerminalText.h"
 #include "platform/BackupFolders.h"
+#include "platform/FileSystem.h"
 
 namespace yh {
 namespace {
@@ -135,7 +136,9 @@ FoundBackup FromRoot(const Library& library, const std::string& name, const std:
 }
 
 FoundBackup Find(const Library& library, const std::string& name, const std::string& root) {
-  if (name.find('/') != std::string::npos || IsFolder(name)) return FromPath(library, name);
+  if (name.find('/') != std::string::npos || platform::IsAbsolutePath(name) || IsFolder(name)) {
+    return FromPath(library, name);
+  }
   // A folder of the root that the library did not list still gets its reason.
   // "/" between names on every system, as the library writes them.
   const std::string inRoot = root + (!root.empty() && root.back() == '/' ? "" : "/") + name;

@@ -65,6 +65,8 @@ std::string ResolvedPath(const std::string& path) {
   return resolved ? resolved.get() : "";
 }
 
+std::string PortablePath(const std::string& path) { return path; }
+
 std::string TemporaryFolder() {
   const char* tmp = std::getenv("TMPDIR");
   std::string root = tmp && tmp[0] == '/' ? tmp : "/tmp";

@@ -3,6 +3,7 @@
 #include <stdlib.h>
 
 #include "platform/BackupFoldersOverride.h"
+#include "platform/FileSystem.h"
 #include "platform/windows/Wide.h"
 
 namespace platform {
@@ -12,10 +13,7 @@ namespace {
 // With "/" between names, as the library joins every path.
 std::string Variable(const wchar_t* name) {
   const wchar_t* value = _wgetenv(name);
-  std::string text = value && *value ? Narrow(value) : std::string();
-  for (char& c : text) {
-    if (c == '\\') c = '/';
-  }
+  std::string text = value && *value ? PortablePath(Narrow(value)) : std::string();
   while (text.size() > 3 && text.back() == '/') text.pop_back();
   return text;
 }

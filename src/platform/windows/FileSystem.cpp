@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <windows.h>
 
+#include <algorithm>
 #include <cctype>
 #include <cerrno>
 #include <cstring>
@@ -109,6 +110,12 @@ bool IsAbsolutePath(const std::string& path) {
   return path.size() >= 2 && separator(path[0]) && separator(path[1]);
 }
 
+std::string PortablePath(const std::string& path) {
+  std::string portable = path;
+  std::replace(portable.begin(), portable.end(), '\\', '/');
+  return portable;
+}
+
 std::string ResolvedPath(const std::string& path) {
   const HANDLE handle = CreateFileW(Wide(path).c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                                     nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
@@ -134,20 +141,13 @@ std::string ResolvedPath(const std::string& path) {
   } else if (buffer.compare(0, 4, L"\\\\?\\") == 0) {
     buffer = buffer.substr(4);
   }
-  std::string resolved = Narrow(buffer);
-  for (char& c : resolved) {
-    if (c == '\\') c = '/';
-  }
-  return resolved;
+  return PortablePath(Narrow(buffer));
 }
 
 std::string TemporaryFolder() {
   wchar_t buffer[MAX_PATH + 2];
   const DWORD size = GetTempPathW(MAX_PATH + 2, buffer);
-  std::string root = size > 0 && size <= MAX_PATH + 1 ? Narrow(std::wstring(buffer, size)) : std::string("C:\\");
-  for (char& c : root) {
-    if (c == '\\') c = '/';
-  }
+  std::string root = PortablePath(size > 0 && size <= MAX_PATH + 1 ? Narrow(std::wstring(buffer, size)) : "C:/");
   if (root.back() != '/') root += '/';
   return root;
 }

@@ -20,4 +20,9 @@ TEST(FileSystem, FileNamesAreTakenAsTheyAre) {
   }
 }
 
+// "\\" is a character of names here, not a separator.
+TEST(FileSystem, APortablePathIsThePathItself) {
+  EXPECT_EQ(platform::PortablePath("a\\b/c\\"), "a\\b/c\\");
+}
+
 }  // namespace

@@ -17,6 +17,10 @@ TEST(FileSystem, AnAbsolutePathStartsAtADriveOrAShare) {
   EXPECT_FALSE(platform::IsAbsolutePath(""));
 }
 
+TEST(FileSystem, APortablePathHasSlashesBetweenNames) {
+  EXPECT_EQ(platform::PortablePath("C:\\Users\\Ada/Backup\\"), "C:/Users/Ada/Backup/");
+}
+
 TEST(FileSystem, ANonAsciiNameIsKeptAsUtf8) {
   const std::string folder = platform::MakeUniqueFolder(platform::TemporaryFolder(), "yh-");
   ASSERT_FALSE(folder.empty());

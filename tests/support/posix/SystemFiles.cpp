@@ -13,6 +13,8 @@ bool MakeSymlink(const std::string& target, const std::string& link) {
 bool HasLinks() { return true; }
 const char* WhyNoLinks() { return ""; }
 
+std::string NativePath(const std::string& path) { return path; }
+
 bool NamesMayHoldQuestionMarks() { return true; }
 
 const char* TemporaryFolderVariable() { return "TMPDIR"; }

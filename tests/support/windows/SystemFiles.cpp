@@ -4,6 +4,8 @@
 #include <sys/stat.h>
 #include <windows.h>
 
+#include <algorithm>
+
 #include "platform/FileSystem.h"
 #include "platform/windows/Wide.h"
 
@@ -30,6 +32,12 @@ bool HasLinks() {
 
 const char* WhyNoLinks() {
   return "this Windows makes no symbolic links for the user (wine 8 has none; Windows needs developer mode)";
+}
+
+std::string NativePath(const std::string& path) {
+  std::string native = path;
+  std::replace(native.begin(), native.end(), '/', '\\');
+  return native;
 }
 
 bool NamesMayHoldQuestionMarks() { return false; }

@@ -6,6 +6,7 @@
 #include "DefaultLocation.h"
 #include "YhRun.h"
 #include "support/BackupBuilder.h"
+#include "support/SystemFiles.h"
 
 namespace yhtool {
 namespace {
@@ -95,6 +96,13 @@ TEST_F(YhBackupErrors, UnknownAndAmbiguousNamesAreRefused) {
                 "the folder name");
   EXPECT_EQ(Yh({"show", "aa2", "calls", "--root", root_.Path()}).code, 0);
   ExpectFailure(root_.Path() + "gone", root_.Path() + "gone: no such folder");
+}
+
+// A path in the system's own form is a path even where the folder is
+// missing, not a name to look for under the root.
+TEST_F(YhBackupErrors, AMissingPathInTheSystemsFormIsNamed) {
+  const std::string gone = yhtest::NativePath(root_.Path() + "gone");
+  ExpectFailure(gone, gone + ": no such folder");
 }
 
 // Says where it looked and how to look elsewhere.

@@ -246,9 +246,9 @@ TEST_F(YhExport, ContactPicturesAreCopiedUnderTheirIdsAndDated) {
     EXPECT_EQ(Entries(media), (std::set<std::string>{"1.jpg", "2.png"}));
     EXPECT_EQ(ReadFile(media + "1.jpg"), jpeg);
     EXPECT_EQ(ReadFile(media + "2.png"), png);
-    struct stat status {};
-    ASSERT_EQ(stat((media + "1.jpg").c_str(), &status), 0);
-    EXPECT_EQ(status.st_mtime, 583675200 + 978307200);
+    platform::PathInfo status;
+    ASSERT_TRUE(platform::Stat(media + "1.jpg", &status));
+    EXPECT_EQ(status.modified, (583675200 + 978307200) * 1000000000LL);
     const auto exported = nlohmann::json::parse(ReadFile(out_ + "/contacts.json"));
     EXPECT_EQ(exported[0]["exported_path"], "media/contacts/1.jpg");
     EXPECT_EQ(exported[1]["exported_path"], "media/contacts/2.png");

@@ -1,5 +1,7 @@
 #include "DefaultLocation.h"
 
+#include <filesystem>
+
 #include "YhRun.h"
 #include "support/BackupBuilder.h"
 #include "support/SystemFiles.h"
@@ -17,6 +19,7 @@ std::vector<std::string> SamplesByDefault() {
   static const yhtest::TempDir home;
   static const DefaultLocation location = [] {
     const DefaultLocation made = DefaultLocationIn(home.Path());
+    std::filesystem::create_directories(std::filesystem::path(made.folders.front()).parent_path());
     yhtest::CopyTree(Samples(), made.folders.front());
     return made;
   }();
