@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "AnswerFile.h"
 #include "Failure.h"
-#include "FileStream.h"
 #include "TerminalText.h"
 
 namespace yh {
@@ -23,20 +23,16 @@ void RefuseInsideBackup(const BackupDevice& device, const std::string& out) {
   }
 }
 
-Plist AnswerWithCopies(const Library& library, BackupDevice& device, const Kind& kind, MediaCopier& media,
-                       KindExport& result, Records records) {
-  Plist answer = records == Records::Deleted ? library.Deleted(device, kind.contentType)
-                                             : library.Content(device, kind.contentType);
-  const size_t count = RecordCount(answer.get());
-  if (records == Records::Deleted) {
-    result.deleted = count;
-  } else {
-    result.records = count;
-  }
-  if (kind.IsMedia()) media.Copy(kind, answer.get(), result);
-  if (!kind.picturePathKey.empty()) media.CopyPictures(kind, answer.get(), result);
-  if (kind.name == "messages") media.CopyMessageAttachments(answer.get());
-  return answer;
+bool RecordsWithCopies(const Library& library, BackupDevice& device, const Kind& kind, MediaCopier& media,
+                       KindExport& result, Records records, const RecordHandler& record) {
+  size_t& count = records == Records::Deleted ? result.deleted.emplace(0) : (result.records = 0);
+  const bool given =
+      library.Records(device, kind.contentType, records == Records::Deleted, [&](plist_t item) {
+        media.CopyOf(kind, item, ++count, result);
+        record(item);
+      });
+  media.FinishProgress();
+  return given;
 }
 
 Exporter::Exporter(const Library& library, BackupDevice& device, const std::string& copies, UnfinishedMark& mark,
@@ -50,28 +46,24 @@ Exporter::Exporter(const Library& library, BackupDevice& device, const std::stri
 
 KindExport Exporter::Export(const Kind& kind) {
   KindExport result{&kind};
-  WriteAnswerFiles(kind.name, {&kind, AnswerWithCopies(library_, device_, kind, media_, result)});
-  if (deleted_) {
-    WriteAnswerFiles(kind.name + "-deleted",
-                     {&kind, AnswerWithCopies(library_, device_, kind, media_, result, Records::Deleted)});
-  }
+  WriteAnswerFiles(kind.name, kind, result, Records::Live);
+  if (deleted_) WriteAnswerFiles(kind.name + "-deleted", kind, result, Records::Deleted);
   return result;
 }
 
-void Exporter::WriteAnswerFiles(const std::string& name, const Answer& answer) {
-  WriteAnswerFile(name + ".json", Format::Json, answer);
-  WriteAnswerFile(name + ".csv", Format::Csv, answer);
-}
-
-// An interrupted run wrote the same answer under the same name, whole.
-void Exporter::WriteAnswerFile(const std::string& name, Format format, const Answer& answer) {
-  const std::string own = out_.Reserve(name);
-  if (resumed_ && out_.Holds(own)) return;
-  OutputFolder::NewFile file = out_.Create(own);
-  FileStream stream(file.Fd(), file.Path());
-  WriteAnswer(stream, format, answer);
-  stream.Finish();
-  file.Keep();
+void Exporter::WriteAnswerFiles(const std::string& name, const Kind& kind, KindExport& result, Records records) {
+  AnswerFile json(out_, name + ".json", resumed_);
+  AnswerFile csv(out_, name + ".csv", resumed_);
+  RecordsWriter jsonRecords(json.Stream(), Format::Json, kind);
+  RecordsWriter csvRecords(csv.Stream(), Format::Csv, kind);
+  const bool given = RecordsWithCopies(library_, device_, kind, media_, result, records, [&](plist_t record) {
+    jsonRecords.Add(record);
+    csvRecords.Add(record);
+  });
+  jsonRecords.Finish(given);
+  json.Keep();
+  csvRecords.Finish(given);
+  csv.Keep();
 }
 
 }  // namespace yh

@@ -19,13 +19,14 @@ void RefuseInsideBackup(const BackupDevice& device, const std::string& out);
 // Which records of a kind an answer holds.
 enum class Records { Live, Deleted };
 
-// Copies the media files a kind's answer names into media/<kind>/ (a
+// Hands each record of a kind's answer (or of its deleted answer) to
+// `record` once the media files it names are copied into media/<kind>/ (a
 // message's attachments into media/attachments/, a contact's picture into
-// media/contacts/), gives each record that names a file its copy's path, and
-// returns the answer. Counts its records (as `records`, or `deleted` for
-// deleted ones) and its files into `result`.
-Plist AnswerWithCopies(const Library& library, BackupDevice& device, const Kind& kind, MediaCopier& media,
-                       KindExport& result, Records records = Records::Live);
+// media/contacts/), each record that names a file naming its copy. Counts
+// the records (as `records`, or `deleted` for deleted ones) and their files
+// into `result`; false when the answer would be NULL.
+bool RecordsWithCopies(const Library& library, BackupDevice& device, const Kind& kind, MediaCopier& media,
+                       KindExport& result, Records records, const RecordHandler& record);
 
 // Writes each kind's answer, with the paths of the copies, as <kind>.json
 // and <kind>.csv into the output folder; with `deleted`, the records the
@@ -39,9 +40,8 @@ class Exporter {
   KindExport Export(const Kind& kind);
 
  private:
-  // NAME.json and NAME.csv.
-  void WriteAnswerFiles(const std::string& name, const Answer& answer);
-  void WriteAnswerFile(const std::string& name, Format format, const Answer& answer);
+  // NAME.json and NAME.csv, written in one walk of the records.
+  void WriteAnswerFiles(const std::string& name, const Kind& kind, KindExport& result, Records records);
 
   const Library& library_;
   BackupDevice& device_;

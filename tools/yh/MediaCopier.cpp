@@ -39,7 +39,7 @@ void ForEachDictionary(plist_t array, Visit visit) {
   const uint32_t size = plist_array_get_size(array);
   for (uint32_t i = 0; i < size; ++i) {
     plist_t item = plist_array_get_item(array, i);
-    if (plist_get_node_type(item) == PLIST_DICT) visit(item, i, size);
+    if (plist_get_node_type(item) == PLIST_DICT) visit(item);
   }
 }
 
@@ -49,7 +49,7 @@ template <typename Visit>
 void ForEachMedium(plist_t record, const std::vector<std::string>& keys, size_t depth, Visit& visit) {
   if (depth == keys.size()) return visit(record);
   ForEachDictionary(plist_dict_get_item(record, keys[depth].c_str()),
-                    [&](plist_t item, uint32_t, uint32_t) { ForEachMedium(item, keys, depth + 1, visit); });
+                    [&](plist_t item) { ForEachMedium(item, keys, depth + 1, visit); });
 }
 
 }  // namespace
@@ -60,39 +60,33 @@ MediaCopier::MediaCopier(const std::string& backupPath, const std::string& copie
                          Progress& progress, bool resumed)
     : files_(backupPath, copies), media_(out, "media"), progress_(progress), resumed_(resumed) {}
 
-void MediaCopier::Copy(const Kind& kind, plist_t answer, KindExport& result) {
-  CopyAll(kind, kind.mediaLists, answer, result, "copying " + kind.name);
+void MediaCopier::CopyOf(const Kind& kind, plist_t record, size_t done, KindExport& result) {
+  if (plist_get_node_type(record) != PLIST_DICT) return;
+  if (kind.IsMedia()) CopyAll(kind, kind.mediaLists, record, result);
+  if (!kind.picturePathKey.empty()) CopyPicture(kind, record, result);
+  if (kind.name == "messages") {
+    const Kind& attachments = *FindKind("attachments");
+    KindExport ignored{&attachments};
+    CopyAll(attachments, {"message", "attachments"}, record, ignored);
+  }
+  progress_.Count("reading " + kind.name, done, "records, " + std::to_string(bytes_ / 1000000) + " MB copied");
 }
 
-void MediaCopier::CopyMessageAttachments(plist_t chats) {
-  const Kind& attachments = *FindKind("attachments");
-  KindExport ignored{&attachments};
-  CopyAll(attachments, {"message", "attachments"}, chats, ignored, "copying attachments of messages");
-}
-
-void MediaCopier::CopyAll(const Kind& kind, const std::vector<std::string>& lists, plist_t answer,
-                          KindExport& result, const std::string& doing) {
+void MediaCopier::CopyAll(const Kind& kind, const std::vector<std::string>& lists, plist_t record,
+                          KindExport& result) {
   auto copy = [&](plist_t medium) { CopyRecord(kind, medium, result); };
-  ForEachDictionary(answer, [&](plist_t record, uint32_t i, uint32_t total) {
-    ForEachMedium(record, lists, 0, copy);
-    progress_.Show(doing, i + 1, total, std::to_string(result.bytes / 1000000) + " MB");
-  });
-  progress_.Finish();
+  ForEachMedium(record, lists, 0, copy);
 }
 
-void MediaCopier::CopyPictures(const Kind& kind, plist_t answer, KindExport& result) {
-  ForEachDictionary(answer, [&](plist_t record, uint32_t i, uint32_t total) {
-    StopIfInterrupted();
-    const std::string path = StringAt(record, kind.picturePathKey.c_str());
-    if (path.empty()) {
-      plist_dict_set_item(record, kExportedPathKey, plist_new_string(""));
-    } else {
-      CopyMedium(kind, record, {path, path.substr(path.find_last_of("/\\") + 1), StringAt(record, "modification_date")},
-                 result);
-    }
-    progress_.Show("copying pictures of " + kind.name, i + 1, total, std::to_string(result.bytes / 1000000) + " MB");
-  });
-  progress_.Finish();
+void MediaCopier::CopyPicture(const Kind& kind, plist_t record, KindExport& result) {
+  StopIfInterrupted();
+  const std::string path = StringAt(record, kind.picturePathKey.c_str());
+  if (path.empty()) {
+    plist_dict_set_item(record, kExportedPathKey, plist_new_string(""));
+  } else {
+    CopyMedium(kind, record, {path, path.substr(path.find_last_of("/\\") + 1), StringAt(record, "modification_date")},
+               result);
+  }
 }
 
 void MediaCopier::CopyRecord(const Kind& kind, plist_t record, KindExport& result) {
@@ -141,6 +135,7 @@ MediaCopier::Copied MediaCopier::CopyFileOf(const Kind& kind, const Medium& medi
   }
   ++result.files;
   result.bytes += source.size;
+  bytes_ += source.size;
   return {"media/" + kind.name + "/" + copyName, source.size};
 }
 

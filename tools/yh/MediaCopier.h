@@ -51,17 +51,16 @@ class MediaCopier {
   MediaCopier(const std::string& backupPath, const std::string& copies, OutputFolder& out, Progress& progress,
               bool resumed);
 
-  // Every media record of a media kind's answer (for WhatsApp, the
-  // attachments of its chats' messages).
-  void Copy(const Kind& kind, plist_t answer, KindExport& result);
-  // The attachments of every message of a messages answer, into
-  // media/attachments/.
-  void CopyMessageAttachments(plist_t chats);
-  // The picture each record of a kind's answer names under the kind's
-  // picturePathKey (a contact's, which the library wrote into its private
-  // folder), into media/<kind>/ under the name the library gave it; a record
-  // without one gains an empty path and counts as no file.
-  void CopyPictures(const Kind& kind, plist_t answer, KindExport& result);
+  // The files one record of a kind's answer names, as the record comes: a
+  // media kind's record (for WhatsApp, the attachments of its chat's
+  // messages); a message's attachments, into media/attachments/; the picture
+  // a record names under the kind's picturePathKey (a contact's, which the
+  // library wrote into its private folder), into media/<kind>/ under the
+  // name the library gave it, a record without one gaining an empty path and
+  // counting as no file. `done`: the records so far, for the progress line.
+  void CopyOf(const Kind& kind, plist_t record, size_t done, KindExport& result);
+  // Ends the progress line of an answer's records.
+  void FinishProgress() { progress_.Finish(); }
 
   void SetOnCopy(OnCopy onCopy) { onCopy_ = std::move(onCopy); }
 
@@ -71,9 +70,8 @@ class MediaCopier {
     uint64_t size = 0;
   };
 
-  // Every media record of an answer, found through `lists` below each record.
-  void CopyAll(const Kind& kind, const std::vector<std::string>& lists, plist_t answer, KindExport& result,
-               const std::string& doing);
+  // Every media record below a record, found through `lists`.
+  void CopyAll(const Kind& kind, const std::vector<std::string>& lists, plist_t record, KindExport& result);
   // A file a record names: where it is, the name and date its copy gets.
   struct Medium {
     std::string path;
@@ -82,6 +80,7 @@ class MediaCopier {
   };
 
   void CopyRecord(const Kind& kind, plist_t record, KindExport& result);
+  void CopyPicture(const Kind& kind, plist_t record, KindExport& result);
   // Copies a medium once, gives the record its copy's path.
   void CopyMedium(const Kind& kind, plist_t record, const Medium& medium, KindExport& result);
   Copied CopyFileOf(const Kind& kind, const Medium& medium, KindExport& result);
@@ -92,6 +91,7 @@ class MediaCopier {
   bool resumed_;
   OnCopy onCopy_;
   std::map<std::string, Copied> copied_;  // by the path the answer names
+  uint64_t bytes_ = 0;                    // copied, for the progress line
 };
 
 }  // namespace yh

@@ -18,14 +18,23 @@ Progress::Progress() : shown_(platform::IsTerminal(platform::Stream::Error)) {}
 
 Progress::~Progress() { Finish(); }
 
-void Progress::Show(const std::string& task, size_t done, size_t total, const std::string& detail) {
-  if (!shown_) return;
+bool Progress::Due(bool last) {
+  if (!shown_) return false;
   const auto now = std::chrono::steady_clock::now();
-  if (open_ && done < total && now - drawn_ < kRedraw) return;
+  if (open_ && !last && now - drawn_ < kRedraw) return false;
   drawn_ = now;
+  return true;
+}
+
+void Progress::Show(const std::string& task, size_t done, size_t total, const std::string& detail) {
+  if (!Due(done >= total)) return;
   const size_t filled = total ? kBarWidth * std::min(done, total) / total : kBarWidth;
   Line(task + " [" + std::string(filled, '#') + std::string(kBarWidth - filled, '-') + "] " + std::to_string(done) +
        "/" + std::to_string(total) + " " + detail);
+}
+
+void Progress::Count(const std::string& task, size_t done, const std::string& detail) {
+  if (Due(false)) Line(task + " " + std::to_string(done) + " " + detail);
 }
 
 void Progress::Line(const std::string& text) {

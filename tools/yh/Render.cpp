@@ -63,11 +63,6 @@ void WriteSection(std::ostream& out, Format format, const Kind& kind, const Reco
 
 }  // namespace
 
-size_t RecordCount(plist_t answer) {
-  if (!answer) return 0;
-  return plist_get_node_type(answer) == PLIST_ARRAY ? plist_array_get_size(answer) : 1;
-}
-
 void WriteAnswer(std::ostream& out, Format format, const Answer& answer) {
   switch (format) {
     case Format::Json:
@@ -85,19 +80,42 @@ void WriteAnswer(std::ostream& out, Format format, const Answer& answer) {
 }
 
 void WriteRecords(std::ostream& out, Format format, const Kind& kind, const RecordsOf& recordsOf) {
+  RecordsWriter writer(out, format, kind);
+  writer.Finish(recordsOf(kind, [&](plist_t record) { writer.Add(record); }));
+}
+
+RecordsWriter::RecordsWriter(std::ostream& out, Format format, const Kind& kind) : out_(out), format_(format) {
   switch (format) {
     case Format::Json:
-      WriteJsonRecords(out, 0, kind, recordsOf);
-      out << '\n';
+      json_.emplace(out, 0);
       break;
     case Format::Xml:
-      WriteXmlRecords(XmlArrayWriter(out), kind, recordsOf);
+      xml_.emplace(out);
       break;
     case Format::Csv:
     case Format::Table:
-      WriteRows(out, format, FlattenRecords(kind, recordsOf).rows);
+      flat_.emplace(kind.columns, kind.inCells);
       break;
   }
+}
+
+void RecordsWriter::Add(plist_t record) {
+  if (json_) json_->Add(record);
+  if (xml_) xml_->Add(record);
+  if (flat_) flat_->Add(record);
+}
+
+void RecordsWriter::Finish(bool given) {
+  if (json_) {
+    if (given) {
+      json_->Finish();
+    } else {
+      out_.write("null", 4);
+    }
+    out_ << '\n';
+  }
+  if (xml_) xml_->Finish();
+  if (flat_) WriteRows(out_, format_, flat_->Take());
 }
 
 void WriteAnswers(std::ostream& out, Format format, const std::vector<const Kind*>& kinds, const RecordsOf& recordsOf) {

@@ -3,11 +3,15 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <ostream>
 #include <vector>
 
+#include "Flatten.h"
+#include "JsonWriter.h"
 #include "Kinds.h"
 #include "Library.h"
+#include "PlistXml.h"
 
 namespace yh {
 
@@ -18,9 +22,6 @@ struct Answer {
   const Kind* kind;
   Plist tree;
 };
-
-// Records in an answer: its elements; 0 when the library gave nothing.
-size_t RecordCount(plist_t answer);
 
 // One kind: the JSON of the tree (null when the library gave nothing),
 // libplist's XML (an empty array then), or the flattened records as CSV or as
@@ -37,6 +38,25 @@ using RecordsOf = std::function<bool(const Kind&, const RecordHandler&)>;
 // the records come: JSON and XML hold one record at a time, CSV and tables
 // the flattened rows (to know every column, and a table its widths).
 void WriteRecords(std::ostream& out, Format format, const Kind& kind, const RecordsOf& recordsOf);
+
+// What WriteRecords writes, for a host that walks the records itself (to
+// write several files in one walk).
+class RecordsWriter {
+ public:
+  RecordsWriter(std::ostream& out, Format format, const Kind& kind);
+
+  // The record stays the caller's.
+  void Add(plist_t record);
+  // `given`: whether the library had an answer (false for NULL).
+  void Finish(bool given);
+
+ private:
+  std::ostream& out_;
+  Format format_;
+  std::optional<JsonArrayWriter> json_;
+  std::optional<XmlArrayWriter> xml_;
+  std::optional<Flattener> flat_;
+};
 
 // Several kinds: JSON and XML as one dictionary keyed by kind name; CSV and
 // tables as one section per kind, each after a line with the kind's name.

@@ -1,5 +1,7 @@
 #include "DataScript.h"
 
+#include <sstream>
+
 namespace yh {
 namespace {
 
@@ -30,9 +32,23 @@ std::string Escaped(const std::string& json) {
 }  // namespace
 
 std::string DataScript(const std::string& name, const Json& data) {
-  const Json key = name;
-  return "yhData(" + Escaped(key.dump()) + ", " +
-         Escaped(data.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace)) + ");\n";
+  std::ostringstream out;
+  DataScriptWriter script(out, name);
+  script.Value(data);
+  script.Finish();
+  return out.str();
 }
+
+DataScriptWriter::DataScriptWriter(std::ostream& out, const std::string& name) : out_(out) {
+  out_ << "yhData(" << Escaped(Json(name).dump()) << ", ";
+}
+
+void DataScriptWriter::Punctuation(std::string_view text) { out_ << text; }
+
+void DataScriptWriter::Value(const Json& value) {
+  out_ << Escaped(value.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
+}
+
+void DataScriptWriter::Finish() { out_ << ");\n"; }
 
 }  // namespace yh

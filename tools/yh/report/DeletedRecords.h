@@ -2,20 +2,22 @@
 #define YH_TOOL_REPORT_DELETEDRECORDS_H
 
 #include <cstddef>
+#include <string>
 
 #include "PlistJson.h"
 
 namespace yh {
 
-// Puts the messages of `deleted` conversations among those of the live
-// `chats`: each into the live conversation of the same id, in date order (a
-// message without a date first, as the library orders them; on equal dates
-// the live message first), the others as conversations of their own after
-// the live ones. Returns the number of messages added.
-size_t MixDeletedMessages(Json& chats, Json deleted);
+// The messages of a conversation, an empty list given to one that has none.
+Json& MessageList(Json& chat);
 
-// Appends the `deleted` records after the live `records`; returns their number.
-size_t AppendDeletedRecords(Json& records, Json deleted);
+// A message's date text, "" when it has none.
+std::string DateOf(const Json& message);
+
+// Puts the entries of `added` among those of the list `into`, both in date
+// order, so that each keeps its own order: an entry without a date first,
+// as the library orders messages; on equal dates those of `into` first.
+void MergeByDate(Json& into, Json added, std::string (*dateOf)(const Json&));
 
 // The messages of a conversation that carry a deletion's keys.
 size_t DeletedMessagesOf(const Json& chat);

@@ -2,51 +2,24 @@
 
 #include <utility>
 
+#include "AnswerFile.h"
 #include "DataScript.h"
-#include "DeletedRecords.h"
 #include "DeviceJson.h"
 #include "Exporter.h"
 #include "FileIo.h"
 #include "PageFiles.h"
-#include "Render.h"
 
 namespace yh {
 namespace {
 
 const char kIndexPage[] = "index.html";
 
-const Json& MessagesOf(const Json& chat) {
-  static const Json none = Json::array();
-  return chat.is_object() && chat.contains("message") && chat["message"].is_array() ? chat["message"] : none;
-}
-
-size_t MessageCount(const Json& chats) {
-  size_t count = 0;
-  for (const Json& chat : chats) count += MessagesOf(chat).size();
-  return count;
-}
-
 bool HasThreads(const Kind& kind) { return kind.name == "messages" || kind.name == "whatsapp"; }
-
-Json TextOf(const Json& message, const char* key) {
-  return message.is_object() && message.contains(key) && message[key].is_string() ? message[key] : Json("");
-}
 
 // The data files of a kind of conversations are named with this before
 // "thread-N" and "message-texts": nothing for Messages', the kind's name and
 // "-" for WhatsApp's.
 std::string ThreadFilePrefix(const Kind& kind) { return kind.name == "messages" ? "" : kind.name + "-"; }
-
-// [text, date] of every message, one list per conversation.
-Json MessageTexts(const Json& chats) {
-  Json texts = Json::array();
-  for (const Json& chat : chats) {
-    Json list = Json::array();
-    for (const Json& message : MessagesOf(chat)) list.push_back({TextOf(message, "text"), TextOf(message, "date")});
-    texts.push_back(std::move(list));
-  }
-  return texts;
-}
 
 }  // namespace
 
@@ -72,24 +45,16 @@ ReportWriter::ReportWriter(const Library& library, BackupDevice& device, const s
 
 KindExport ReportWriter::Add(const Kind& kind) {
   KindExport result{&kind};
-  const Plist answer = AnswerWithCopies(library_, device_, kind, media_, result);
-  Json records = answer ? ToJson(answer.get()) : Json::array();
-  const Json messages = HasThreads(kind) ? Json(MessageCount(records)) : Json();
-  Json recovered;
-  if (deleted_) {
-    const Plist lost = AnswerWithCopies(library_, device_, kind, media_, result, Records::Deleted);
-    Json deleted = lost ? ToJson(lost.get()) : Json::array();
-    recovered = HasThreads(kind) ? MixDeletedMessages(records, std::move(deleted))
-                                 : AppendDeletedRecords(records, std::move(deleted));
-  }
-  Json data = Json::object();
+  Json messages;
+  size_t recovered = 0;
   if (HasThreads(kind)) {
-    data["threads"] = Threads(kind, records);
-    WriteData(ThreadFilePrefix(kind) + "message-texts", MessageTexts(records));
+    const Conversations::Counts counts = AddConversations(kind, result);
+    messages = counts.live;
+    recovered = counts.deleted;
   } else {
-    data["records"] = std::move(records);
+    AddRecords(kind, result);
+    recovered = result.deleted.value_or(0);
   }
-  WriteData(kind.name, data);
   kinds_.push_back({{"name", kind.name},
                     {"records", result.records},
                     {"files", result.files},
@@ -100,28 +65,43 @@ KindExport ReportWriter::Add(const Kind& kind) {
   return result;
 }
 
-// One data file per conversation, loaded when it is opened; the list holds
-// each conversation's own keys, its message count and its last message.
-Json ReportWriter::Threads(const Kind& kind, const Json& chats) {
-  Json threads = Json::array();
-  size_t messages = 0;
-  for (size_t i = 0; i < chats.size(); ++i) {
-    const Json& chat = chats[i];
-    if (!chat.is_object()) continue;
-    Json summary = chat;
-    const Json& list = MessagesOf(chat);
-    summary.erase("message");
-    summary["count"] = list.size();
-    if (deleted_) summary["deleted"] = DeletedMessagesOf(chat);
-    summary["last"] = list.empty() ? Json() : list.back();
-    summary["data"] = ThreadFilePrefix(kind) + "thread-" + std::to_string(i + 1);
-    messages += list.size();
-    WriteData(summary["data"], chat);
-    threads.push_back(std::move(summary));
-    progress_.Show("writing conversations", i + 1, chats.size(), std::to_string(messages) + " messages");
+// data/<kind>.js: the live records, then the deleted ones.
+void ReportWriter::AddRecords(const Kind& kind, KindExport& result) {
+  AnswerFile file(data_, kind.name + ".js", resumed_);
+  DataScriptWriter script(file.Stream(), kind.name);
+  script.Punctuation("{\"records\":[");
+  bool first = true;
+  auto add = [&](plist_t record) {
+    if (!first) script.Punctuation(",");
+    first = false;
+    script.Value(ToJson(record));
+  };
+  RecordsWithCopies(library_, device_, kind, media_, result, Records::Live, add);
+  if (deleted_) RecordsWithCopies(library_, device_, kind, media_, result, Records::Deleted, add);
+  script.Punctuation("]}");
+  script.Finish();
+  file.Keep();
+}
+
+Conversations::Counts ReportWriter::AddConversations(const Kind& kind, KindExport& result) {
+  const std::string prefix = ThreadFilePrefix(kind);
+  AnswerFile texts(data_, prefix + "message-texts.js", resumed_);
+  Conversations chats(prefix, texts.Stream(), [this](const std::string& name, const Json& data) { WriteData(name, data); },
+                      deleted_);
+  if (deleted_) {
+    library_.Records(device_, kind.contentType, true, [&](plist_t chat) { chats.ExpectDeleted(ToJson(chat)); });
   }
-  progress_.Finish();
-  return threads;
+  RecordsWithCopies(library_, device_, kind, media_, result, Records::Live,
+                    [&](plist_t chat) { chats.AddLive(ToJson(chat)); });
+  if (deleted_) {
+    RecordsWithCopies(library_, device_, kind, media_, result, Records::Deleted,
+                      [&](plist_t chat) { chats.AddDeleted(ToJson(chat)); });
+  }
+  Json data = Json::object();
+  data["threads"] = chats.Finish();
+  texts.Keep();
+  WriteData(kind.name, data);
+  return chats.Tally();
 }
 
 void ReportWriter::Finish() {

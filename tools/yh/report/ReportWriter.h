@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "Conversations.h"
 #include "Kinds.h"
 #include "Library.h"
 #include "MediaCopier.h"
@@ -39,9 +40,10 @@ class ReportWriter {
   void Finish();
 
  private:
+  void AddRecords(const Kind& kind, KindExport& result);
+  Conversations::Counts AddConversations(const Kind& kind, KindExport& result);
   void WriteFile(OutputFolder& folder, const std::string& name, std::string_view bytes);
   void WriteData(const std::string& name, const Json& data);
-  Json Threads(const Kind& kind, const Json& chats);
 
   const Library& library_;
   BackupDevice& device_;

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 namespace yhtool {
 namespace {
 
@@ -27,6 +29,19 @@ TEST(DataScript, EscapesTheLineSeparatorsAndControlCharacters) {
 TEST(DataScript, KeepsOtherTextAndReplacesBytesThatAreNotUtf8) {
   const Json data = {{"name", "Ada’s \xFF iPhone"}};
   EXPECT_EQ(DataScript("x", data), "yhData(\"x\", {\"name\":\"Ada’s \xEF\xBF\xBD iPhone\"});\n");
+}
+
+TEST(DataScript, WrittenInPartsIsTheWholeScript) {
+  const Json records = Json::parse(R"([{"text":"</script>\u2028"},{"name":"Ada","size":3}])");
+  std::ostringstream out;
+  yh::DataScriptWriter script(out, "a<b");
+  script.Punctuation("{\"records\":[");
+  script.Value(records[0]);
+  script.Punctuation(",");
+  script.Value(records[1]);
+  script.Punctuation("]}");
+  script.Finish();
+  EXPECT_EQ(out.str(), DataScript("a<b", {{"records", records}}));
 }
 
 }  // namespace

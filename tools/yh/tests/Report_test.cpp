@@ -3,9 +3,10 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <set>
+#include <sstream>
 #include <string>
 
-#include "DeletedRecords.h"
+#include "Conversations.h"
 #include "Kinds.h"
 #include "PageFiles.h"
 #include "UnfinishedMark.h"
@@ -203,20 +204,45 @@ TEST_F(YhReport, DeletedRecordsAreAmongTheLiveOnesAndCounted) {
 }
 
 // A conversation the live answer lacks is one of its own, after the live
-// ones; a message without a date comes first.
+// ones; a message without a date comes first. Only the live conversations
+// that deleted messages join are held until the deleted ones come.
 TEST(YhReportDeleted, MessagesOfAnotherConversationMakeOneOfTheirOwn) {
-  ordered_json chats = ordered_json::parse(
-      R"([{"id":"a","message":[{"date":"2023-01-01 10:00:00"},{"date":"2023-01-01 12:00:00"}]},{"id":"b"}])");
-  const size_t added = yh::MixDeletedMessages(
-      chats, ordered_json::parse(R"([{"id":"a","message":[{"date":"","deleted_from":"wal"},
+  const ordered_json live = ordered_json::parse(
+      R"([{"id":"a","message":[{"date":"2023-01-01 10:00:00"},{"date":"2023-01-01 12:00:00"}]},"odd",{"id":"c"},{"id":"b"}])");
+  const ordered_json deleted = ordered_json::parse(R"([{"id":"a","message":[{"date":"","deleted_from":"wal"},
         {"date":"2023-01-01 12:00:00","deleted_from":"wal"}]},{"id":"unknown","message":[{"date":"x","deleted_from":"freelist"}]},
-        {"id":"b","message":[{"date":"2023-01-02 00:00:00","deleted_from":"wal"}]}])"));
-  EXPECT_EQ(added, 4u);
-  EXPECT_EQ(chats, ordered_json::parse(R"([{"id":"a","message":[{"date":"","deleted_from":"wal"},
-    {"date":"2023-01-01 10:00:00"},{"date":"2023-01-01 12:00:00"},{"date":"2023-01-01 12:00:00","deleted_from":"wal"}]},
-    {"id":"b","message":[{"date":"2023-01-02 00:00:00","deleted_from":"wal"}]},
-    {"id":"unknown","message":[{"date":"x","deleted_from":"freelist"}]}])"));
-  EXPECT_EQ(yh::DeletedMessagesOf(chats[0]), 2u);
+        {"id":"b","message":[{"date":"2023-01-02 00:00:00","text":"t","deleted_from":"wal"}]}])");
+  std::ostringstream texts;
+  std::vector<std::string> order;
+  ordered_json written = ordered_json::object();
+  yh::Conversations chats("p-", texts, [&](const std::string& name, const yh::Json& data) {
+    order.push_back(name);
+    written[name] = data;
+  }, true);
+  for (const ordered_json& chat : deleted) chats.ExpectDeleted(chat);
+  for (const ordered_json& chat : live) chats.AddLive(chat);
+  EXPECT_EQ(order, (std::vector<std::string>{"p-thread-3"}));
+  for (const ordered_json& chat : deleted) chats.AddDeleted(chat);
+  const ordered_json list = chats.Finish();
+
+  EXPECT_EQ(order, (std::vector<std::string>{"p-thread-3", "p-thread-5", "p-thread-1", "p-thread-4"}));
+  EXPECT_EQ(written["p-thread-1"], ordered_json::parse(R"({"id":"a","message":[{"date":"","deleted_from":"wal"},
+    {"date":"2023-01-01 10:00:00"},{"date":"2023-01-01 12:00:00"},{"date":"2023-01-01 12:00:00","deleted_from":"wal"}]})"));
+  EXPECT_EQ(written["p-thread-4"],
+            ordered_json::parse(R"({"id":"b","message":[{"date":"2023-01-02 00:00:00","text":"t","deleted_from":"wal"}]})"));
+  EXPECT_EQ(written["p-thread-5"], deleted[1]);
+  ASSERT_EQ(list.size(), 4u);
+  EXPECT_EQ(list[0]["data"], "p-thread-1");
+  EXPECT_EQ(list[0]["count"], 4u);
+  EXPECT_EQ(list[0]["deleted"], 2u);
+  EXPECT_EQ(list[1], ordered_json::parse(R"({"id":"c","count":0,"deleted":0,"last":null,"data":"p-thread-3"})"));
+  EXPECT_EQ(list[2]["last"], written["p-thread-4"]["message"][0]);
+  EXPECT_EQ(list[3]["data"], "p-thread-5");
+  EXPECT_EQ(texts.str(), "yhData(\"p-message-texts\", [[[\"\",\"\"],[\"\",\"2023-01-01 10:00:00\"],"
+                         "[\"\",\"2023-01-01 12:00:00\"],[\"\",\"2023-01-01 12:00:00\"]],[],[],"
+                         "[[\"t\",\"2023-01-02 00:00:00\"]],[[\"\",\"x\"]]]);\n");
+  EXPECT_EQ(chats.Tally().live, 2u);
+  EXPECT_EQ(chats.Tally().deleted, 4u);
 }
 
 TEST_F(YhReport, NeverWritesIntoTheBackup) {

@@ -7,6 +7,7 @@
 #include "Library.h"
 #include "PlistJson.h"
 #include "PlistXml.h"
+#include "Render.h"
 
 namespace yh {
 namespace {
@@ -138,6 +139,27 @@ TEST(YhStreamedText, XmlArraysOfADictionaryAreWrittenAsTheWholeDictionary) {
   nothing.Finish();
   const Plist emptyDictionary(plist_new_dict());
   EXPECT_EQ(none.str(), XmlOf(emptyDictionary.get()));
+}
+
+// Each format, of an answer and of none, as WriteAnswer writes the whole.
+TEST(YhStreamedText, RecordsWriterWritesWhatTheWholeAnswerGives) {
+  const Kind& kind = *FindKind("calls");
+  for (const Format format : {Format::Json, Format::Xml, Format::Csv, Format::Table}) {
+    for (const bool given : {true, false}) {
+      Plist records = given ? Records() : Plist();
+      std::ostringstream whole;
+      WriteAnswer(whole, format, {&kind, std::move(records)});
+      const Plist again = Records();
+      std::ostringstream out;
+      RecordsWriter writer(out, format, kind);
+      if (given) {
+        writer.Add(plist_array_get_item(again.get(), 0));
+        writer.Add(plist_array_get_item(again.get(), 1));
+      }
+      writer.Finish(given);
+      EXPECT_EQ(out.str(), whole.str()) << static_cast<int>(format) << given;
+    }
+  }
 }
 
 }  // namespace
