@@ -157,6 +157,18 @@ void PageRows::CarveFreeSpace(const PageImage& page, const BtreePage& header, si
   CarveLeaf(page, header, {table}, hints, {RowSource::Live, RowSource::Freeblock, RowSource::Unallocated}, rows);
 }
 
+bool PageRows::MayHold(const PageImage& page, size_t table) const {
+  const uint32_t usable = image_.Header().UsableSize();
+  if (page.bytes.size() < usable) return true;
+  const std::optional<BtreePage> header = ReadBtreePage(page.bytes, page.number, usable);
+  if (!header || header->type != BtreePage::TableLeaf) return true;
+  TableCell cell;
+  for (uint32_t offset : CellOffsets(page.bytes, *header, usable)) {
+    if (ReadTableCell(image_, page.bytes, offset, usable, &cell)) return carvers_[table].Fits(cell.types);
+  }
+  return true;
+}
+
 void PageRows::Read(const PageImage& page, const std::vector<size_t>& candidates, PageSources sources,
                     std::vector<RecoveredRow>* rows) const {
   const uint32_t usable = image_.Header().UsableSize();

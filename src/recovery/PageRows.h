@@ -44,6 +44,11 @@ class PageRows {
   void CarveFreeSpace(const PageImage& page, const BtreePage& header, size_t table,
                       std::vector<RecoveredRow>* rows) const;
 
+  // Whether a page image may be of table `table`: false for a table leaf
+  // whose first intact cell is of another shape (an auto-vacuumed database
+  // gives a page number to another table).
+  bool MayHold(const PageImage& page, size_t table) const;
+
   // Rows of a page image outside the current state's trees, for the
   // candidate tables (indexes into the tables): each cell or carved record
   // goes to the first candidate it fits.

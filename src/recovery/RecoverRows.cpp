@@ -93,9 +93,9 @@ RecoveredRows RecoverRows(const FileImage& image, bool withLive, const LiveValue
   for (const PageLocation& earlier : image.EarlierPages()) {
     const RowSource source = earlier.file == StoredIn::Journal ? RowSource::Journal : RowSource::Wal;
     const auto known = owner.find(earlier.number);
-    const std::vector<size_t> candidates =
-        known->second != SIZE_MAX ? std::vector<size_t>{known->second} : readable;
-    pageRows.Read(image.Read(earlier), candidates, {source, source, source}, &found);
+    const PageImage page = image.Read(earlier);
+    const bool owned = known->second != SIZE_MAX && pageRows.MayHold(page, known->second);
+    pageRows.Read(page, owned ? std::vector<size_t>{known->second} : readable, {source, source, source}, &found);
   }
   // The unique indexes, then the live rows read again a page at a time, sort the others.
   Classifier classifier(result.tables, found);
