@@ -344,7 +344,9 @@ std::optional<CarvedRecord> Carver::FreeblockCell(std::string_view page, size_t 
   std::vector<int64_t> rest;
   size_t restEnd = 0;
   if (ReadSerialTypes(region, typesStart, columns - 1, &rest, &restEnd) && BodyLength(rest) >= 0 && RestFits(rest)) {
-    RebuiltFirstType(page, offset, limit, rest, restEnd, hints.firstTypes, &readings);
+    static const std::vector<int64_t> kNone;
+    RebuiltFirstType(page, offset, limit, rest, restEnd, hints.table == &table_ ? hints.firstTypes : kNone,
+                     &readings);
   }
   // Longer payload-length, rowid or header-length varints: every serial type
   // survives, and the end of the header length's varint just before them

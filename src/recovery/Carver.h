@@ -38,7 +38,10 @@ CellStart ReadCellStart(std::string_view page, size_t offset, size_t limit);
 
 // What a page's cells tell of the cells freed among them.
 struct PageHints {
-  std::vector<int64_t> firstTypes;  // the first column's serial types in the table's intact records
+  // The first column's serial types in the intact records of the page's
+  // own table, `table` (none known when null): they hint for it alone.
+  std::vector<int64_t> firstTypes;
+  const TableShape* table = nullptr;
   std::vector<uint32_t> cells;      // where the intact cells are
   // Filled while carving: the freed cells read (where each began and
   // ended, and how many bytes came before its serial types), and how many

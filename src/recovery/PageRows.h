@@ -59,18 +59,23 @@ class PageRows {
   const FileImage& image_;
   const std::vector<TableShape>& tables_;
   std::vector<Carver> carvers_;
+  std::vector<size_t> readable_;  // the tables that are no WITHOUT ROWID tables
 
-  // Records of the freeblocks and the unallocated gap of a table leaf page;
-  // carved again when some were left in doubt, in the light of the cells
-  // read without doubt.
+  // Records of the freeblocks and the unallocated gap of a table leaf page,
+  // each of the first of `candidates` (in the gap, of `gapCandidates`) it
+  // fits; carved again when some were left in doubt,
+  // in the light of the cells read without doubt.
   void CarveLeaf(const PageImage& page, const BtreePage& header, const std::vector<size_t>& candidates,
-                 PageHints& hints, PageSources sources, std::vector<RecoveredRow>* rows) const;
+                 const std::vector<size_t>& gapCandidates, PageHints& hints, PageSources sources,
+                 std::vector<RecoveredRow>* rows) const;
   // The same, carved once.
   void CarveLeafOnce(const PageImage& page, const BtreePage& header, const std::vector<size_t>& candidates,
-                     PageHints& hints, PageSources sources, std::vector<RecoveredRow>* rows) const;
+                     const std::vector<size_t>& gapCandidates, PageHints& hints, PageSources sources,
+                     std::vector<RecoveredRow>* rows) const;
   // Records in page[start, end). A freeblock's first cell, and any cell
   // right after a record (freed next to it, or moved out of the content area
-  // as part of a freeblock), may have lost its first four bytes.
+  // as part of a freeblock), may have lost its first four bytes; the latter
+  // is of that record's table.
   void Carve(const PageImage& page, size_t start, size_t end, bool freeblock, const std::vector<size_t>& candidates,
              PageHints& hints, RowSource source, std::vector<RecoveredRow>* rows) const;
   // Cells freed at the start of the content area join the gap, each with a
