@@ -45,7 +45,10 @@ std::optional<CarvedRecord> PageRows::RecordAt(std::string_view page, size_t off
                                                size_t table, PageHints& hints,
                                                const CellStart& start) const {
   std::optional<CarvedRecord> record = carvers_[table].CellAt(page, offset, end, start);
-  if (!record && damaged) record = carvers_[table].FreeblockCell(page, offset, end, hints);
+  // A cell whose whole header is there kept its first bytes: its body was overwritten.
+  if (!record && damaged && !carvers_[table].HeaderAt(page, end, start)) {
+    record = carvers_[table].FreeblockCell(page, offset, end, hints);
+  }
   return record;
 }
 
@@ -190,6 +193,8 @@ void PageRows::Read(const PageImage& page, const std::vector<size_t>& candidates
   const uint32_t usable = image_.Header().UsableSize();
   if (page.bytes.size() < usable) return;
   const std::optional<BtreePage> header = ReadBtreePage(page.bytes, page.number, usable);
+  // An index page holds index entries, whose records may have a table's shape.
+  if (header && (header->type == BtreePage::IndexLeaf || header->type == BtreePage::IndexInterior)) return;
   if (!header || header->type != BtreePage::TableLeaf) {
     PageHints none;
     Carve(page, 0, usable, false, candidates, none, sources.freeblocks, rows);

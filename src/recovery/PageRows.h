@@ -51,7 +51,7 @@ class PageRows {
 
   // Rows of a page image outside the current state's trees, for the
   // candidate tables (indexes into the tables): each cell or carved record
-  // goes to the first candidate it fits.
+  // goes to the first candidate it fits. An index page gives none.
   void Read(const PageImage& page, const std::vector<size_t>& candidates, PageSources sources,
             std::vector<RecoveredRow>* rows) const;
 
