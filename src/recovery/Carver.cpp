@@ -190,30 +190,38 @@ std::optional<CarvedRecord> Carver::CellAt(std::string_view page, size_t offset,
   return CellAt(page, offset, limit, ReadCellStart(page, offset, limit));
 }
 
-std::optional<CarvedRecord> Carver::CellAt(std::string_view page, size_t offset, size_t limit,
-                                           const CellStart& start) const {
+bool Carver::ReadHeader(std::string_view page, size_t limit, const CellStart& start,
+                        std::vector<int64_t>* types) const {
   // The header length, then at least one byte per column's type.
   const int64_t columns = static_cast<int64_t>(table_.columns.size());
   const int64_t headerLength = start.headerLength;
   if (!start.valid || headerLength < start.headerLengthSize + columns ||
       headerLength > start.headerLengthSize + 9 * columns) {
-    return std::nullopt;
+    return false;
   }
-  limit = std::min(limit, page.size());
-  const std::string_view region = page.substr(0, limit);
-  const size_t payloadStart = start.payloadStart;
-  const int64_t payloadSize = start.payloadSize;
-  const int64_t rowid = start.rowid;
-  std::vector<int64_t> types;
+  const std::string_view region = page.substr(0, std::min(limit, page.size()));
   size_t typesEnd = 0;
-  const size_t typesStart = payloadStart + start.headerLengthSize;
-  if (!ReadSerialTypes(region, typesStart, table_.columns.size(), &types, &typesEnd)) return std::nullopt;
-  if (static_cast<int64_t>(typesEnd - payloadStart) != headerLength || HeaderLength(types) != headerLength) {
-    return std::nullopt;
+  if (!ReadSerialTypes(region, start.payloadStart + start.headerLengthSize, table_.columns.size(), types, &typesEnd)) {
+    return false;
   }
-  if (headerLength + BodyLength(types) != payloadSize || BodyLength(types) < 0) return std::nullopt;
-  std::optional<CarvedRecord> record = Assemble(page, offset, typesStart, limit, types);
-  if (record) record->rowid = rowid;
+  if (static_cast<int64_t>(typesEnd - start.payloadStart) != headerLength || HeaderLength(*types) != headerLength) {
+    return false;
+  }
+  return headerLength + BodyLength(*types) == start.payloadSize && BodyLength(*types) >= 0;
+}
+
+bool Carver::HeaderAt(std::string_view page, size_t limit, const CellStart& start) const {
+  std::vector<int64_t> types;
+  return ReadHeader(page, limit, start, &types) && Fits(types);
+}
+
+std::optional<CarvedRecord> Carver::CellAt(std::string_view page, size_t offset, size_t limit,
+                                           const CellStart& start) const {
+  std::vector<int64_t> types;
+  if (!ReadHeader(page, limit, start, &types)) return std::nullopt;
+  std::optional<CarvedRecord> record =
+      Assemble(page, offset, start.payloadStart + start.headerLengthSize, std::min(limit, page.size()), types);
+  if (record) record->rowid = start.rowid;
   return record;
 }
 
@@ -357,7 +365,9 @@ std::optional<CarvedRecord> Carver::FreeblockCell(std::string_view page, size_t 
   std::vector<int64_t> rest;
   size_t restEnd = 0;
   if (ReadSerialTypes(region, typesStart, columns - 1, &rest, &restEnd) && BodyLength(rest) >= 0 && RestFits(rest)) {
-    RebuiltFirstType(page, offset, limit, rest, restEnd, hints.firstTypes, &readings);
+    static const std::vector<int64_t> kNone;
+    RebuiltFirstType(page, offset, limit, rest, restEnd, hints.table == &table_ ? hints.firstTypes : kNone,
+                     &readings);
   }
   // Longer payload-length, rowid or header-length varints: every serial type
   // survives, and the end of the header length's varint just before them
@@ -399,22 +409,25 @@ std::optional<CarvedRecord> Carver::Choose(std::vector<Reading>& readings, std::
     return !among.empty() &&
            std::all_of(among.begin(), among.end(), [&](const Reading* r) { return r->prefix == among[0]->prefix; });
   };
-  if (samePrefix(top) && (best > kBare || top[0]->prefix == kFreeblockHeader - 1)) {
-    hints.carved.push_back({offset, top[0]->record.end, top[0]->prefix});
-    return std::move(top[0]->record);
-  }
+  auto take = [&](Reading* reading) {
+    hints.carved.push_back({offset, reading->record.end, reading->prefix});
+    return std::move(reading->record);
+  };
+  if (samePrefix(top) && best > kBare) return take(top[0]);
+  if (top.empty()) return std::nullopt;
   const std::vector<size_t> neighbours =
       NeighbourPrefixes(page, offset, limit, hints, image_.Header().UsableSize());
+  // A reading whose end nothing bears out is of a short cell, unless the
+  // cells around it have longer starts, as they would when its values
+  // were read shifted.
+  if (samePrefix(top) && top[0]->prefix == kFreeblockHeader - 1 && neighbours.empty()) return take(top[0]);
   std::vector<Reading*> agreeing;
   for (Reading* reading : top) {
     if (std::find(neighbours.begin(), neighbours.end(), reading->prefix) != neighbours.end()) {
       agreeing.push_back(reading);
     }
   }
-  if (samePrefix(agreeing)) {
-    hints.carved.push_back({offset, agreeing[0]->record.end, agreeing[0]->prefix});
-    return std::move(agreeing[0]->record);
-  }
-  if (!top.empty()) ++hints.doubts;
+  if (samePrefix(agreeing)) return take(agreeing[0]);
+  ++hints.doubts;
   return std::nullopt;
 }

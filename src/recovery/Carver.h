@@ -38,7 +38,10 @@ CellStart ReadCellStart(std::string_view page, size_t offset, size_t limit);
 
 // What a page's cells tell of the cells freed among them.
 struct PageHints {
-  std::vector<int64_t> firstTypes;  // the first column's serial types in the table's intact records
+  // The first column's serial types in the intact records of the page's
+  // own table, `table` (none known when null): they hint for it alone.
+  std::vector<int64_t> firstTypes;
+  const TableShape* table = nullptr;
   std::vector<uint32_t> cells;      // where the intact cells are
   // Filled while carving: the freed cells read (where each began and
   // ended, and how many bytes came before its serial types), and how many
@@ -64,6 +67,11 @@ class Carver {
   // Overflow chains through `trunkPages` (freelist trunks, whose first
   // bytes were overwritten) are damaged.
   Carver(const FileImage& image, const TableShape& table, const std::unordered_set<uint32_t>& trunkPages);
+
+  // Whether the cell whose start is `start` has the whole header of a record
+  // of the table: serial types that fit its columns and agree with the
+  // header's and the payload's lengths.
+  bool HeaderAt(std::string_view page, size_t limit, const CellStart& start) const;
 
   // A whole cell (payload length, rowid, record) at page[offset], ending by `limit`.
   std::optional<CarvedRecord> CellAt(std::string_view page, size_t offset, size_t limit) const;
@@ -93,6 +101,9 @@ class Carver {
   std::vector<Affinity> affinities_;
 
   bool TypeFits(size_t column, int64_t type) const;
+  // The serial types of the cell whose start is `start`, when they agree
+  // with its header's and payload's lengths.
+  bool ReadHeader(std::string_view page, size_t limit, const CellStart& start, std::vector<int64_t>* types) const;
   // Whether the serial types fit the columns after the first.
   bool RestFits(const std::vector<int64_t>& rest) const;
   // The record whose serial types, these, start at typesStart (after the
@@ -123,8 +134,9 @@ class Carver {
                         size_t restEnd, const std::vector<int64_t>& firstTypes, std::vector<Reading>* readings) const;
   // The reading to give among those of one cell: the best borne out, when
   // they agree on how long the lost start was or the cells around the
-  // block (intact or read before) say which does; a reading whose serial
-  // types were all read and whose end nothing bears out needs them too.
+  // block (intact or read before) say which does; a reading whose end
+  // nothing bears out needs them too, but for a short cell's (whose first
+  // type the header took) on a block no cell is around.
   std::optional<CarvedRecord> Choose(std::vector<Reading>& readings, std::string_view page, size_t offset,
                                      size_t limit, PageHints& hints) const;
   // How firmly the end of a record read from a block ending at `limit` bears it out.

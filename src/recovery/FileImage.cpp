@@ -60,6 +60,15 @@ FileImage::FileImage(std::unique_ptr<ByteSource> database, std::unique_ptr<ByteS
   const uint64_t stored = static_cast<uint64_t>(filePages) + walPages_.size();
   pageCount_ = frames.databasePages != 0 ? static_cast<uint32_t>(std::min<uint64_t>(frames.databasePages, stored))
                                          : filePages;
+  // Pages past the end of the current state: the log made the database
+  // shorter (auto-vacuum gave back its last pages), so the main file's
+  // pages there, and the log's last frames of them, are earlier versions.
+  for (const auto& [number, frame] : walPages_) {
+    if (number > pageCount_) earlier_.push_back(frame);
+  }
+  for (uint32_t number = pageCount_ + 1; number <= filePages && number != 0; ++number) {
+    if (walPages_.count(number) == 0) earlier_.push_back(DatabasePage(number));
+  }
   const JournalPages journalPages = ReadJournalPages(*files_[2], header_.pageSize, pageCount_);
   pageSizes_[2] = journalPages.pageSize;
   earlier_.insert(earlier_.end(), journalPages.pages.begin(), journalPages.pages.end());

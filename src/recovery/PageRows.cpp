@@ -9,7 +9,10 @@ PageRows::PageRows(const FileImage& image, const std::vector<TableShape>& tables
                    const std::unordered_set<uint32_t>& trunkPages)
     : image_(image), tables_(tables) {
   carvers_.reserve(tables.size());
-  for (const TableShape& table : tables) carvers_.emplace_back(image, table, trunkPages);
+  for (size_t t = 0; t < tables.size(); ++t) {
+    carvers_.emplace_back(image, tables[t], trunkPages);
+    if (!tables[t].withoutRowid) readable_.push_back(t);
+  }
 }
 
 void LabelRow(const PageImage& page, size_t table, const TableShape& shape, std::optional<int64_t> rowid,
@@ -42,7 +45,10 @@ std::optional<CarvedRecord> PageRows::RecordAt(std::string_view page, size_t off
                                                size_t table, PageHints& hints,
                                                const CellStart& start) const {
   std::optional<CarvedRecord> record = carvers_[table].CellAt(page, offset, end, start);
-  if (!record && damaged) record = carvers_[table].FreeblockCell(page, offset, end, hints);
+  // A cell whose whole header is there kept its first bytes: its body was overwritten.
+  if (!record && damaged && !carvers_[table].HeaderAt(page, end, start)) {
+    record = carvers_[table].FreeblockCell(page, offset, end, hints);
+  }
   return record;
 }
 
@@ -51,15 +57,19 @@ void PageRows::Carve(const PageImage& page, size_t start, size_t end, bool freeb
                      std::vector<RecoveredRow>* rows) const {
   size_t offset = start;
   bool damaged = freeblock;
+  // A cell right after a record is of that record's table; a block's first, of any.
+  size_t previous = SIZE_MAX;
   while (offset < end) {
     std::optional<CarvedRecord> record;
     // Read once for every table: at most offsets no cell starts.
     const CellStart cell = ReadCellStart(page.bytes, offset, end);
     for (size_t table : candidates) {
       if (!cell.valid && !damaged) break;
-      record = RecordAt(page.bytes, offset, end, damaged, table, hints, cell);
+      record = RecordAt(page.bytes, offset, end, damaged && (previous == SIZE_MAX || previous == table), table, hints,
+                        cell);
       if (record) {
         offset = record->end;
+        previous = table;
         Add(page, table, std::move(*record), source, rows);
         break;
       }
@@ -108,24 +118,26 @@ void PageRows::CarveEmptiedPage(const PageImage& page, size_t start, size_t end,
 }
 
 void PageRows::CarveLeaf(const PageImage& page, const BtreePage& header, const std::vector<size_t>& candidates,
-                         PageHints& hints, PageSources sources, std::vector<RecoveredRow>* rows) const {
+                         const std::vector<size_t>& gapCandidates, PageHints& hints, PageSources sources,
+                         std::vector<RecoveredRow>* rows) const {
   const size_t first = rows->size();
-  CarveLeafOnce(page, header, candidates, hints, sources, rows);
+  CarveLeafOnce(page, header, candidates, gapCandidates, hints, sources, rows);
   // Cells left in doubt may be read in the light of cells met after them.
   if (hints.doubts == 0 || hints.carved.empty()) return;
   rows->resize(first);
   hints.doubts = 0;
-  CarveLeafOnce(page, header, candidates, hints, sources, rows);
+  CarveLeafOnce(page, header, candidates, gapCandidates, hints, sources, rows);
 }
 
 void PageRows::CarveLeafOnce(const PageImage& page, const BtreePage& header, const std::vector<size_t>& candidates,
-                             PageHints& hints, PageSources sources, std::vector<RecoveredRow>* rows) const {
+                             const std::vector<size_t>& gapCandidates, PageHints& hints, PageSources sources,
+                             std::vector<RecoveredRow>* rows) const {
   const uint32_t usable = image_.Header().UsableSize();
   for (const FreeRegion& block : Freeblocks(page.bytes, header, usable)) {
     Carve(page, block.offset, block.offset + block.size, true, candidates, hints, sources.freeblocks, rows);
   }
   const FreeRegion gap = UnallocatedGap(header, usable);
-  Carve(page, gap.offset, gap.offset + gap.size, false, candidates, hints, sources.unallocated, rows);
+  Carve(page, gap.offset, gap.offset + gap.size, false, gapCandidates, hints, sources.unallocated, rows);
   CarveFreedTail(page, gap.offset, gap.offset + gap.size, candidates, hints, sources.unallocated, rows);
   if (header.cellCount == 0) {
     CarveEmptiedPage(page, gap.offset, gap.offset + gap.size, candidates, hints, sources.unallocated, rows);
@@ -150,11 +162,30 @@ void PageRows::CarveFreeSpace(const PageImage& page, const BtreePage& header, si
                               std::vector<RecoveredRow>* rows) const {
   const uint32_t usable = image_.Header().UsableSize();
   PageHints hints;
+  hints.table = &tables_[table];
   hints.cells = CellOffsets(page.bytes, header, usable);
   for (uint32_t offset : hints.cells) {
     if (std::optional<int64_t> type = FirstSerialType(page.bytes, offset, usable)) hints.firstTypes.push_back(*type);
   }
-  CarveLeaf(page, header, {table}, hints, {RowSource::Live, RowSource::Freeblock, RowSource::Unallocated}, rows);
+  // A page the freelist gave to this table keeps its earlier table's cells in its gap.
+  std::vector<size_t> gapCandidates{table};
+  for (size_t other : readable_) {
+    if (other != table) gapCandidates.push_back(other);
+  }
+  CarveLeaf(page, header, {table}, gapCandidates, hints,
+            {RowSource::Live, RowSource::Freeblock, RowSource::Unallocated}, rows);
+}
+
+bool PageRows::MayHold(const PageImage& page, size_t table) const {
+  const uint32_t usable = image_.Header().UsableSize();
+  if (page.bytes.size() < usable) return true;
+  const std::optional<BtreePage> header = ReadBtreePage(page.bytes, page.number, usable);
+  if (!header || header->type != BtreePage::TableLeaf) return true;
+  TableCell cell;
+  for (uint32_t offset : CellOffsets(page.bytes, *header, usable)) {
+    if (ReadTableCell(image_, page.bytes, offset, usable, &cell)) return carvers_[table].Fits(cell.types);
+  }
+  return true;
 }
 
 void PageRows::Read(const PageImage& page, const std::vector<size_t>& candidates, PageSources sources,
@@ -162,6 +193,8 @@ void PageRows::Read(const PageImage& page, const std::vector<size_t>& candidates
   const uint32_t usable = image_.Header().UsableSize();
   if (page.bytes.size() < usable) return;
   const std::optional<BtreePage> header = ReadBtreePage(page.bytes, page.number, usable);
+  // An index page holds index entries, whose records may have a table's shape.
+  if (header && (header->type == BtreePage::IndexLeaf || header->type == BtreePage::IndexInterior)) return;
   if (!header || header->type != BtreePage::TableLeaf) {
     PageHints none;
     Carve(page, 0, usable, false, candidates, none, sources.freeblocks, rows);
@@ -179,7 +212,6 @@ void PageRows::Read(const PageImage& page, const std::vector<size_t>& candidates
       break;
     }
   }
-  // The first column's types in intact cells hint only for the page's own table.
-  if (candidates.size() != 1) hints.firstTypes.clear();
-  CarveLeaf(page, *header, candidates, hints, sources, rows);
+  if (candidates.size() == 1) hints.table = &tables_[candidates[0]];
+  CarveLeaf(page, *header, candidates, candidates, hints, sources, rows);
 }

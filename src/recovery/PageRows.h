@@ -44,9 +44,14 @@ class PageRows {
   void CarveFreeSpace(const PageImage& page, const BtreePage& header, size_t table,
                       std::vector<RecoveredRow>* rows) const;
 
+  // Whether a page image may be of table `table`: false for a table leaf
+  // whose first intact cell is of another shape (an auto-vacuumed database
+  // gives a page number to another table).
+  bool MayHold(const PageImage& page, size_t table) const;
+
   // Rows of a page image outside the current state's trees, for the
   // candidate tables (indexes into the tables): each cell or carved record
-  // goes to the first candidate it fits.
+  // goes to the first candidate it fits. An index page gives none.
   void Read(const PageImage& page, const std::vector<size_t>& candidates, PageSources sources,
             std::vector<RecoveredRow>* rows) const;
 
@@ -54,18 +59,23 @@ class PageRows {
   const FileImage& image_;
   const std::vector<TableShape>& tables_;
   std::vector<Carver> carvers_;
+  std::vector<size_t> readable_;  // the tables that are no WITHOUT ROWID tables
 
-  // Records of the freeblocks and the unallocated gap of a table leaf page;
-  // carved again when some were left in doubt, in the light of the cells
-  // read without doubt.
+  // Records of the freeblocks and the unallocated gap of a table leaf page,
+  // each of the first of `candidates` (in the gap, of `gapCandidates`) it
+  // fits; carved again when some were left in doubt,
+  // in the light of the cells read without doubt.
   void CarveLeaf(const PageImage& page, const BtreePage& header, const std::vector<size_t>& candidates,
-                 PageHints& hints, PageSources sources, std::vector<RecoveredRow>* rows) const;
+                 const std::vector<size_t>& gapCandidates, PageHints& hints, PageSources sources,
+                 std::vector<RecoveredRow>* rows) const;
   // The same, carved once.
   void CarveLeafOnce(const PageImage& page, const BtreePage& header, const std::vector<size_t>& candidates,
-                     PageHints& hints, PageSources sources, std::vector<RecoveredRow>* rows) const;
+                     const std::vector<size_t>& gapCandidates, PageHints& hints, PageSources sources,
+                     std::vector<RecoveredRow>* rows) const;
   // Records in page[start, end). A freeblock's first cell, and any cell
   // right after a record (freed next to it, or moved out of the content area
-  // as part of a freeblock), may have lost its first four bytes.
+  // as part of a freeblock), may have lost its first four bytes; the latter
+  // is of that record's table.
   void Carve(const PageImage& page, size_t start, size_t end, bool freeblock, const std::vector<size_t>& candidates,
              PageHints& hints, RowSource source, std::vector<RecoveredRow>* rows) const;
   // Cells freed at the start of the content area join the gap, each with a

@@ -114,9 +114,12 @@ RecoveredRows RecoverRows(const FileImage& image, bool withLive, const LiveValue
       pageRows.CarveFreeSpace(image.Page(job.number), *job.header, job.table, rows);
       return;
     }
+    const PageImage page = job.earlier ? image.Read(*job.earlier) : image.Page(job.number);
+    // An earlier image of a page number that another table holds now may
+    // be of any table.
+    const bool owned = job.table != SIZE_MAX && (!job.earlier || pageRows.MayHold(page, job.table));
     const std::vector<size_t> own{job.table};
-    pageRows.Read(job.earlier ? image.Read(*job.earlier) : image.Page(job.number),
-                  job.table != SIZE_MAX ? own : readable, {job.source, job.source, job.source}, rows);
+    pageRows.Read(page, owned ? own : readable, {job.source, job.source, job.source}, rows);
   });
   // The unique indexes, then the live rows read again a page at a time, sort the others.
   Classifier classifier(result.tables, found);

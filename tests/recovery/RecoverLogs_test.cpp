@@ -78,6 +78,46 @@ TEST(RecoverLogs, ReadsMainFilePagesThatTheWalReplaces) {
   EXPECT_EQ(row->file, StoredIn::Database);
 }
 
+TEST(RecoverLogs, ReadsMainFilePagesPastTheEndTheWalGives) {
+  // Auto-vacuum gives back the freed pages at the end: the log's database
+  // is shorter than the main file, whose last pages still hold their rows.
+  std::string sql = "PRAGMA auto_vacuum=FULL;" + std::string(kWal) +
+                    "CREATE TABLE t (id INTEGER PRIMARY KEY, v TEXT); BEGIN;";
+  for (int n = 1; n <= 200; ++n) {
+    sql += "INSERT INTO t VALUES (" + std::to_string(n) + ", 'row " + std::to_string(n) + std::string(100, '.') + "');";
+  }
+  const StoredDatabase stored =
+      BuildStoredDatabase(sql + "COMMIT; PRAGMA wal_checkpoint(TRUNCATE); PRAGMA secure_delete=ON;"
+                                "DELETE FROM t WHERE id > 20;");
+  const RecoveredRows recovered = Recover(stored);
+  const RecoveredRow* row = RowWithText(recovered, "row 190" + std::string(100, '.'));
+  ASSERT_NE(row, nullptr);
+  EXPECT_EQ(row->status, RowStatus::Deleted);
+  EXPECT_EQ(row->source, RowSource::Wal);
+  EXPECT_EQ(row->file, StoredIn::Database);
+  EXPECT_EQ(row->rowid, 190);
+}
+
+TEST(RecoverLogs, ReadsReplacedPagesThatAnotherTableNowHolds) {
+  // Auto-vacuum gives the freed pages of `t` back; new rows of `other` take
+  // their numbers. The main file's pages of those numbers still hold rows of `t`.
+  std::string sql = "PRAGMA auto_vacuum=FULL;" + std::string(kWal) +
+                    "CREATE TABLE t (id INTEGER PRIMARY KEY, v TEXT);"
+                    "CREATE TABLE other (a INTEGER, b REAL, c BLOB); BEGIN;";
+  for (int n = 1; n <= 200; ++n) {
+    sql += "INSERT INTO t VALUES (" + std::to_string(n) + ", 'row " + std::to_string(n) + std::string(100, '.') + "');";
+  }
+  sql += "COMMIT; PRAGMA wal_checkpoint(TRUNCATE); PRAGMA secure_delete=ON; DELETE FROM t WHERE id > 20; BEGIN;";
+  for (int n = 1; n <= 300; ++n) sql += "INSERT INTO other VALUES (" + std::to_string(n) + ", 0.5, zeroblob(90));";
+  const RecoveredRows recovered = Recover(BuildStoredDatabase(sql + "COMMIT;"));
+  const RecoveredRow* row = RowWithText(recovered, "row 190" + std::string(100, '.'));
+  ASSERT_NE(row, nullptr);
+  EXPECT_EQ(recovered.tables[row->table].name, "t");
+  EXPECT_EQ(row->status, RowStatus::Deleted);
+  EXPECT_EQ(row->file, StoredIn::Database);
+  EXPECT_EQ(row->rowid, 190);
+}
+
 TEST(RecoverLogs, ReadsFramesOfAnEarlierLogGeneration) {
   std::string sql = std::string(kWal) + "CREATE TABLE filler (v TEXT); CREATE TABLE t (id INTEGER, v TEXT);";
   for (int i = 0; i < 4; ++i) sql += "INSERT INTO filler VALUES (randomblob(3000));";

@@ -271,3 +271,30 @@ TEST(RecoverRows, BringsBackRowsOfAPageWhoseEveryCellWasDeleted) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(RecoverRows, BringsBackRowsOfAnotherTableFromTheGapOfAReusedPage) {
+  // A bulk delete empties pages of `message` onto the freelist; a trigger's
+  // rows then take them, written at their end: the rest of each page still
+  // holds the messages, as cells no tree points to.
+  std::string sql = std::string(kMessages) +
+                    "CREATE TABLE deleted_messages (ROWID INTEGER PRIMARY KEY AUTOINCREMENT, guid TEXT NOT NULL);"
+                    "CREATE TRIGGER gone AFTER DELETE ON message BEGIN "
+                    "INSERT INTO deleted_messages (guid) VALUES (printf('%036d', old.ROWID)); END;" +
+                    Inserts("message (ROWID, text)", 1, 400, "a message long enough to fill its pages with few cells of them");
+  const RecoveredRows recovered = Recover(BuildStoredDatabase(sql + "DELETE FROM message WHERE ROWID > 100;"));
+  const std::vector<std::string> deleted = Lines(recovered, "message", RowStatus::Deleted);
+  size_t whole = 0;
+  for (int n = 101; n <= 400; ++n) {
+    whole += std::count(deleted.begin(), deleted.end(),
+                        std::to_string(n) + "|a message long enough to fill its pages with few cells of them " +
+                            std::to_string(n) + "|");
+  }
+  // 175 of their records survive; those leading a gap that lost their first
+  // bytes are not read, as no record before them says their table.
+  EXPECT_GE(whole, 170u);
+  for (const std::string& line : deleted) EXPECT_NE(line.find("|a message long enough"), std::string::npos) << line;
+}
+
+}  // namespace
