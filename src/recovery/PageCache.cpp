@@ -30,8 +30,9 @@ PageCache::Entry* PageCache::Slot() {
   }
   Entry* oldest = &*std::min_element(entries_.begin(), entries_.end(),
                                      [](const Entry& a, const Entry& b) { return a.lastUse < b.lastUse; });
-  // A buffer still held by an image stays with it; the slot gets a new one.
-  if (oldest->bytes.use_count() > 1) oldest->bytes = std::make_shared<std::string>();
+  // The slot always gets a new buffer: an image may still hold the old one,
+  // and on another thread a count of its holders proves nothing.
+  oldest->bytes = std::make_shared<std::string>();
   return oldest;
 }
 

@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <malloc.h>
 #include <plist/plist.h>
 
 #include <algorithm>
@@ -11,6 +10,7 @@
 #include "libYH.h"
 #include "support/BackupBuilder.h"
 #include "support/DeviceList.h"
+#include "support/HeapInUse.h"
 #include "support/PlistDump.h"
 #include "support/ServedBackup.h"
 
@@ -176,15 +176,13 @@ std::string ManyCalls(const TempDir& root, int count) {
       .Write(root.Path() + "calls");
 }
 
-size_t HeapInUse() { return mallinfo2().uordblks; }
-
 // The most heap in use while the records pass.
 struct HeapPeak {
   size_t peak = 0;
   int records = 0;
 };
 
-// Every 500th record: mallinfo2 walks the allocator's free lists.
+// Every 500th record: reading the heap's use is slow.
 int32_t NotePeak(plist_t, void* peak) {
   auto& heap = *static_cast<HeapPeak*>(peak);
   if (heap.records++ % 500 == 0) heap.peak = std::max(heap.peak, HeapInUse());
