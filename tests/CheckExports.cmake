@@ -1,5 +1,6 @@
-# Fails unless the shared library exports exactly the expected C entry points.
-# Usage: cmake -DLIBRARY=<path> -DEXPECTED="a;b" [-DOBJDUMP=<objdump>] -P CheckExports.cmake
+# Fails unless the shared library exports exactly the C entry points of the
+# public header, listed here once for every system's build.
+# Usage: cmake -DLIBRARY=<path> [-DOBJDUMP=<objdump>] -P CheckExports.cmake
 # A DLL's exports are read from its export table with OBJDUMP, a shared
 # object's from its dynamic symbols with nm; each listed line ends in a name.
 if(LIBRARY MATCHES "\\.dll$")
@@ -19,7 +20,9 @@ foreach(entry ${entries})
   list(APPEND exported ${symbol})
 endforeach()
 list(SORT exported)
-set(expected ${EXPECTED})
+set(expected CarveDatabaseFile CreateCurrentDataRecoveryService CreateDataRecoveryService DecryptBackup
+    FreeiDeviceBackupService GetBackupDeviceListAt GetContentRecords GetDeletedContentList GetDeletedContentRecords
+    SetTemporaryFolder UnlockBackup YHFree)
 list(SORT expected)
 if(NOT exported STREQUAL expected)
   message(FATAL_ERROR "exported: ${exported}\nexpected: ${expected}")
