@@ -4,6 +4,7 @@
 
 #include "kinds/current/CurrentKinds.h"
 #include "service/Analysis.h"
+#include "service/KindAnswer.h"
 
 namespace {
 
@@ -51,13 +52,9 @@ Kind* CurrentKindOf(BackupDevice* device, iDeviceContentType type, int* flag) {
 }
 
 plist_t GetCurrentContentList(BackupDevice* device, iDeviceContentType type) {
-  int flag = 0;
-  Kind* kind = CurrentKindOf(device, type, &flag);
-  return kind ? kind->FindContent(device, flag) : nullptr;
+  return KindAnswer(CurrentKindOf, device, type, &Kind::FindContent);
 }
 
 plist_t GetDeletedContentList(BackupDevice* device, iDeviceContentType type) {
-  int flag = 0;
-  Kind* kind = CurrentKindOf(device, type, &flag);
-  return kind ? kind->FindDeletedContent(device, flag) : nullptr;
+  return KindAnswer(CurrentKindOf, device, type, &Kind::FindDeletedContent);
 }
