@@ -37,7 +37,9 @@ Database::Database(const std::string& path, Access access) {
 }
 
 Database::Database(InMemory) {
-  open_ = sqlite3_open_v2(":memory:", &db_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr) == SQLITE_OK;
+  // Only the thread that made it uses it: no lock around every call.
+  const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
+  open_ = sqlite3_open_v2(":memory:", &db_, flags, nullptr) == SQLITE_OK;
 }
 
 Database::~Database() { sqlite3_close(db_); }
@@ -99,6 +101,12 @@ bool Database::Statement::BindNull(int parameter) {
   if (!stmt_) return false;
   sqlite3_reset(stmt_);
   return sqlite3_bind_null(stmt_, parameter) == SQLITE_OK;
+}
+
+void Database::Statement::ClearBindings() {
+  if (!stmt_) return;
+  sqlite3_reset(stmt_);
+  sqlite3_clear_bindings(stmt_);
 }
 
 bool Database::Statement::Step() {

@@ -27,6 +27,7 @@ class Database {
   explicit Database(const std::string& path, Access access = Access::Immutable);
   // A new empty database in memory, written by the library alone: rows read
   // from a stored file's pages are laid out there for the kinds' readers.
+  // One thread at a time uses it (it takes no lock of its own).
   struct InMemory {};
   explicit Database(InMemory);
   ~Database();  // closes the handle, also after a failed open
@@ -59,6 +60,9 @@ class Database {
     bool BindReal(int parameter, double value);
     bool BindBlob(int parameter, const std::string_view& bytes);
     bool BindNull(int parameter);
+    // Rewinds and sets every parameter to NULL at once: a row of many
+    // columns, most of them NULL, binds only its values.
+    void ClearBindings();
     bool Step();  // true while a row is ready
     // The position of the result column named `name` (its AS name, or the
     // column's own), so that rows are read by name; -1 when there is none.

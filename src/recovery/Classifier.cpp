@@ -1,38 +1,12 @@
 #include "recovery/Classifier.h"
 
-#include <functional>
-#include <string_view>
+#include "recovery/RowHash.h"
 
 namespace {
 
-// A hash of values under a seed (a table, a key), to find equal values fast.
-uint64_t Hash(uint64_t seed, const SqlValue* values, size_t count) {
-  uint64_t hash = seed;
-  for (size_t i = 0; i < count; ++i) {
-    const SqlValue& value = values[i];
-    uint64_t part = static_cast<uint64_t>(value.kind);
-    if (value.kind == SqlValue::Kind::Integer) part ^= static_cast<uint64_t>(value.integer) * 0x9e3779b97f4a7c15ull;
-    if (value.kind == SqlValue::Kind::Real) part ^= std::hash<double>()(value.real);
-    if (!value.bytes.empty()) part ^= std::hash<std::string_view>()(value.bytes);
-    hash = (hash ^ part) * 0x100000001b3ull + (hash >> 29);
-  }
-  return hash;
-}
-
-uint64_t Hash(uint64_t seed, const SqlValues& values) { return Hash(seed, values.data(), values.size()); }
-
-// The hash of the values but for the rowid alias column `alias` (none when
-// negative), which a row of unknown rowid lacks.
-uint64_t HashButRowid(size_t table, const SqlValues& values, int alias) {
-  if (alias < 0 || static_cast<size_t>(alias) >= values.size()) return Hash(table, values);
-  const SqlValue none;
-  const uint64_t head = Hash(table, values.data(), alias);
-  return Hash(Hash(head, &none, 1), values.data() + alias + 1, values.size() - alias - 1);
-}
-
 uint64_t RowidKey(size_t table, int64_t rowid) {
   const SqlValue value{SqlValue::Kind::Integer, rowid, 0, {}};
-  return Hash(table, &value, 1);
+  return HashOfValues(table, &value, 1);
 }
 
 uint64_t KeySeed(size_t table, size_t key) { return (static_cast<uint64_t>(table) << 32) ^ (key + 1); }
@@ -46,15 +20,6 @@ bool KeyValues(const RecoveredRow& row, const UniqueKey& key, SqlValues* values)
   for (size_t column : key.columns) {
     if (column >= row.values.size() || row.values[column].kind == SqlValue::Kind::Null) return false;
     values->push_back(row.values[column]);
-  }
-  return true;
-}
-
-// Equal values but for the rowid alias, which a row of unknown rowid lacks.
-bool SameButRowid(const RecoveredRow& row, const RecoveredRow& live, int alias) {
-  if (row.values.size() != live.values.size()) return false;
-  for (size_t i = 0; i < row.values.size(); ++i) {
-    if (static_cast<int>(i) != alias && row.values[i] != live.values[i]) return false;
   }
   return true;
 }
@@ -83,7 +48,7 @@ Classifier::Classifier(const std::vector<TableShape>& tables, const std::vector<
     for (size_t k = 0; k < keys.size(); ++k) {
       if (!KeyValues(row, keys[k], &key)) continue;
       keysWanted_[row.table][k] = true;
-      byKey_.Add(Hash(KeySeed(row.table, k), key), keyed_.size());
+      byKey_.Add(HashOfValues(KeySeed(row.table, k), key), keyed_.size());
       keyed_.push_back({i, k});
     }
   }
@@ -101,7 +66,7 @@ void Classifier::MeetIndexEntry(size_t table, size_t key, const SqlValues& entry
   const UniqueKey& unique = tables_[table].uniqueKeys[key];
   if (entry.size() != unique.columns.size() + 1 || entry.back().kind != SqlValue::Kind::Integer) return;
   const int64_t liveRowid = entry.back().integer;
-  byKey_.ForEach(Hash(KeySeed(table, key), entry.data(), unique.columns.size()), [&](size_t number) {
+  byKey_.ForEach(HashOfValues(KeySeed(table, key), entry.data(), unique.columns.size()), [&](size_t number) {
     const KeyedRow& keyed = keyed_[number];
     const RecoveredRow& row = rows_[keyed.row];
     if (row.table != table || keyed.key != key || (row.rowid && *row.rowid == liveRowid)) return;
@@ -131,12 +96,12 @@ void Classifier::Meet(const RecoveredRow& live) {
       const RecoveredRow& row = rows_[index];
       if (row.table != live.table || linkedTo_[index] != live.rowid) return;
       // A row of another rowid is another version whatever its values.
-      match(index, !row.rowid && SameButRowid(row, live, tables_[live.table].rowidColumn));
+      match(index, !row.rowid && SameButRowid(row.values, live.values, tables_[live.table].rowidColumn));
     });
   }
   const int alias = tables_[live.table].rowidColumn;
   byValues_.ForEach(HashButRowid(live.table, live.values, alias), [&](size_t index) {
-    if (rows_[index].table == live.table && SameButRowid(rows_[index], live, alias)) matches_[index] |= kCopy;
+    if (rows_[index].table == live.table && SameButRowid(rows_[index].values, live.values, alias)) matches_[index] |= kCopy;
   });
 }
 
@@ -145,7 +110,7 @@ bool Classifier::Classify(size_t index, RecoveredRow* row) {
   const bool earlier = (matches_[index] & kOther) != 0;
   row->status = earlier ? RowStatus::EarlierVersion : RowStatus::Deleted;
   if (earlier) row->liveRowid = liveRowids_[index];
-  const uint64_t hash = Hash(row->table, row->values);
+  const uint64_t hash = HashOfValues(row->table, row->values);
   const auto [first, last] = reported_.equal_range(hash);
   for (auto it = first; it != last; ++it) {
     if (Same(rows_[it->second], *row)) return false;

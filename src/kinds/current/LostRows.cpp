@@ -10,6 +10,7 @@
 
 #include "kinds/current/ScratchDatabase.h"
 #include "kinds/current/StoredDatabaseRows.h"
+#include "recovery/RowHash.h"
 
 namespace current {
 namespace {
@@ -25,27 +26,6 @@ bool Named(const std::vector<std::string>& names, const std::string& table) {
 
 using LayerKey = std::tuple<RowSource, RowStatus, size_t>;
 
-void AppendValue(std::string& key, const SqlValue& value) {
-  key += '\0';
-  key += static_cast<char>(value.kind);
-  switch (value.kind) {
-    case SqlValue::Kind::Integer: key.append(reinterpret_cast<const char*>(&value.integer), sizeof value.integer); break;
-    case SqlValue::Kind::Real: key.append(reinterpret_cast<const char*>(&value.real), sizeof value.real); break;
-    case SqlValue::Kind::Text:
-    case SqlValue::Kind::Blob: key += std::to_string(value.bytes.size()) + ':' + value.bytes; break;
-    case SqlValue::Kind::Null: break;
-  }
-}
-
-// The row's table and values, its rowid left out, as one text.
-std::string ContentKey(const RecoveredRow& row, int aliasColumn) {
-  std::string key = std::to_string(row.table);
-  for (size_t at = 0; at < row.values.size(); ++at) {
-    if (static_cast<int>(at) != aliasColumn) AppendValue(key, row.values[at]);
-  }
-  return key;
-}
-
 // The position of the column named `name` in each table, -1 where none is.
 std::vector<int> ColumnOf(const RecoveredRows& rows, const std::string& name) {
   std::vector<int> columns(rows.tables.size(), -1);
@@ -58,16 +38,14 @@ std::vector<int> ColumnOf(const RecoveredRows& rows, const std::string& name) {
   return columns;
 }
 
-// The row's table and identity, "" when it has none.
-std::string IdentityKey(const RecoveredRow& row, const std::vector<int>& identity) {
+// The value of the row's identity column, NULL-free; none when it has none.
+const SqlValue* IdentityOf(const RecoveredRow& row, const std::vector<int>& identity) {
   const int column = row.table < identity.size() ? identity[row.table] : -1;
   if (column < 0 || static_cast<size_t>(column) >= row.values.size() ||
       row.values[column].kind == SqlValue::Kind::Null) {
-    return "";
+    return nullptr;
   }
-  std::string key = std::to_string(row.table);
-  AppendValue(key, row.values[column]);
-  return key;
+  return &row.values[column];
 }
 
 // The positions of the lost rows of the `chosen` tables (earlier versions
@@ -78,22 +56,38 @@ std::string IdentityKey(const RecoveredRow& row, const std::vector<int>& identit
 std::vector<size_t> LostOnce(const RecoveredRows& rows, const std::vector<bool>& chosen, bool earlier,
                              const std::string& identity) {
   const std::vector<int> identities = ColumnOf(rows, identity);
-  std::unordered_set<std::string> live;
-  for (const RecoveredRow& row : rows.rows) {
-    if (row.status == RowStatus::Live && row.table < chosen.size() && chosen[row.table]) {
-      const std::string key = IdentityKey(row, identities);
-      if (!key.empty()) live.insert(key);
-    }
+  // Rows are found by the hash of what they are compared by, then compared.
+  std::unordered_multimap<uint64_t, size_t> live;  // live rows by their identity
+  for (size_t at = 0; at < rows.rows.size(); ++at) {
+    const RecoveredRow& row = rows.rows[at];
+    if (row.status != RowStatus::Live || row.table >= chosen.size() || !chosen[row.table]) continue;
+    if (const SqlValue* value = IdentityOf(row, identities)) live.emplace(HashOfValues(row.table, value, 1), at);
   }
-  std::unordered_map<std::string, size_t> first;
+  const auto isLive = [&](const RecoveredRow& row) {
+    const SqlValue* value = IdentityOf(row, identities);
+    if (!value) return false;
+    const auto [from, to] = live.equal_range(HashOfValues(row.table, value, 1));
+    return std::any_of(from, to, [&](const auto& entry) {
+      const RecoveredRow& other = rows.rows[entry.second];
+      return other.table == row.table && *IdentityOf(other, identities) == *value;
+    });
+  };
+  std::unordered_multimap<uint64_t, size_t> first;  // kept rows by their values, as places in `kept`
   std::vector<size_t> kept;
   for (size_t at = 0; at < rows.rows.size(); ++at) {
     const RecoveredRow& row = rows.rows[at];
     const bool lost = row.status == RowStatus::Deleted || (earlier && row.status == RowStatus::EarlierVersion);
     if (!lost || row.table >= chosen.size() || !chosen[row.table]) continue;
-    if (!row.rowid && !live.empty() && live.count(IdentityKey(row, identities))) continue;
-    const auto [found, added] = first.try_emplace(ContentKey(row, rows.tables[row.table].rowidColumn), kept.size());
-    if (added) {
+    if (!row.rowid && !live.empty() && isLive(row)) continue;
+    const int alias = rows.tables[row.table].rowidColumn;
+    const uint64_t hash = HashButRowid(row.table, row.values, alias);
+    const auto [from, to] = first.equal_range(hash);
+    const auto found = std::find_if(from, to, [&](const auto& entry) {
+      const RecoveredRow& other = rows.rows[kept[entry.second]];
+      return other.table == row.table && SameButRowid(other.values, row.values, alias);
+    });
+    if (found == to) {
+      first.emplace(hash, kept.size());
       kept.push_back(at);
     } else if (row.rowid && !rows.rows[kept[found->second]].rowid) {
       kept[found->second] = at;
@@ -133,9 +127,11 @@ void ForEachLostLayer(const RecoveredRows& rows, const LostRowsOf& lost,
                       const std::function<void(Database& database, const Deletion& deletion)>& read) {
   std::vector<bool> subject(rows.tables.size());
   std::vector<bool> joined(rows.tables.size());  // tables whose deleted rows join the records
+  std::vector<bool> laidOut(rows.tables.size());  // tables whose rows are laid out
   for (size_t at = 0; at < rows.tables.size(); ++at) {
     subject[at] = Named(lost.subjects, rows.tables[at].name);
-    joined[at] = !subject[at] && !Named(lost.liveOnly, rows.tables[at].name);
+    laidOut[at] = !Named(lost.unread, rows.tables[at].name);
+    joined[at] = !subject[at] && laidOut[at] && !Named(lost.liveOnly, rows.tables[at].name);
   }
   const auto isSubject = [&](const RecoveredRow& row) { return row.table < subject.size() && subject[row.table]; };
   std::map<LayerKey, std::vector<size_t>> layers;
@@ -152,7 +148,8 @@ void ForEachLostLayer(const RecoveredRows& rows, const LostRowsOf& lost,
   std::vector<size_t> liveSubjects;
   for (size_t at = 0; at < rows.rows.size(); ++at) {
     const RecoveredRow& row = rows.rows[at];
-    if (row.status == RowStatus::Live) (isSubject(row) ? liveSubjects : context).push_back(at);
+    if (row.status != RowStatus::Live || row.table >= laidOut.size() || !laidOut[row.table]) continue;
+    (isSubject(row) ? liveSubjects : context).push_back(at);
   }
   // Live rows first, so that a deleted row never takes a live row's rowid.
   ScratchDatabase scratch(rows);
@@ -171,6 +168,7 @@ void ForEachLostLayer(const RecoveredRows& rows, const LostRowsOf& lost,
 void ForEachLostLayer(const BackupDevice* device, const StoredFile& file, const LostRowsOf& lost,
                       const std::function<void(Database& database, const Deletion& deletion)>& read) {
   const LiveValues liveValues = [&lost](const TableShape& table) -> size_t {
+    if (Named(lost.unread, table.name)) return 0;
     if (lost.keepLiveSubjects || !Named(lost.subjects, table.name)) return SIZE_MAX;
     size_t kept = 0;  // through the identity column, the last of its name as ColumnOf finds it
     for (size_t at = 0; at < table.columns.size() && !lost.identity.empty(); ++at) {

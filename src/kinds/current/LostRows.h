@@ -36,6 +36,10 @@ struct LostRowsOf {
   // their rows that name a lost subject row can change a record, so the
   // others are left out of the layers, which keeps them small.
   std::vector<std::pair<std::string, std::string>> links = {};
+  // Tables the kind's reader never reads: left empty in the layers, where
+  // copying their rows would only cost time (sms.db keeps a row there per
+  // deleted message).
+  std::vector<std::string> unread = {};
 };
 
 // Calls `read` once per layer of the subjects' lost rows with a database

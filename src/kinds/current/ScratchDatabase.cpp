@@ -71,9 +71,8 @@ void Bind(Database::Statement& statement, int parameter, const SqlValue& value) 
     case SqlValue::Kind::Real: statement.BindReal(parameter, value.real); return;
     case SqlValue::Kind::Text: statement.BindText(parameter, value.bytes); return;
     case SqlValue::Kind::Blob: statement.BindBlob(parameter, value.bytes); return;
-    case SqlValue::Kind::Null: break;
+    case SqlValue::Kind::Null: return;  // the bindings were cleared
   }
-  statement.BindNull(parameter);
 }
 
 }  // namespace
@@ -115,16 +114,13 @@ void ScratchDatabase::Add(const std::vector<size_t>& positions, WhenTaken whenTa
     Table& table = *tables_[row.table];
     Database::Statement& insert = whenTaken == WhenTaken::Skip ? *table.skip : *table.replace;
     const int64_t rowid = row.rowid ? *row.rowid : table.nextRowid > INT64_MIN ? table.nextRowid-- : INT64_MIN;
-    int parameter = 1;
-    if (table.aliasColumn < 0) insert.BindInt64(parameter++, rowid);
-    for (size_t column = 0; column < table.columns; ++column, ++parameter) {
-      if (static_cast<int>(column) == table.aliasColumn) {
-        insert.BindInt64(parameter, rowid);
-      } else if (column < row.values.size()) {
-        Bind(insert, parameter, row.values[column]);
-      } else {
-        insert.BindNull(parameter);
-      }
+    insert.ClearBindings();
+    const int first = table.aliasColumn < 0 ? 2 : 1;  // the parameter of the first column
+    insert.BindInt64(table.aliasColumn < 0 ? 1 : first + table.aliasColumn, rowid);
+    const size_t given = std::min(table.columns, row.values.size());
+    for (size_t column = 0; column < given; ++column) {
+      const int parameter = first + static_cast<int>(column);
+      if (static_cast<int>(column) != table.aliasColumn) Bind(insert, parameter, row.values[column]);
     }
     insert.Step();
   }

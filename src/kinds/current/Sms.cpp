@@ -24,7 +24,9 @@ const LostRowsOf kLostMessages{{"message"},
                                 {"chat_recoverable_message_join", "message_id"},
                                 {"message_attachment_join", "message_id"},
                                 {"msg_pieces", "message_id"},
-                                {"madrid_attachment", "message_id"}}};
+                                {"madrid_attachment", "message_id"}},
+                               {"deleted_messages", "sync_deleted_messages", "sync_deleted_chats",
+                                "sync_deleted_attachments"}};
 
 bool SameContent(const Message& a, const Message& b) {
   for (size_t text : {Message::kCountry, Message::kService, Message::kText, Message::kDate, Message::kSender,
