@@ -35,7 +35,7 @@ void PrintYhTable(const std::vector<YhRound>& rounds) {
       kPeakRatio * MedianOf(rounds, [](const YhRound& r) { return r.analysis.peakMb; }) + kPeakAllowanceMb;
 
   std::printf("median of %zu rounds (least-most)\n", rounds.size());
-  std::printf("%-30s %22s %22s  %-22s %s\n", "", "milliseconds", "peak MB", "time / base", "peak");
+  std::printf("%-30s %22s %22s  %-23s%5s\n", "", "milliseconds", "peak MB", "time / base", "peak");
   PrintFigures("library, AnalyzeBackup alone", rounds, [](const YhRound& r) { return r.analysis; });
   std::printf("\n");
   PrintFigures("library, array answers", rounds, [](const YhRound& r) { return r.library; });
