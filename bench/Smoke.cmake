@@ -1,18 +1,28 @@
 # Writes a tiny backup of each index kind (or of those in KINDS) and runs a
-# benchmark (BENCH) on it once: the benchmark must keep working, whatever its
-# figures, and print EXPECT.
+# benchmark (BENCH) on it with ARGS (one round unless given): the benchmark
+# must keep working, whatever its figures, and print EXPECT. With FAILS it
+# must exit with another status than 0 instead.
 if(NOT KINDS)
   set(KINDS mbdb db)
 endif()
+if(NOT ARGS)
+  set(ARGS 1)
+endif()
+separate_arguments(ARGS)
 foreach(kind ${KINDS})
   set(folder ${WORK}/${kind})
   execute_process(COMMAND ${MAKE_BACKUP} ${folder} ${kind} 0.01 RESULT_VARIABLE made)
   if(NOT made EQUAL 0)
     message(FATAL_ERROR "yh_bench_backup ${kind} failed")
   endif()
-  execute_process(COMMAND ${BENCH} ${folder} 1 RESULT_VARIABLE ran OUTPUT_VARIABLE report)
-  if(NOT ran EQUAL 0 OR NOT report MATCHES "${EXPECT}")
-    message(FATAL_ERROR "${BENCH} ${kind} failed:\n${report}")
+  execute_process(COMMAND ${BENCH} ${folder} ${ARGS} RESULT_VARIABLE ran OUTPUT_VARIABLE report)
+  if(FAILS)
+    set(exited_as_expected NOT ran EQUAL 0)
+  else()
+    set(exited_as_expected ran EQUAL 0)
+  endif()
+  if(NOT (${exited_as_expected}) OR NOT report MATCHES "${EXPECT}")
+    message(FATAL_ERROR "${BENCH} ${ARGS} ${kind} exited with ${ran}:\n${report}")
   endif()
 endforeach()
 file(REMOVE_RECURSE ${WORK})

@@ -24,6 +24,12 @@ struct LibraryTimes {
   // when asked for, in a run of its own: a copy doubles the memory held.
   double answerTrees = 0;
   double trees[kContentTypes] = {};  // of each content type, both requests
+  // Resident memory in MB: what AnalyzeBackup keeps (after it, once the
+  // allocator gave back what is free, minus before it), and the largest
+  // that a copy of one answer took (measured with the copies).
+  double indexMb = 0;
+  double largestTreeMb = 0;
+  int largestTreeType = 0;
   double Total() const;
 };
 

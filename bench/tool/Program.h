@@ -14,9 +14,15 @@ struct ProgramRun {
   double peakMb = 0;
 };
 
-// Runs `args` (the program's path first) in a child process whose standard
-// output and error go to /dev/null.
-ProgramRun RunProgram(const std::vector<std::string>& args);
+// Where a run's output goes and what it may take.
+struct RunOptions {
+  std::string output;  // the file standard output is written to; /dev/null when empty
+  double limitMb = 0;  // its address space (RLIMIT_AS), unlimited when 0
+};
+
+// Runs `args` (the program's path or a name found in PATH first) in a child
+// process whose standard error goes to /dev/null.
+ProgramRun RunProgram(const std::vector<std::string>& args, const RunOptions& options = {});
 
 }  // namespace bench
 
