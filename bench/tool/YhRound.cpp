@@ -38,7 +38,7 @@ const std::vector<std::string>& YhRunNames() {
   return names;
 }
 
-size_t ExportRun() { return std::size(kFormats); }
+bool CopiesMedia(size_t run) { return run >= std::size(kFormats); }
 
 YhRound RunYhRound(const std::string& yh, const std::string& backup) {
   YhRound round;

@@ -18,9 +18,9 @@ struct YhRound {
 
 // yh's runs: `yh show BACKUP all` in each format, `yh export`, `yh report`.
 const std::vector<std::string>& YhRunNames();
-// The place of `yh export` among them; its time is set against the library's
-// and the copy's.
-size_t ExportRun();
+// Whether the run at this place copies the backup's media (`yh export` and
+// `yh report`): its time is set against the library's and the copy's.
+bool CopiesMedia(size_t run);
 
 // One round on `backup` (a backup folder) with the yh at `yh`; outputs go to
 // temporary folders, removed before it returns.
